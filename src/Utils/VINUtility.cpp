@@ -1,0 +1,74 @@
+#include "Utils/VINUtility.h"
+
+#include "platform/Log.h"
+
+namespace {
+
+// Value of each letter A..Z; 0 marks the letters a VIN may not hold (I, O, Q).
+constexpr int kLetterValues[26] = {1, 2, 3, 4, 5, 6, 7, 8, 0, 1, 2, 3, 4,
+                                   5, 0, 7, 0, 9, 2, 3, 4, 5, 6, 7, 8, 9};
+// Weight of each of the 17 positions; the check digit (ninth) weighs nothing.
+constexpr int kPositionWeights[17] = {8, 7, 6, 5, 4, 3, 2, 10, 0, 9, 8, 7, 6, 5, 4, 3, 2};
+constexpr int kVINLength = 17;
+constexpr int kCheckDigitIndex = 8;
+
+bool isDigit(QChar c) { return c.unicode() >= '0' && c.unicode() <= '9'; }
+bool isUpperLatin(QChar c) { return c.unicode() >= 'A' && c.unicode() <= 'Z'; }
+
+void logOffender(const char *what, QChar c)
+{
+    ZQTPlatform::log(QStringLiteral("METHOD CALL \"checkVINValidity\" found %1 %2")
+                         .arg(QLatin1String(what), QString(c)));
+}
+
+} // namespace
+
+QString VINUtility::replaceCharactersInVIN(const QString &vin)
+{
+    if (vin.isNull())
+        return QString();
+    QString result = vin;
+    result.replace(QLatin1Char('i'), QLatin1Char('1'));
+    result.replace(QLatin1Char('I'), QLatin1Char('1'));
+    result.replace(QLatin1Char('o'), QLatin1Char('0'));
+    result.replace(QLatin1Char('O'), QLatin1Char('0'));
+    return result;
+}
+
+bool VINUtility::checkVINValidity(const QString &vin)
+{
+    if (vin.isNull())
+        return false;
+    const QString v = QString(vin).remove(QLatin1Char('-')).toUpper();
+    if (v.size() != kVINLength)
+        return false;
+
+    int sum = 0;
+    for (int i = 0; i < kVINLength; ++i) {
+        const QChar c = v.at(i);
+        int value;
+        if (isUpperLatin(c)) {
+            value = kLetterValues[c.unicode() - 'A'];
+            if (value == 0) {
+                logOffender("illegal letter character", c);
+                return false;
+            }
+        } else if (!isDigit(c)) {
+            logOffender("illegal character", c);
+            return false;
+        } else {
+            value = c.unicode() - '0';
+        }
+        sum += value * kPositionWeights[i];
+    }
+
+    const int remainder = sum % 11;
+    const QChar checkDigit = v.at(kCheckDigitIndex);
+    if (checkDigit == QLatin1Char('X'))
+        return remainder == 10;
+    if (!isDigit(checkDigit)) {
+        logOffender("illegal check digit", checkDigit);
+        return false;
+    }
+    return remainder == checkDigit.unicode() - '0';
+}

@@ -1,0 +1,30 @@
+// Property lists (XML and binary) read and written through libplist, as QVariant:
+// dictionaries are QVariantMap, arrays QVariantList, strings QString, integers qint64 or quint64,
+// reals double, booleans bool, dates QDateTime (UTC), data QByteArray.
+#pragma once
+
+#include "ZQTGlobal.h"
+
+#include <QString>
+#include <QVariant>
+
+namespace ZQTPlatform {
+
+class ZQT_EXPORT PropertyList
+{
+public:
+    enum class Format { Xml, Binary };
+
+    // Parses a whole property list. Returns an invalid QVariant and fills *error when the data
+    // is not a complete, well-formed property list (a truncated file is refused, not half-read).
+    static QVariant fromData(const QByteArray &data, QString *error = nullptr);
+    // Reads a file; a missing, unreadable or malformed file gives an invalid QVariant and *error.
+    static QVariant readFile(const QString &path, QString *error = nullptr);
+    // Serialises a value; returns an empty array and fills *error when the value (or anything
+    // inside it) is not a property-list type.
+    static QByteArray toData(const QVariant &value, Format format = Format::Xml, QString *error = nullptr);
+    // True when the value and everything inside it can be stored in a property list.
+    static bool isPropertyListValue(const QVariant &value);
+};
+
+} // namespace ZQTPlatform
