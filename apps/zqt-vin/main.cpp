@@ -1,0 +1,52 @@
+// zqt-vin: the component's operations for scripts and batch work.
+#include "Commands.h"
+
+#include "platform/Exception.h"
+
+#include <QGuiApplication>
+
+#include <cstdio>
+
+namespace {
+
+const char kUsage[] =
+    "usage: zqt-vin <command> [arguments]\n"
+    "commands:\n"
+    "  check [--json] VIN...                  check each VIN's characters and check digit\n"
+    "  config get KEY [--as KIND] [--bundle DIR]\n"
+    "                                         print a configuration value; KIND is string (default),\n"
+    "                                         color, float, bool, array or dictionary; DIR is the\n"
+    "                                         host's resource folder holding Default_Settings.plist\n";
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // The tool never opens a window; fonts and images work without a display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    QStringList args = app.arguments().mid(1);
+
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    ZqtVin::Streams io{out, err};
+    if (args.isEmpty() || args.first() == QLatin1String("--help") || args.first() == QLatin1String("-h")) {
+        (args.isEmpty() ? err : out) << kUsage;
+        return args.isEmpty() ? ZqtVin::UsageError : ZqtVin::Success;
+    }
+
+    const QString command = args.takeFirst();
+    try {
+        if (command == QLatin1String("check"))
+            return ZqtVin::runCheck(args, io);
+        if (command == QLatin1String("config"))
+            return ZqtVin::runConfig(args, io);
+    } catch (const ZQTPlatform::Exception &e) {
+        out.flush();
+        err << "zqt-vin: " << e.name() << ": " << e.reason() << "\n";
+        return ZqtVin::Failure;
+    }
+    err << "zqt-vin: unknown command \"" << command << "\"\n" << kUsage;
+    return ZqtVin::UsageError;
+}

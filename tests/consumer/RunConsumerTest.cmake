@@ -1,0 +1,51 @@
+# Installs the built component into a scratch prefix, checks that its public headers stand
+# alone, then builds and runs a host against it through find_package and through pkg-config.
+set(prefix ${WORK_DIR}/prefix)
+file(REMOVE_RECURSE ${WORK_DIR})
+file(MAKE_DIRECTORY ${WORK_DIR})
+
+function(run)
+  execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "failed: ${ARGV}\n${output}")
+  endif()
+  set(last_output "${output}" PARENT_SCOPE)
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+
+file(GLOB_RECURSE headers ${prefix}/include/ZQTVINScanComponent/*.h)
+list(LENGTH headers header_count)
+if(header_count LESS 5)
+  message(FATAL_ERROR "only ${header_count} public headers installed")
+endif()
+foreach(header IN LISTS headers)
+  file(READ ${header} text)
+  if(text MATCHES "#include[ \t]*[<\"](ZXing/|plist/|fontconfig/)")
+    message(FATAL_ERROR "${header} includes a private dependency")
+  endif()
+  if(header MATCHES "_p\\.h$")
+    message(FATAL_ERROR "private header installed: ${header}")
+  endif()
+endforeach()
+
+# find_package
+run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/consumer -B ${WORK_DIR}/build -DCMAKE_PREFIX_PATH=${prefix})
+run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
+set(ENV{LD_LIBRARY_PATH} "${prefix}/lib:$ENV{LD_LIBRARY_PATH}")
+run(${WORK_DIR}/build/consumer)
+if(NOT last_output MATCHES "consumer ok")
+  message(FATAL_ERROR "consumer printed: ${last_output}")
+endif()
+
+# pkg-config
+find_program(PKG_CONFIG pkg-config REQUIRED)
+set(ENV{PKG_CONFIG_PATH} "${prefix}/lib/pkgconfig:${prefix}/lib/x86_64-linux-gnu/pkgconfig")
+run(${PKG_CONFIG} --cflags --libs ZQTVINScanComponent)
+string(STRIP "${last_output}" flags)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+run(c++ -std=c++17 ${SOURCE_DIR}/tests/consumer/main.cpp ${flags} -o ${WORK_DIR}/consumer-pc)
+run(${WORK_DIR}/consumer-pc)
+if(NOT last_output MATCHES "consumer ok")
+  message(FATAL_ERROR "pkg-config consumer printed: ${last_output}")
+endif()

@@ -1,0 +1,17 @@
+// Access to the shared real-world reference data (barcode images, real VINs) beside the clone.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace TestData {
+
+// Folder of the shared reference data.
+QString directory();
+
+// Rows of a CSV file as lists of fields (quoted fields may hold commas and doubled quotes).
+// The header row is the first element. Empty when the file cannot be read.
+QList<QStringList> readCsv(const QString &path);
+
+} // namespace TestData
