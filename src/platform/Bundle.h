@@ -28,7 +28,7 @@ public:
     QString bundlePath() const { return m_path; }
     QString resourcePath() const { return m_path; }
     // Path of "<name>.<type>" (or "<name>" when type is empty) inside the bundle; name may hold
-    // sub-folders. Empty when there is no such file.
+    // sub-folders. Empty when there is no such file or folder.
     QString pathForResource(const QString &name, const QString &type) const;
 
     bool operator==(const Bundle &other) const { return m_path == other.m_path; }

@@ -1,6 +1,10 @@
 // Fonts by name, as the platform makes them: a PostScript name (for example "DejaVuSans-Bold")
-// or a full name, at a size in points (device-independent pixels). Found through fontconfig by
-// exact name, never by nearest match.
+// or a full name ("DejaVu Sans Bold"), at a size in points. Found through fontconfig by exact
+// name, never by nearest match.
+//
+// Sizes: the platform's point is a device-independent pixel, so every QFont made here carries
+// its size as a pixel size (QFont::setPixelSize, rounded to whole pixels, at least 1); read it
+// back with QFont::pixelSize(). Qt's own point size (1/72 inch) is never set.
 #pragma once
 
 #include "ZQTGlobal.h"

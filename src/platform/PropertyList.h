@@ -1,6 +1,7 @@
 // Property lists (XML and binary) read and written through libplist, as QVariant:
-// dictionaries are QVariantMap, arrays QVariantList, strings QString, integers qint64 or quint64,
-// reals double, booleans bool, dates QDateTime (UTC), data QByteArray.
+// dictionaries are QVariantMap, arrays QVariantList, strings QString, integers qint64 (any
+// integer type up to the qint64 range is written), reals double, booleans bool, dates QDateTime
+// (UTC, millisecond precision in binary lists, whole seconds in XML), data QByteArray.
 #pragma once
 
 #include "ZQTGlobal.h"
