@@ -1,0 +1,21 @@
+// What a host implements to learn the outcome of a capture screen: one call per completed VIN,
+// scanned from a barcode or typed by hand. The screen holds its delegate by plain, non-owning
+// pointer: the host keeps the delegate alive (or clears it) for as long as the screen exists.
+#pragma once
+
+#include "platform/Error.h"
+
+#include <QString>
+
+class VinScannerVCDelegate
+{
+public:
+    virtual ~VinScannerVCDelegate() = default;
+
+    // VIN: the VIN as reported (see ZQTVINCaptureVC::validateVIN); isVINScanned: true for a
+    // barcode, false for typed entry; isVINValid: the check-digit result; error: the still
+    // picture's failure on the barcode path, otherwise the null error. On the barcode path the
+    // call comes from the thread that delivered the still picture, not necessarily the GUI thread.
+    virtual void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid,
+                                     const ZQTPlatform::Error &error) = 0;
+};

@@ -1,0 +1,72 @@
+// The state of a capture screen: its options, its outlets and what its steps keep between them.
+#pragma once
+
+#include "Model/ZQTVINScanAdjuster.h"
+#include "platform/Bundle.h"
+#include "platform/Image.h"
+#include "platform/LayoutConstraint.h"
+#include "platform/NavigationBar.h"
+
+#include <QDateTime>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QVariant>
+#include <memory>
+#include <optional>
+
+class StillCamera;
+class VinScannerVCDelegate;
+class ZQTVINPhotoCaptureEntity;
+
+struct ZQTVINCaptureVCPrivate
+{
+    // Options.
+    VinScannerVCDelegate *delegate = nullptr;
+    QString claimId;
+    uint mode = 0;
+    QVariantList thumbnailItems;
+    std::optional<ZQTVINScanAdjuster> adjusterInfo;
+    bool enableWizardStyle = false;
+    bool enableLandscapeMode = false;
+    bool enableVinScanning = false;
+    bool hasBackButton = false;
+    bool showManualEntry = false;
+    bool enableImageExposureAdjusted = false;
+    QString vinBarCode;
+    bool additionalPhotoMode = false;
+    QVariantMap savedImageDictionary;
+    bool enableLocationServices = false;
+    bool launchPhotoCaptureViewWithDefaultImagesAlways = false;
+    bool showNavigateBar = false;
+
+    // Internal state.
+    bool hasManualVINOption = false;
+    ZQTPlatform::Bundle bundle;
+    QDateTime startingTime;
+    float scaleFactor = 0.0f;
+    float angle = 0.0f;
+    uint flashSetting = 0;
+    double cameraViewDim = 0.0;
+    ZQTPlatform::Image vinBarCodeImage;
+    std::shared_ptr<ZQTVINPhotoCaptureEntity> vinScanItem;
+    StillCamera *camera = nullptr;
+    QString logStr; // kept as the screen's own; nothing writes or reads it
+
+    // Outlets of the scene (found by object name as the scene wakes).
+    QPointer<ZQTPlatform::NavigationBar> interNavigationBar;
+    QPointer<QWidget> backgroundView;
+    QPointer<QWidget> scanOverlayView;
+    QPointer<QPushButton> manuallyEnterVINBtn;
+    QPointer<QLabel> carouselLbl;
+    QPointer<QWidget> permissionConverView;
+    QPointer<ZQTPlatform::LayoutConstraint> constraintNavBarHeight;
+    QPointer<ZQTPlatform::LayoutConstraint> manualVINContainerHeight;
+    QPointer<ZQTPlatform::LayoutConstraint> thumbnailTitleHeight;
+    QPointer<ZQTPlatform::LayoutConstraint> carouselConstraintHeight;
+    QPointer<ZQTPlatform::LayoutConstraint> manualConstraintHeight;
+
+    // Views made by the steps.
+    QPointer<QLabel> cameraImageView;
+    QPointer<QLabel> flashLbl;
+};
