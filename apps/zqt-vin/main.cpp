@@ -3,9 +3,11 @@
 
 #include "platform/Exception.h"
 
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 
-#include <cstdio>
+#include <unistd.h>
 
 namespace {
 
@@ -25,6 +27,13 @@ int main(int argc, char **argv)
     // The tool never opens a window; fonts and images work without a display.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Qt warns about a missing runtime folder on every start; give it the one it would pick.
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+        const QByteArray runtime = QDir::tempPath().toUtf8() + "/runtime-" + QByteArray::number(getuid());
+        QDir().mkpath(QString::fromUtf8(runtime));
+        QFile::setPermissions(QString::fromUtf8(runtime), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", runtime);
+    }
     QGuiApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
 
