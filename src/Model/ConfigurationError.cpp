@@ -13,6 +13,12 @@ namespace {
     throw ZQTPlatform::Exception(exceptionName, reason);
 }
 
+QString withArticle(const QString &kind)
+{
+    const bool vowel = QStringLiteral("aeiou").contains(kind.at(0));
+    return (vowel ? QStringLiteral("an ") : QStringLiteral("a ")) + kind;
+}
+
 } // namespace
 
 QString kindOf(const QVariant &value)
@@ -42,7 +48,7 @@ QString kindOf(const QVariant &value)
 void raiseWrongKind(const QString &key, const QString &file, const QVariant &value, const QString &expected)
 {
     raise(QStringLiteral("NSInvalidArgumentException"),
-          QStringLiteral("key \"%1\" in \"%2\" is a %3, expected %4").arg(key, file, kindOf(value), expected));
+          QStringLiteral("key \"%1\" in \"%2\" is %3, expected %4").arg(key, file, withArticle(kindOf(value)), expected));
 }
 
 void raiseOutOfRange(const QString &key, const QString &file, const QString &problem)

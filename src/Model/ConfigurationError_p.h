@@ -11,7 +11,8 @@ namespace ConfigurationError {
 // "string", "number", "boolean", "array", "dictionary", "date", "data" or "nothing".
 QString kindOf(const QVariant &value);
 
-// Logs `Configuration error: key "<key>" in "<file>" is a <kind>, expected <expected>` and
+// Logs `Configuration error: key "<key>" in "<file>" is a <kind>, expected <expected>` ("an" before
+// "array") and
 // throws ZQTPlatform::Exception("NSInvalidArgumentException", ...).
 [[noreturn]] void raiseWrongKind(const QString &key, const QString &file, const QVariant &value,
                                  const QString &expected);
