@@ -48,11 +48,11 @@ void restyle(QPushButton *button)
     const qreal borderWidth = ButtonStyle::borderWidth(button);
     const qreal radius = ButtonStyle::clipsToBounds(button) ? ButtonStyle::cornerRadius(button) : 0.0;
     QString base = declarations(colorProperty(button, titleNormal), colorProperty(button, backgroundNormal));
+    // A border is always declared: without one Qt may keep the native frame and not draw the
+    // background colour.
+    const QColor drawnBorder = border.isValid() && borderWidth > 0.0 ? border : QColor(Qt::transparent);
+    base += QStringLiteral(" border: %1px solid %2;").arg(qMax(borderWidth, 0.0)).arg(cssColor(drawnBorder));
     base += QStringLiteral(" border-radius: %1px;").arg(radius);
-    if (border.isValid() && borderWidth > 0.0)
-        base += QStringLiteral(" border: %1px solid %2;").arg(borderWidth).arg(cssColor(border));
-    else
-        base += QStringLiteral(" border: none;");
     const QString pressed = declarations(colorProperty(button, titleHighlighted),
                                          colorProperty(button, backgroundHighlighted));
     button->setStyleSheet(QStringLiteral("QPushButton { %1 } QPushButton:pressed { %2 }").arg(base, pressed));
