@@ -17,7 +17,6 @@
 #include <QSet>
 
 #include <functional>
-#include <thread>
 
 using C = ZQTVINScanComponentConstants;
 using ZQTPlatform::Bundle;
@@ -120,11 +119,16 @@ TEST(ConfigurationLookupOrder, StringGetterFormatsNumbersAndBooleansAsThePlatfor
     host.writeSettings("<key>Values</key><dict>"
                        "<key>Count</key><integer>7</integer><key>Ratio</key><real>12.5</real>"
                        "<key>Whole</key><real>2</real><key>Flag</key><true/>"
+                       "<key>Modes</key><array><string>Off</string><string>On air</string></array>"
+                       "<key>Page</key><dict><key>title</key><string>VIN</string>"
+                       "<key>frames</key><array><integer>1</integer></array></dict>"
                        "</dict>");
     EXPECT_EQ(C::getConfigStringForKey("Count"), "7");
     EXPECT_EQ(C::getConfigStringForKey("Ratio"), "12.5");
     EXPECT_EQ(C::getConfigStringForKey("Whole"), "2");
     EXPECT_EQ(C::getConfigStringForKey("Flag"), "1");
+    EXPECT_EQ(C::getConfigStringForKey("Modes"), "(\n    Off,\n    \"On air\"\n)");
+    EXPECT_EQ(C::getConfigStringForKey("Page"), "{\n    frames = (\n        1\n    );\n    title = VIN;\n}");
 }
 
 TEST(ConfigurationLookupOrder, MissingKeysGiveNeutralValues)
@@ -370,21 +374,6 @@ TEST(ConfigurationColours, ColourByKeyReadsTheConfiguredText)
     expectRgba(C::getGlobalColorForKey("VINScanNavigationBarColor"), 0x12, 0x3A, 0xBC);
     expectRgba(C::getGlobalColorForKey("Clear"), 0, 0, 0, 0);
     expectRgba(C::getGlobalColorForKey("NoSuchColour"), 0, 0, 0, 255);
-}
-
-// --- the shared instance ------------------------------------------------------------------------
-
-TEST(ConfigurationSharedInstance, EveryThreadGetsTheSameInstance)
-{
-    std::vector<ZQTVINScanComponentConstants *> seen(8, nullptr);
-    std::vector<std::thread> threads;
-    for (size_t i = 0; i < seen.size(); ++i)
-        threads.emplace_back([&seen, i] { seen[i] = C::sharedInstance(); });
-    for (std::thread &t : threads)
-        t.join();
-    for (ZQTVINScanComponentConstants *instance : seen)
-        EXPECT_EQ(instance, C::sharedInstance());
-    EXPECT_NE(C::sharedInstance(), nullptr);
 }
 
 // --- the shipped theme ----------------------------------------------------------------------------

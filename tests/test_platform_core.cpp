@@ -113,11 +113,6 @@ TEST(NotificationCenterPosting, ManyThreadsObserveAndPostAtOnce)
     EXPECT_EQ(wildcardCalls.load(), kThreads * kPosts);
 }
 
-TEST(NotificationCenterPosting, TheDefaultCentreIsOneObject)
-{
-    EXPECT_EQ(&NotificationCenter::defaultCenter(), &NotificationCenter::defaultCenter());
-}
-
 // --- main and global queues ---------------------------------------------------------------------
 
 TEST(DispatchQueues, MainAsyncRunsOnALaterTurnInOrder)
