@@ -9,18 +9,18 @@
 
 namespace {
 
-struct Run
+struct ToolRun
 {
     int status = -1;
     QString out;
     QString err;
 };
 
-Run zqtVin(const QStringList &args)
+ToolRun zqtVin(const QStringList &args)
 {
     QProcess process;
     process.start(QStringLiteral(ZQT_ZQTVIN_BINARY), args);
-    Run run;
+    ToolRun run;
     if (!process.waitForFinished(60000))
         return run;
     run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
@@ -43,15 +43,15 @@ void writeHostSettings(const QTemporaryDir &dir, const QByteArray &dictBody)
 
 TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentAndExitsByTheWorstOne)
 {
-    Run all = zqtVin({"check", "1HGCM82633A004352", "1M8GDM9AXKP042788"});
+    ToolRun all = zqtVin({"check", "1HGCM82633A004352", "1M8GDM9AXKP042788"});
     EXPECT_EQ(all.status, 0);
     EXPECT_EQ(all.out, "1HGCM82633A004352\tvalid\n1M8GDM9AXKP042788\tvalid\n");
 
-    Run mixed = zqtVin({"check", "1HGCM82633A004352", "1HGCM82634A004352"});
+    ToolRun mixed = zqtVin({"check", "1HGCM82633A004352", "1HGCM82634A004352"});
     EXPECT_EQ(mixed.status, 1);
     EXPECT_EQ(mixed.out, "1HGCM82633A004352\tvalid\n1HGCM82634A004352\tinvalid\n");
 
-    Run json = zqtVin({"check", "--json", "1M8GDM9AAKP042788"});
+    ToolRun json = zqtVin({"check", "--json", "1M8GDM9AAKP042788"});
     EXPECT_EQ(json.status, 1);
     const QJsonObject line = QJsonDocument::fromJson(json.out.trimmed().toUtf8()).object();
     EXPECT_EQ(line.value("input").toString(), "1M8GDM9AAKP042788");
@@ -63,7 +63,7 @@ TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentAndExitsByTheWorstOne)
 TEST(ZqtVinCheck, UsageErrorsExitWithTwo)
 {
     EXPECT_EQ(zqtVin({}).status, 2);
-    Run noVin = zqtVin({"check", "--json"});
+    ToolRun noVin = zqtVin({"check", "--json"});
     EXPECT_EQ(noVin.status, 2);
     EXPECT_TRUE(noVin.err.contains("usage"));
     EXPECT_EQ(zqtVin({"frobnicate"}).status, 2);
@@ -77,7 +77,8 @@ TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFile)
     writeHostSettings(host, "<key>TextTitle</key><string>Host title</string>"
                             "<key>Theme</key><dict><key>ManualVINButtonColor</key><string>#FF8800</string></dict>"
                             "<key>ManualVINButtonBorderColor</key><string></string>"
-                            "<key>TextFlashButtonArray</key><array><string>Aus</string><string>An</string></array>");
+                            "<key>Flash</key><dict><key>TextFlashButtonArray</key>"
+                            "<array><string>Aus</string><string>An</string></array></dict>");
     const QString dir = host.path();
     EXPECT_EQ(zqtVin({"config", "get", "TextTitle", "--bundle", dir}).out, "Host title\n");
     EXPECT_EQ(zqtVin({"config", "get", "ManualVINButtonColor", "--as", "color", "--bundle", dir}).out, "#FF8800FF\n");
@@ -90,7 +91,7 @@ TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFile)
     EXPECT_EQ(zqtVin({"config", "get", "NoSuchKey", "--as", "color"}).out, "#000000FF\n");
     EXPECT_EQ(zqtVin({"config", "get", "NoSuchKey", "--as", "bool"}).out, "false\n");
     // Without a host value the framework's own value shows through.
-    Run framework = zqtVin({"config", "get", "TextTitle"});
+    ToolRun framework = zqtVin({"config", "get", "TextTitle"});
     EXPECT_EQ(framework.status, 0);
     EXPECT_NE(framework.out, "(null)\n");
     EXPECT_NE(framework.out, "Host title\n");
@@ -99,8 +100,8 @@ TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFile)
 TEST(ZqtVinConfig, AValueOfTheWrongKindFailsWithALineNamingKeyAndFile)
 {
     QTemporaryDir host;
-    writeHostSettings(host, "<key>TextFlashButtonArray</key><string>Off</string>");
-    Run run = zqtVin({"config", "get", "TextFlashButtonArray", "--as", "array", "--bundle", host.path()});
+    writeHostSettings(host, "<key>Flash</key><dict><key>TextFlashButtonArray</key><string>Off</string></dict>");
+    ToolRun run = zqtVin({"config", "get", "TextFlashButtonArray", "--as", "array", "--bundle", host.path()});
     EXPECT_EQ(run.status, 3);
     EXPECT_TRUE(run.out.isEmpty());
     EXPECT_TRUE(run.err.contains("TextFlashButtonArray")) << run.err.toStdString();
