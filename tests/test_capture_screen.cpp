@@ -44,7 +44,7 @@ struct RecordingDelegate : VinScannerVCDelegate
     QList<Call> calls;
     QStringList *journal = nullptr;
 
-    void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid, const Error &error) override
+    void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid, const ZQTError &error) override
     {
         calls.append({VIN, isVINScanned, isVINValid, error});
         if (journal)

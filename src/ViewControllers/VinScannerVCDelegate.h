@@ -7,6 +7,9 @@
 
 #include <QString>
 
+// The error of a completion report; the null error means none.
+using ZQTError = ZQTPlatform::Error;
+
 class VinScannerVCDelegate
 {
 public:
@@ -17,5 +20,5 @@ public:
     // picture's failure on the barcode path, otherwise the null error. On the barcode path the
     // call comes from the thread that delivered the still picture, not necessarily the GUI thread.
     virtual void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid,
-                                     const ZQTPlatform::Error &error) = 0;
+                                     const ZQTError &error) = 0;
 };
