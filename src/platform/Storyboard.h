@@ -35,7 +35,8 @@ public:
     // ("NSInvalidArgumentException") when the storyboard has no such scene or it cannot be read.
     ViewController *instantiateViewControllerWithIdentifier(const QString &identifier) const;
 
-    // Makes the class named className available to scenes' "customClass" property.
+    // Makes the class named className available to scenes' "customClass" property. The class
+    // leaves its own layout unset: the scene's root widget is laid into it, filling it.
     static void registerViewControllerClass(const QString &className, ControllerFactory factory);
     template <class T>
     static bool registerViewControllerClass(const QString &className)
