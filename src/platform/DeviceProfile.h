@@ -1,6 +1,6 @@
 // What the component asks of the device it runs on: main screen bounds, interface idiom,
-// status bar, the device orientation value and the system version. A host or a test chooses a
-// profile; by default the values are read from the real primary screen.
+// status bar, the device orientation value, the system version and the hardware model. A host
+// or a test chooses a profile; by default the values are read from the real primary screen.
 #pragma once
 
 #include "ZQTGlobal.h"
@@ -22,6 +22,7 @@ struct ZQT_EXPORT DeviceProfile
     bool statusBarHidden = false;
     int deviceOrientation = 1;    // the device's "orientation" value: 1 portrait, 3 and 4 landscape
     QString systemVersion;        // e.g. "16.4"; compared as a decimal number
+    QString machine;              // hardware model string, e.g. "iPhone7,2"; empty: the system's (uname)
 
     // The profile in use now.
     static DeviceProfile current();

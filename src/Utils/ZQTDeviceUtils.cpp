@@ -1,0 +1,113 @@
+#include "Utils/ZQTDeviceUtils.h"
+
+#include "Utils/ZQTDeviceUtils_p.h"
+#include "platform/Authorization.h"
+#include "platform/DeviceProfile.h"
+
+#include <QBuffer>
+#include <QCamera>
+#include <QCameraDevice>
+#include <QDir>
+#include <QMediaDevices>
+#include <QStorageInfo>
+
+#include <sys/utsname.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+using ZQTPlatform::Authorization;
+
+namespace {
+
+constexpr quint64 freeSpaceMargin = 1024;
+
+// Model classes by exact hardware model string, in the order they are tested.
+constexpr std::pair<const char *, qint64> modelClasses[] = {
+    {"iPhone3,1", 1}, {"iPhone3,2", 1}, {"iPhone3,3", 1}, {"iPhone4,1", 1},
+    {"iPhone5,1", 2}, {"iPhone5,2", 2}, {"iPhone5,3", 2}, {"iPhone5,4", 2}, {"iPhone6,1", 2}, {"iPhone6,2", 2},
+    {"iPhone7,2", 3},
+    {"iPhone7,1", 4},
+};
+
+// Deliberately not model class 1: "iPhone3,2" is left out.
+constexpr const char *iPhone4Models[] = {"iPhone3,1", "iPhone3,3", "iPhone4,1"};
+
+QString unameMachine()
+{
+    struct utsname name;
+    if (uname(&name) != 0)
+        return QString();
+    return QString::fromUtf8(name.machine);
+}
+
+quint64 pngLength(const QImage &bitmap)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !bitmap.save(&buffer, "PNG"))
+        return 0;
+    return quint64(png.size());
+}
+
+quint64 freeBytesOfHome()
+{
+    const qint64 available = QStorageInfo(QDir::homePath()).bytesAvailable();
+    return available > 0 ? quint64(available) : 0;
+}
+
+} // namespace
+
+bool ZQTDeviceUtilsPrivate::hasRoomForImage(quint64 imageBytes, quint64 freeBytes)
+{
+    return freeBytes > imageBytes && freeBytes - imageBytes > freeSpaceMargin;
+}
+
+QString ZQTDeviceUtils::platformRawString()
+{
+    const QString machine = ZQTPlatform::DeviceProfile::current().machine;
+    return machine.isEmpty() ? unameMachine() : machine;
+}
+
+qint64 ZQTDeviceUtils::iPhoneDeviceModel()
+{
+    const QString platform = platformRawString();
+    const auto match = std::find_if(std::begin(modelClasses), std::end(modelClasses),
+                                    [&](const auto &entry) { return platform == QLatin1String(entry.first); });
+    return match == std::end(modelClasses) ? 0 : match->second;
+}
+
+bool ZQTDeviceUtils::isiPhone4Device()
+{
+    const QString platform = platformRawString();
+    return std::any_of(std::begin(iPhone4Models), std::end(iPhone4Models),
+                       [&](const char *model) { return platform == QLatin1String(model); });
+}
+
+bool ZQTDeviceUtils::isCameraUsePermitted()
+{
+    const QCameraDevice device = QMediaDevices::defaultVideoInput();
+    if (device.isNull())
+        return false;
+    const QCamera camera(device);
+    if (camera.error() != QCamera::NoError)
+        return false;
+    return Authorization::cameraStatus() == Authorization::CameraStatus::Authorized;
+}
+
+bool ZQTDeviceUtils::isLocationUsePermitted()
+{
+    const Authorization::LocationStatus status = Authorization::locationStatus();
+    return status == Authorization::LocationStatus::AuthorizedAlways
+        || status == Authorization::LocationStatus::AuthorizedWhenInUse;
+}
+
+bool ZQTDeviceUtils::isEnoughFreeSpaceToSaveImage(const ZQTPlatform::Image &image)
+{
+    return ZQTDeviceUtilsPrivate::hasRoomForImage(pngLength(image.bitmap()), freeBytesOfHome());
+}
+
+void ZQTDeviceUtils::locationManager(QObject *, int)
+{
+}

@@ -1,0 +1,189 @@
+// Device questions: the hardware model tables, the free-space rule, the permission tests, and
+// the authorisation provider they ask.
+#include "Utils/ZQTDeviceUtils.h"
+#include "Utils/ZQTDeviceUtils_p.h"
+#include "platform/Authorization.h"
+#include "platform/DeviceProfile.h"
+
+#include <gtest/gtest.h>
+
+#include <QCameraDevice>
+#include <QCoreApplication>
+#include <QMediaDevices>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <sys/utsname.h>
+
+#include <limits>
+#include <optional>
+
+using ZQTPlatform::Authorization;
+using ZQTPlatform::DeviceProfile;
+using CameraStatus = Authorization::CameraStatus;
+using LocationStatus = Authorization::LocationStatus;
+
+namespace {
+
+void useMachine(const QString &machine)
+{
+    DeviceProfile profile = DeviceProfile::current();
+    profile.machine = machine;
+    DeviceProfile::setCurrent(profile);
+}
+
+bool machineHasCamera()
+{
+    return !QMediaDevices::videoInputs().isEmpty();
+}
+
+class DeviceUtils : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        DeviceProfile::resetToScreen();
+        Authorization::reset();
+        Authorization::setHasConfiguredVideoSource(false);
+        Authorization::setHasConfiguredPositionSource(false);
+    }
+};
+
+} // namespace
+
+TEST_F(DeviceUtils, ModelClassAndIPhone4UseTheirOwnExactLists)
+{
+    const struct
+    {
+        const char *machine;
+        qint64 modelClass;
+        bool iPhone4;
+    } cases[] = {
+        {"iPhone3,1", 1, true},  {"iPhone3,2", 1, false}, {"iPhone3,3", 1, true},  {"iPhone4,1", 1, true},
+        {"iPhone5,1", 2, false}, {"iPhone5,4", 2, false}, {"iPhone6,1", 2, false}, {"iPhone6,2", 2, false},
+        {"iPhone7,2", 3, false}, {"iPhone7,1", 4, false}, {"iPhone8,1", 0, false}, {"iPad4,1", 0, false},
+        {"x86_64", 0, false},    {"iphone3,1", 0, false}, {"iPhone3,1 ", 0, false},
+    };
+    for (const auto &c : cases) {
+        useMachine(QString::fromLatin1(c.machine));
+        EXPECT_EQ(ZQTDeviceUtils::platformRawString(), QString::fromLatin1(c.machine));
+        EXPECT_EQ(ZQTDeviceUtils::iPhoneDeviceModel(), c.modelClass) << c.machine;
+        EXPECT_EQ(ZQTDeviceUtils::isiPhone4Device(), c.iPhone4) << c.machine;
+    }
+}
+
+TEST_F(DeviceUtils, WithoutAProfileMachineTheModelIsTheSystemsOwn)
+{
+    struct utsname name;
+    ASSERT_EQ(uname(&name), 0);
+    useMachine(QString());
+    EXPECT_EQ(ZQTDeviceUtils::platformRawString(), QString::fromUtf8(name.machine));
+}
+
+TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)
+{
+    constexpr quint64 max = std::numeric_limits<quint64>::max();
+    const struct
+    {
+        quint64 image;
+        quint64 free;
+        bool enough;
+    } cases[] = {
+        {5000000, 5001024, false}, {5000000, 5001025, true}, {0, 1024, false}, {0, 1025, true},
+        {0, 0, false},             {5000000, max, true},     {max - 1025, max, true},
+        {max - 1024, max, false},  {max - 100, max, false},  {max, 2000, false},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(ZQTDeviceUtilsPrivate::hasRoomForImage(c.image, c.free), c.enough) << c.image << " in " << c.free;
+}
+
+TEST_F(DeviceUtils, FreeSpaceIsReadFromTheHomeVolumeAndAFailureMeansNone)
+{
+    QImage bitmap(64, 64, QImage::Format_RGB32);
+    bitmap.fill(Qt::darkCyan);
+    const ZQTPlatform::Image image(bitmap);
+    EXPECT_TRUE(ZQTDeviceUtils::isEnoughFreeSpaceToSaveImage(image));
+
+    const QByteArray home = qgetenv("HOME");
+    QTemporaryDir gone;
+    qputenv("HOME", (gone.path() + "/missing").toUtf8());
+    EXPECT_FALSE(ZQTDeviceUtils::isEnoughFreeSpaceToSaveImage(image));
+    qputenv("HOME", home);
+}
+
+TEST_F(DeviceUtils, LocationUseNeedsAlwaysOrWhenInUse)
+{
+    const bool expected[] = {false, false, false, true, true};
+    for (int status = 0; status <= 4; ++status) {
+        Authorization::setLocationStatus(LocationStatus(status));
+        EXPECT_EQ(ZQTDeviceUtils::isLocationUsePermitted(), expected[status]) << status;
+    }
+}
+
+TEST_F(DeviceUtils, CameraUseNeedsAnOpenableCameraNotOnlyThePermission)
+{
+    if (machineHasCamera())
+        GTEST_SKIP() << "this machine has a camera";
+    Authorization::setCameraStatus(CameraStatus::Authorized);
+    Authorization::setHasConfiguredVideoSource(true);
+    EXPECT_FALSE(ZQTDeviceUtils::isCameraUsePermitted());
+}
+
+TEST_F(DeviceUtils, ProviderAnswersFromTheDevicesUntilAnAnswerIsFixed)
+{
+    if (!machineHasCamera()) {
+        EXPECT_EQ(Authorization::cameraStatus(), CameraStatus::Restricted);
+    }
+    Authorization::setHasConfiguredVideoSource(true);
+    EXPECT_EQ(Authorization::cameraStatus(), CameraStatus::Authorized);
+    Authorization::setHasConfiguredPositionSource(true);
+    EXPECT_EQ(Authorization::locationStatus(), LocationStatus::AuthorizedWhenInUse);
+
+    Authorization::setCameraStatus(CameraStatus::Denied);
+    Authorization::setLocationStatus(LocationStatus::Restricted);
+    EXPECT_EQ(Authorization::cameraStatus(), CameraStatus::Denied);
+    EXPECT_EQ(Authorization::locationStatus(), LocationStatus::Restricted);
+
+    Authorization::reset();
+    EXPECT_EQ(Authorization::cameraStatus(), CameraStatus::Authorized) << "configured sources outlive a reset";
+    EXPECT_EQ(Authorization::locationStatus(), LocationStatus::AuthorizedWhenInUse);
+}
+
+TEST_F(DeviceUtils, CameraAccessIsAnsweredLaterOnTheGuiThread)
+{
+    const struct
+    {
+        std::optional<CameraStatus> status;
+        bool configuredSource;
+        bool granted;
+    } cases[] = {
+        {CameraStatus::Authorized, false, true},     {CameraStatus::Denied, true, false},
+        {CameraStatus::Restricted, true, false},     {CameraStatus::NotDetermined, true, true},
+        {std::nullopt, true, true},
+    };
+    for (const auto &c : cases) {
+        Authorization::reset();
+        if (c.status)
+            Authorization::setCameraStatus(*c.status);
+        Authorization::setHasConfiguredVideoSource(c.configuredSource);
+
+        std::optional<bool> answer;
+        QThread *answeredOn = nullptr;
+        // Asked from a worker thread: the answer must still come on the GUI thread.
+        QThread *worker = QThread::create([&] {
+            Authorization::requestCameraAccess([&](bool granted) {
+                answer = granted;
+                answeredOn = QThread::currentThread();
+            });
+        });
+        worker->start();
+        worker->wait();
+        delete worker;
+        EXPECT_FALSE(answer.has_value()) << "answered before the event loop ran";
+        ASSERT_TRUE(QTest::qWaitFor([&] { return answer.has_value(); }, 2000));
+        EXPECT_EQ(*answer, c.granted) << int(c.status.value_or(CameraStatus(-1)));
+        EXPECT_EQ(answeredOn, QCoreApplication::instance()->thread());
+        EXPECT_EQ(Authorization::cameraAccessRequestCount(), 1) << "counted since the reset";
+    }
+}
