@@ -193,7 +193,22 @@ public:
     void processUsePhotoCompletionHandler(const ZQTPlatform::Image &image);
 
     // --- Permissions and analytics.
+    // The title and message that fit a missing camera or location permission.
+    struct PermissionTexts
+    {
+        QString title;
+        QString message;
+    };
+    // The foreground check: asks for camera access when the camera is not determined (or when
+    // location is not determined while location services are enabled), and chooses the texts
+    // when a permission is refused. The screen shows no texts itself.
     void permissionConverCheck();
+    // The texts the last permissionConverCheck chose; empty when it chose none. For hosts that
+    // show their own cover.
+    PermissionTexts permissionTexts() const;
+    // Whether the camera may still be used: its status is not determined or authorised.
+    // The argument is ignored.
+    bool permissionCheckWithThrow(bool shouldThrow);
     // Posts "ANALYTICS_INFO" with the event of the type (0 help, 1 flash, 2 time on screen,
     // 3 adjuster menu); a null content stands for none. Types above 3 post nothing.
     void pushAnalyticsInfoForEventType(uint type, const QString &content);

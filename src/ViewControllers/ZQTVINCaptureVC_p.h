@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Model/ZQTVINScanAdjuster.h"
+#include "ViewControllers/ZQTVINCaptureVC.h"
 #include "platform/Bundle.h"
 #include "platform/Image.h"
 #include "platform/LayoutConstraint.h"
@@ -52,6 +53,7 @@ struct ZQTVINCaptureVCPrivate
     std::shared_ptr<ZQTVINPhotoCaptureEntity> vinScanItem;
     StillCamera *camera = nullptr;
     QString logStr; // kept as the screen's own; nothing writes or reads it
+    ZQTVINCaptureVC::PermissionTexts permissionTexts; // chosen by the last permission check
 
     // Outlets of the scene (found by object name as the scene wakes).
     QPointer<ZQTPlatform::NavigationBar> interNavigationBar;

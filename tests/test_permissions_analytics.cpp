@@ -1,0 +1,168 @@
+// The capture screen's foreground permission check and its analytics events.
+#include "ViewControllers/ZQTVINCaptureVC.h"
+#include "platform/Authorization.h"
+#include "platform/NotificationCenter.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+#include <memory>
+
+using namespace ZQTPlatform;
+using CameraStatus = Authorization::CameraStatus;
+using LocationStatus = Authorization::LocationStatus;
+
+namespace {
+
+using Texts = std::pair<QString, QString>;
+
+const Texts none;
+const Texts both{"Camera and Location permissions needed",
+                 "Access to your camera and location is needed in order to take pictures of your vehicle."};
+const Texts location{"Location permission needed",
+                     "Access to your location is needed in order to take pictures of your vehicle."};
+const Texts camera{"Camera permission needed",
+                   "Access to your camera is needed in order to take pictures of your vehicle."};
+
+std::unique_ptr<ZQTVINCaptureVC> makeScreen()
+{
+    return std::unique_ptr<ZQTVINCaptureVC>(ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, "CLM-1"));
+}
+
+// Records the "ANALYTICS_INFO" notifications posted while it lives.
+struct AnalyticsRecorder
+{
+    AnalyticsRecorder()
+    {
+        NotificationCenter::defaultCenter().addObserver(this, "ANALYTICS_INFO", [this](const Notification &n) {
+            events << n.object.toMap();
+            EXPECT_TRUE(n.userInfo.isEmpty());
+        });
+    }
+    ~AnalyticsRecorder() { NotificationCenter::defaultCenter().removeObserver(this); }
+
+    QList<QVariantMap> events;
+};
+
+class PermissionsAnalytics : public ::testing::Test
+{
+protected:
+    void TearDown() override { Authorization::reset(); }
+};
+
+} // namespace
+
+TEST_F(PermissionsAnalytics, ForegroundCheckChoosesTextsOrAsksForTheCamera)
+{
+    const struct
+    {
+        CameraStatus camera;
+        LocationStatus location;
+        bool locationServices;
+        Texts texts;
+        bool asks;
+    } rows[] = {
+        {CameraStatus::Denied, LocationStatus::AuthorizedWhenInUse, true, camera, false},
+        {CameraStatus::Restricted, LocationStatus::NotDetermined, true, camera, false},
+        {CameraStatus::Denied, LocationStatus::Denied, true, both, false},
+        {CameraStatus::Restricted, LocationStatus::Restricted, false, both, false},
+        {CameraStatus::Denied, LocationStatus::AuthorizedWhenInUse, false, both, false},
+        {CameraStatus::Authorized, LocationStatus::Denied, true, location, false},
+        {CameraStatus::NotDetermined, LocationStatus::Restricted, true, location, false},
+        {CameraStatus::Authorized, LocationStatus::Denied, false, none, false},
+        {CameraStatus::NotDetermined, LocationStatus::Denied, false, none, true},
+        {CameraStatus::NotDetermined, LocationStatus::AuthorizedWhenInUse, true, none, true},
+        {CameraStatus::NotDetermined, LocationStatus::NotDetermined, true, none, true},
+        {CameraStatus::Authorized, LocationStatus::AuthorizedWhenInUse, true, none, false},
+        {CameraStatus::Authorized, LocationStatus::AuthorizedAlways, true, none, false},
+        {CameraStatus::Authorized, LocationStatus::NotDetermined, true, none, true},
+        {CameraStatus::Authorized, LocationStatus::NotDetermined, false, none, false},
+    };
+    const auto screen = makeScreen();
+    ASSERT_TRUE(screen);
+    screen->loadViewIfNeeded();
+    for (const auto &row : rows) {
+        Authorization::setCameraStatus(row.camera);
+        Authorization::setLocationStatus(row.location);
+        screen->setEnableLocationServices(row.locationServices);
+        const int requestsBefore = Authorization::cameraAccessRequestCount();
+
+        screen->permissionConverCheck();
+
+        const auto chosen = screen->permissionTexts();
+        const QString label = QStringLiteral("camera %1, location %2, E %3")
+                                  .arg(int(row.camera)).arg(int(row.location)).arg(row.locationServices);
+        EXPECT_EQ(Texts(chosen.title, chosen.message), row.texts) << qPrintable(label);
+        EXPECT_EQ(Authorization::cameraAccessRequestCount() - requestsBefore, row.asks ? 1 : 0) << qPrintable(label);
+    }
+    EXPECT_TRUE(screen->findChild<QWidget *>("permissionConverView")->isHidden()) << "the cover is never shown";
+}
+
+TEST_F(PermissionsAnalytics, CameraCanStillBeUsedUnlessRefused)
+{
+    const auto screen = makeScreen();
+    ASSERT_TRUE(screen);
+    const bool expected[] = {true, false, false, true};
+    for (int status = 0; status <= 3; ++status) {
+        Authorization::setCameraStatus(CameraStatus(status));
+        EXPECT_EQ(screen->permissionCheckWithThrow(false), expected[status]) << status;
+        EXPECT_EQ(screen->permissionCheckWithThrow(true), expected[status]) << status;
+    }
+}
+
+TEST_F(PermissionsAnalytics, EachEventTypeHasItsOwnPayload)
+{
+    const struct
+    {
+        uint type;
+        QString content;
+        const char *eventType;
+        const char *eventName;
+        const char *posted;
+    } cases[] = {
+        {0, "x", "helpOverlay", "vinScan", "NULL"},
+        {0, QString(), "helpOverlay", "vinScan", "NULL"},
+        {1, "On", "flashChange", "vinScan", "On"},
+        {1, QString(), "flashChange", "vinScan", "NULL"},
+        {2, "1234", "vinScan", "screenTime", "1234"},
+        {3, "", "vinScan", "hamburgerClick", ""},
+        {3, QString(), "vinScan", "hamburgerClick", "NULL"},
+    };
+    const auto screen = makeScreen();
+    ASSERT_TRUE(screen);
+    for (const auto &c : cases) {
+        AnalyticsRecorder recorder;
+        screen->pushAnalyticsInfoForEventType(c.type, c.content);
+        ASSERT_EQ(recorder.events.size(), 1) << c.type;
+        const QVariantMap expected{{"eventType", c.eventType}, {"eventName", c.eventName}, {"content", c.posted}};
+        EXPECT_EQ(recorder.events.first(), expected) << c.type << " " << qPrintable(c.content);
+    }
+
+    AnalyticsRecorder recorder;
+    for (uint type : {4u, 17u, 0xFFFFFFFFu})
+        screen->pushAnalyticsInfoForEventType(type, "x");
+    EXPECT_TRUE(recorder.events.isEmpty());
+}
+
+TEST_F(PermissionsAnalytics, TimeSpentIsWholeMillisecondsSinceTheScreenLoaded)
+{
+    const auto screen = makeScreen();
+    ASSERT_TRUE(screen);
+    screen->loadViewIfNeeded();
+    QTest::qWait(60);
+
+    AnalyticsRecorder recorder;
+    const qint64 before = screen->startingTime().msecsTo(QDateTime::currentDateTime());
+    screen->sendTimeSpent();
+    const qint64 after = screen->startingTime().msecsTo(QDateTime::currentDateTime());
+
+    ASSERT_EQ(recorder.events.size(), 1);
+    EXPECT_EQ(recorder.events.first().value("eventType"), "vinScan");
+    EXPECT_EQ(recorder.events.first().value("eventName"), "screenTime");
+    bool isInteger = false;
+    const qint64 milliseconds = recorder.events.first().value("content").toString().toLongLong(&isInteger);
+    ASSERT_TRUE(isInteger) << qPrintable(recorder.events.first().value("content").toString());
+    EXPECT_GE(milliseconds, std::max<qint64>(before, 60));
+    EXPECT_LE(milliseconds, after);
+}
