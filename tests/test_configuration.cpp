@@ -11,8 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -46,43 +44,37 @@ void expectConfigurationError(const std::function<void()> &call, const QString &
         EXPECT_TRUE(lines.first().contains(fragment)) << lines.first().toStdString() << " lacks " << fragment.toStdString();
 }
 
-void expectRgba(const QColor &color, int r, int g, int b, int a = 255)
+// Writes the values as the keys K0, K1, ... of a group of a host file and reads each back.
+template <class T, class Read>
+void expectGroupValues(const QList<std::pair<QByteArray, T>> &cases, Read read)
 {
-    EXPECT_EQ(color.red(), r);
-    EXPECT_EQ(color.green(), g);
-    EXPECT_EQ(color.blue(), b);
-    EXPECT_EQ(color.alpha(), a);
+    TemporaryMainBundle host;
+    QByteArray entries;
+    for (int i = 0; i < cases.size(); ++i)
+        entries += "<key>K" + QByteArray::number(i) + "</key>" + cases[i].first;
+    host.writeSettings("<key>Values</key><dict>" + entries + "</dict>");
+    for (int i = 0; i < cases.size(); ++i)
+        EXPECT_EQ(read(QStringLiteral("K%1").arg(i)), cases[i].second) << cases[i].first.toStdString();
 }
 
 } // namespace
 
 // --- where values come from ---------------------------------------------------------------
 
-TEST(ConfigurationLookupOrder, HostValueWinsAndOtherKeysComeFromTheFramework)
+TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyAndOtherKeysComeFromTheFramework)
 {
     TemporaryMainBundle host;
-    host.writeSettings("<key>TextTitle</key><string>Host title</string>");
+    host.writeSettings("<key>TextTitle</key><string>Host title</string>"
+                       "<key>ScanningLabelText</key><string></string>"
+                       "<key>ManualVINButtonBorderColor</key><string></string>"
+                       "<key>Colours</key><dict><key>VINScanNavigationBarColor</key><string>#123abc</string></dict>");
     EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Host title");
-    EXPECT_EQ(C::getConfigStringForKey("ScanningLabelText"), frameworkString("ScanningLabelText"));
-    EXPECT_FALSE(frameworkString("ScanningLabelText").isEmpty());
-}
-
-TEST(ConfigurationLookupOrder, AnEmptyHostValueWinsAndReadsAsTheClearColour)
-{
-    TemporaryMainBundle host;
-    host.writeSettings("<key>ManualVINButtonBorderColor</key><string></string>"
-                       "<key>TextTitle</key><string></string>");
-    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "");
-    EXPECT_TRUE(C::getConfigurableValueForKey("TextTitle").isValid());
-    expectRgba(C::getGlobalColorForKey("ManualVINButtonBorderColor"), 0, 0, 0, 0);
-}
-
-TEST(ConfigurationLookupOrder, WithNoHostFileEveryValueComesFromTheFramework)
-{
-    TemporaryMainBundle host; // holds no Default_Settings.plist
-    EXPECT_FALSE(C::getGlobalValueForKey("TextTitle", Bundle::mainBundle()).isValid());
-    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
-    EXPECT_EQ(C::getConfigArrayForKey("TextFlashButtonArray"), (QVariantList{"Off", "On"}));
+    EXPECT_EQ(C::getConfigStringForKey("ScanningLabelText"), "");
+    EXPECT_TRUE(C::getConfigurableValueForKey("ScanningLabelText").isValid());
+    EXPECT_EQ(C::getGlobalColorForKey("ManualVINButtonBorderColor").rgba(), qRgba(0, 0, 0, 0)) << "the clear colour";
+    EXPECT_EQ(C::getGlobalColorForKey("VINScanNavigationBarColor").rgba(), qRgb(0x12, 0x3A, 0xBC));
+    EXPECT_FALSE(frameworkString("ManualVINButtonText").isEmpty());
+    EXPECT_EQ(C::getConfigStringForKey("ManualVINButtonText"), frameworkString("ManualVINButtonText"));
 }
 
 TEST(ConfigurationLookupOrder, TheSearchedBundleChoosesTheFileName)
@@ -113,24 +105,6 @@ TEST(ConfigurationLookupOrder, GroupsAreSearchedOneLevelDeepAfterTheTopLevel)
     EXPECT_FALSE(C::getGlobalValueForKey("TwoDeep", Bundle::mainBundle()).isValid());
 }
 
-TEST(ConfigurationLookupOrder, StringGetterFormatsNumbersAndBooleansAsThePlatformDoes)
-{
-    TemporaryMainBundle host;
-    host.writeSettings("<key>Values</key><dict>"
-                       "<key>Count</key><integer>7</integer><key>Ratio</key><real>12.5</real>"
-                       "<key>Whole</key><real>2</real><key>Flag</key><true/>"
-                       "<key>Modes</key><array><string>Off</string><string>On air</string></array>"
-                       "<key>Page</key><dict><key>title</key><string>VIN</string>"
-                       "<key>frames</key><array><integer>1</integer></array></dict>"
-                       "</dict>");
-    EXPECT_EQ(C::getConfigStringForKey("Count"), "7");
-    EXPECT_EQ(C::getConfigStringForKey("Ratio"), "12.5");
-    EXPECT_EQ(C::getConfigStringForKey("Whole"), "2");
-    EXPECT_EQ(C::getConfigStringForKey("Flag"), "1");
-    EXPECT_EQ(C::getConfigStringForKey("Modes"), "(\n    Off,\n    \"On air\"\n)");
-    EXPECT_EQ(C::getConfigStringForKey("Page"), "{\n    frames = (\n        1\n    );\n    title = VIN;\n}");
-}
-
 TEST(ConfigurationLookupOrder, MissingKeysGiveNeutralValues)
 {
     TemporaryMainBundle host;
@@ -138,7 +112,7 @@ TEST(ConfigurationLookupOrder, MissingKeysGiveNeutralValues)
     const QString key = "NoSuchKeyAnywhere";
     EXPECT_FALSE(C::getConfigurableValueForKey(key).isValid());
     EXPECT_EQ(C::getConfigStringForKey(key), "(null)");
-    expectRgba(C::getGlobalColorForKey(key), 0, 0, 0, 255);
+    EXPECT_EQ(C::getGlobalColorForKey(key).rgba(), qRgb(0, 0, 0));
     EXPECT_EQ(C::getGlobalFloatForKey(key), 0.0f);
     EXPECT_FALSE(C::getGlobalBoolForKey(key));
     EXPECT_TRUE(C::getConfigArrayForKey(key).isEmpty());
@@ -148,58 +122,42 @@ TEST(ConfigurationLookupOrder, MissingKeysGiveNeutralValues)
 
 // --- typed values ---------------------------------------------------------------------------
 
+TEST(ConfigurationTypedValues, TextFormOfNumbersBooleansArraysAndDictionaries)
+{
+    expectGroupValues<QString>({{"<integer>7</integer>", "7"}, {"<real>12.5</real>", "12.5"}, {"<real>2</real>", "2"},
+                                {"<true/>", "1"},
+                                {"<array><string>Off</string><string>On air</string></array>",
+                                 "(\n    Off,\n    \"On air\"\n)"},
+                                {"<dict><key>title</key><string>VIN</string>"
+                                 "<key>frames</key><array><integer>1</integer></array></dict>",
+                                 "{\n    frames = (\n        1\n    );\n    title = VIN;\n}"}},
+                               C::getConfigStringForKey);
+    expectGroupValues<QVariantList>({{"<array><string>Off</string><string>On</string></array>", {"Off", "On"}}},
+                                    C::getConfigArrayForKey);
+}
+
 TEST(ConfigurationTypedValues, FloatsTakeTheLeadingNumberOfText)
 {
-    TemporaryMainBundle host;
-    host.writeSettings("<key>Numbers</key><dict>"
-                       "<key>Padded</key><string>  12.5abc</string>"
-                       "<key>Word</key><string>abc</string>"
-                       "<key>Exponent</key><string>-3e2x</string>"
-                       "<key>Fraction</key><string>.5</string>"
-                       "<key>Dots</key><string>1.2.3</string>"
-                       "<key>Real</key><real>2.25</real>"
-                       "<key>Integer</key><integer>3</integer>"
-                       "<key>Yes</key><true/>"
-                       "</dict>");
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("Padded"), 12.5f);
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("Word"), 0.0f);
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("Exponent"), -300.0f);
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("Fraction"), 0.5f);
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("Dots"), 1.2f);
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("Real"), 2.25f);
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("Integer"), 3.0f);
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("Yes"), 1.0f);
+    expectGroupValues<float>({{"<string>  12.5abc</string>", 12.5f}, {"<string>abc</string>", 0.0f},
+                              {"<string>-3e2x</string>", -300.0f}, {"<string>.5</string>", 0.5f},
+                              {"<string>1.2.3</string>", 1.2f}, {"<real>2.25</real>", 2.25f},
+                              {"<integer>3</integer>", 3.0f}, {"<true/>", 1.0f}},
+                             C::getGlobalFloatForKey);
 }
 
 TEST(ConfigurationTypedValues, BooleansFollowThePlatformReadingOfTextAndNumbers)
 {
-    TemporaryMainBundle host;
-    const QList<std::pair<QByteArray, bool>> cases = {
-        {"<string>yes</string>", true}, {"<string>TRUE</string>", true}, {"<string>007</string>", true},
-        {"<string>  y</string>", true}, {"<string>2x</string>", true}, {"<string>0</string>", false},
-        {"<string>000</string>", false}, {"<string>no</string>", false}, {"<string>false</string>", false},
-        {"<string></string>", false}, {"<integer>0</integer>", false}, {"<integer>5</integer>", true},
-        {"<real>0.5</real>", true}, {"<true/>", true}, {"<false/>", false}};
-    QByteArray entries;
-    for (int i = 0; i < cases.size(); ++i)
-        entries += "<key>B" + QByteArray::number(i) + "</key>" + cases[i].first;
-    host.writeSettings("<key>Switches</key><dict>" + entries + "</dict>");
-    for (int i = 0; i < cases.size(); ++i)
-        EXPECT_EQ(C::getGlobalBoolForKey(QStringLiteral("B%1").arg(i)), cases[i].second) << cases[i].first.toStdString();
+    expectGroupValues<bool>({{"<string>yes</string>", true}, {"<string>TRUE</string>", true},
+                             {"<string>007</string>", true}, {"<string>  y</string>", true},
+                             {"<string>2x</string>", true}, {"<string>0</string>", false},
+                             {"<string>000</string>", false}, {"<string>no</string>", false},
+                             {"<string>false</string>", false}, {"<string></string>", false},
+                             {"<integer>0</integer>", false}, {"<integer>5</integer>", true},
+                             {"<real>0.5</real>", true}, {"<true/>", true}, {"<false/>", false}},
+                            C::getGlobalBoolForKey);
 }
 
-TEST(ConfigurationTypedValues, ArraysAndDictionariesComeBackWhole)
-{
-    TemporaryMainBundle host;
-    host.writeSettings("<key>Lists</key><dict>"
-                       "<key>TextFlashButtonArray</key><array><string>Aus</string><string>An</string></array>"
-                       "<key>Details</key><dict><key>a</key><integer>1</integer></dict>"
-                       "</dict>");
-    EXPECT_EQ(C::getConfigArrayForKey("TextFlashButtonArray"), (QVariantList{"Aus", "An"}));
-    EXPECT_EQ(C::getGlobalDictionaryForKey("Details"), (QVariantMap{{"a", qint64(1)}}));
-}
-
-// --- configuration errors -------------------------------------------------------------------
+// --- configuration errors and files ---------------------------------------------------------
 
 TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFile)
 {
@@ -209,8 +167,7 @@ TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFile)
                        "<key>Group</key><dict><key>ManualVINButtonBorderWidth</key>"
                        "<array><string>1</string></array></dict>");
     const QString file = host.settingsPath();
-    expectConfigurationError([] { C::getConfigArrayForKey("TextFlashButtonArray"); },
-                             "NSInvalidArgumentException",
+    expectConfigurationError([] { C::getConfigArrayForKey("TextFlashButtonArray"); }, "NSInvalidArgumentException",
                              {"\"TextFlashButtonArray\"", file, "is a string, expected an array"});
     expectConfigurationError([] { C::getGlobalDictionaryForKey("HelpOverlayDetailsDictionary"); },
                              "NSInvalidArgumentException",
@@ -224,33 +181,24 @@ TEST(ConfigurationErrors, ATopLevelValueThatIsNeitherTextNorGroupEndsTheGroupSea
     TemporaryMainBundle host;
     host.writeSettings("<key>CornerRadius</key><real>4</real>"
                        "<key>Theme</key><dict><key>TextTitle</key><string>Host</string></dict>");
-    // Found at the top level before the group search starts: no error.
-    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("CornerRadius"), 4.0f);
+    EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("CornerRadius"), 4.0f) << "found before the group search starts";
     expectConfigurationError([] { C::getConfigStringForKey("TextTitle"); }, "NSInvalidArgumentException",
                              {"\"CornerRadius\"", host.settingsPath(), "is a number", "\"TextTitle\""});
 }
 
-TEST(ConfigurationErrors, AMalformedHostFileCountsAsMissingWithOneLogLine)
+TEST(ConfigurationErrors, AMalformedOrNonDictionaryHostFileCountsAsMissingWithOneLogLine)
 {
-    TemporaryMainBundle host;
     const QByteArray whole = plistWithEntries("<key>TextTitle</key><string>Host title</string>");
-    host.writeFile("Default_Settings.plist", whole.left(whole.lastIndexOf("</plist>")));
-    LogCapture log;
-    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
-    EXPECT_EQ(C::getConfigStringForKey("ManualVINButtonText"), frameworkString("ManualVINButtonText"));
-    ASSERT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
-    EXPECT_TRUE(log.lines().first().contains(host.settingsPath()));
-}
-
-TEST(ConfigurationErrors, AHostFileWhoseTopLevelIsNotADictionaryIsIgnored)
-{
-    TemporaryMainBundle host;
-    host.writeFile("Default_Settings.plist",
-                   ZQTPlatform::PropertyList::toData(QVariantList{"TextTitle", "Host title"}));
-    LogCapture log;
-    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
-    ASSERT_EQ(log.lines().size(), 1);
-    EXPECT_TRUE(log.lines().first().contains(host.settingsPath()));
+    for (const QByteArray &bytes : {whole.left(whole.lastIndexOf("</plist>")),
+                                    ZQTPlatform::PropertyList::toData(QVariantList{"TextTitle", "Host title"})}) {
+        TemporaryMainBundle host;
+        host.writeFile("Default_Settings.plist", bytes);
+        LogCapture log;
+        EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
+        EXPECT_EQ(C::getConfigStringForKey("ManualVINButtonText"), frameworkString("ManualVINButtonText"));
+        ASSERT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
+        EXPECT_TRUE(log.lines().first().contains(host.settingsPath()));
+    }
 }
 
 TEST(ConfigurationFiles, AFileChangedOnDiskIsReadAgain)
@@ -269,49 +217,28 @@ TEST(ConfigurationFiles, AFileChangedOnDiskIsReadAgain)
 
     host.writeSettings("<key>TextTitle</key><string>Charlie, longer</string>");
     EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Charlie, longer");
-
     QFile::remove(host.settingsPath());
     EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
 }
 
-// --- fonts ------------------------------------------------------------------------------------
+// --- fonts and help pages -------------------------------------------------------------------
 
-TEST(ConfigurationFonts, InstalledFontNamesAreReturnedAsConfigured)
+TEST(ConfigurationFonts, InstalledNamesAsConfiguredUnknownNearMissOrEmptyOnesFallBackToHelvetica)
 {
     TemporaryMainBundle host;
-    host.writeSettings("<key>ApplicationBoldStyleFontName</key><string>DejaVuSans-Bold</string>"
-                       "<key>ApplicationRegularStyleFontName</key><string>LiberationSans</string>");
-    EXPECT_EQ(C::getGlobalFontBold(), "DejaVuSans-Bold");
-    EXPECT_EQ(C::getGlobalFontRegular(), "LiberationSans");
+    const QList<std::tuple<QByteArray, QByteArray, QString, QString>> cases = {
+        {"DejaVuSans-Bold", "LiberationSans", "DejaVuSans-Bold", "LiberationSans"},
+        {"NoSuchFont-Bold", "DejaVuSans-Regula", "Helvetica-Bold", "Helvetica"},
+        {"", "", "Helvetica-Bold", "Helvetica"}};
+    for (const auto &[bold, regular, expectedBold, expectedRegular] : cases) {
+        host.writeSettings("<key>ApplicationBoldStyleFontName</key><string>" + bold + "</string>"
+                           "<key>ApplicationRegularStyleFontName</key><string>" + regular + "</string>");
+        EXPECT_EQ(C::getGlobalFontBold(), expectedBold);
+        EXPECT_EQ(C::getGlobalFontRegular(), expectedRegular);
+    }
 }
 
-TEST(ConfigurationFonts, UnknownOrNearMissNamesFallBackToHelvetica)
-{
-    TemporaryMainBundle host;
-    host.writeSettings("<key>ApplicationBoldStyleFontName</key><string>NoSuchFont-Bold</string>"
-                       "<key>ApplicationRegularStyleFontName</key><string>DejaVuSans-Regula</string>");
-    EXPECT_EQ(C::getGlobalFontBold(), "Helvetica-Bold");
-    EXPECT_EQ(C::getGlobalFontRegular(), "Helvetica");
-
-    host.writeSettings("<key>ApplicationBoldStyleFontName</key><string></string>");
-    EXPECT_EQ(C::getGlobalFontBold(), "Helvetica-Bold");
-}
-
-// --- help pages -------------------------------------------------------------------------------
-
-TEST(ConfigurationHelpOverlay, TheFrameworkPageCarriesItsTextsFramesAndSwitch)
-{
-    TemporaryMainBundle host;
-    EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("header", 0).toString().isEmpty());
-    EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("title", 0).toString().isEmpty());
-    EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("descr", 0).toString().isEmpty());
-    EXPECT_EQ(C::getConfigHelpOverlayValueForKey("imageName", 0).toList(),
-              (QVariantList{"help_vin_frame_1", "help_vin_frame_2", "help_vin_frame_3", "help_vin_frame_4"}));
-    EXPECT_EQ(C::getConfigHelpOverlayValueForKey("autoDisplayFirstTime", 0), QVariant(true));
-    EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("noSuchEntry", 0).isValid());
-}
-
-TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLine)
+TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLineAndNoPageListGivesNothing)
 {
     TemporaryMainBundle host;
     host.writeSettings("<key>HelpOverlay</key><dict><key>HelpOverlayDetailsDictionary</key><dict>"
@@ -325,13 +252,8 @@ TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLine)
                              {"\"HelpOverlayDetailsDictionary\"", host.settingsPath(), "index 2"});
     expectConfigurationError([] { C::getConfigHelpOverlayValueForKey("title", -1); }, "NSRangeException",
                              {"\"HelpOverlayDetailsDictionary\"", host.settingsPath()});
-}
 
-TEST(ConfigurationHelpOverlay, APageListThatIsMissingGivesNothing)
-{
-    TemporaryMainBundle host;
     host.writeSettings("<key>HelpOverlayDetailsDictionary</key><dict><key>pages</key><array/></dict>");
-    EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("title", 0).isValid());
     EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("title", 5).isValid());
 }
 
@@ -339,94 +261,57 @@ TEST(ConfigurationHelpOverlay, APageListThatIsMissingGivesNothing)
 
 TEST(ConfigurationColours, ColourTextIsScannedAsThePlatformScannerDoes)
 {
-    expectRgba(C::getColorWithHexString("#FF8800"), 0xFF, 0x88, 0x00);
-    expectRgba(C::getColorWithHexString("#000000"), 0, 0, 0);
-    expectRgba(C::getColorWithHexString("#FFFFFF"), 255, 255, 255);
-    expectRgba(C::getColorWithHexString("#00ff00"), 0, 255, 0);
-    expectRgba(C::getColorWithHexString("FF0000"), 0x0F, 0x00, 0x00);  // first digit taken for the marker
-    expectRgba(C::getColorWithHexString("#F80"), 0x00, 0x0F, 0x80);    // a number, not a short form
-    expectRgba(C::getColorWithHexString("#80FF8800"), 0xFF, 0x88, 0x00); // no alpha in colour text
-    expectRgba(C::getColorWithHexString("#12345678"), 0x34, 0x56, 0x78);
-    expectRgba(C::getColorWithHexString("#"), 0, 0, 0);
-    expectRgba(C::getColorWithHexString("#zz"), 0, 0, 0);
-    expectRgba(C::getColorWithHexString("#123456789"), 255, 255, 255); // overflow sets every bit
-    expectRgba(C::getColorWithHexString("#0x1A2B3C"), 0x1A, 0x2B, 0x3C);
-    expectRgba(C::getColorWithHexString("# 0X0000FF"), 0, 0, 255);
-    expectRgba(C::getColorWithHexString("#12G456"), 0, 0, 0x12);        // stops at the first non-digit
-    expectRgba(C::getColorWithHexString("(null)"), 0, 0, 0);
-}
-
-TEST(ConfigurationColours, EmptyColourTextIsARangeError)
-{
+    const QList<std::pair<QString, QColor>> cases = {
+        {"#FF8800", QColor(0xFF, 0x88, 0x00)},   {"#00ff00", QColor(0, 255, 0)},
+        {"#FFFFFF", QColor(255, 255, 255)},      {"FF0000", QColor(0x0F, 0, 0)}, // first digit taken for the marker
+        {"#F80", QColor(0, 0x0F, 0x80)},         // a number, not a short form
+        {"#80FF8800", QColor(0xFF, 0x88, 0x00)}, // no alpha in colour text
+        {"#12345678", QColor(0x34, 0x56, 0x78)}, {"#", QColor(0, 0, 0)},
+        {"#zz", QColor(0, 0, 0)},                {"#123456789", QColor(255, 255, 255)}, // overflow sets every bit
+        {"#0x1A2B3C", QColor(0x1A, 0x2B, 0x3C)}, {"# 0X0000FF", QColor(0, 0, 255)},
+        {"#12G456", QColor(0, 0, 0x12)},         // stops at the first non-digit
+        {"(null)", QColor(0, 0, 0)}};
+    for (const auto &[text, colour] : cases)
+        EXPECT_EQ(C::getColorWithHexString(text).rgba(), colour.rgba()) << text.toStdString();
     try {
         C::getColorWithHexString(QString());
-        ADD_FAILURE() << "no exception";
+        ADD_FAILURE() << "empty colour text must raise";
     } catch (const ZQTPlatform::Exception &e) {
         EXPECT_EQ(e.name(), "NSRangeException");
     }
 }
 
-TEST(ConfigurationColours, ColourByKeyReadsTheConfiguredText)
-{
-    TemporaryMainBundle host;
-    host.writeSettings("<key>Colours</key><dict><key>VINScanNavigationBarColor</key><string>#123abc</string>"
-                       "<key>Clear</key><string></string></dict>");
-    expectRgba(C::getGlobalColorForKey("VINScanNavigationBarColor"), 0x12, 0x3A, 0xBC);
-    expectRgba(C::getGlobalColorForKey("Clear"), 0, 0, 0, 0);
-    expectRgba(C::getGlobalColorForKey("NoSuchColour"), 0, 0, 0, 255);
-}
+// --- the shipped theme ----------------------------------------------------------------------
 
-// --- the shipped theme ----------------------------------------------------------------------------
-
-TEST(ShippedTheme, EveryKeyHasAValueOfItsKind)
-{
-    const QStringList colours = {
-        "ApplicationBackgroundColor", "ApplicationHeaderColor", "VINScanNavigationBarColor",
-        "VINScanIconTitleColor", "VINScanHeaderIconColor", "NavigationBarFlashIconTintColor",
-        "ManualVINButtonColor", "ManualVINButtonHighlightedColor", "ManualVINButtonBorderColor",
-        "ManualVINButtonFontColor", "ManualVINButtonHighlightedFontColor", "CarouselLabelColor",
-        "HelpOverlayBackgroundColor", "HelpOverlayImageBackgroundColor", "HelpOverlayVehiclePhotoLabelColor",
-        "HelpOverlayMidTitleLabelColor", "HelpOverlayMidSubTitleLabelColor", "HelpOverlayTapAnywhereLabelColor",
-        "AdjusterInfoPhoneNumberColor"};
-    const QStringList fonts = {
-        "ApplicationBoldStyleFontName", "ApplicationRegularStyleFontName", "NavigationBarTitleFontType",
-        "NavigationBarFlashLabelFontType", "ScanningLabelTextFontType", "ManualVINButtonFont",
-        "CarouselLabelFrontType", "HelpOverlayVehiclePhotoLabelFontType", "HelpOverlayMidTitleLabelFontType",
-        "HelpOverlayMidSubTitleLabelFontType", "HelpOverlayTapAnywhereLabelFontType"};
-    const QStringList texts = {
-        "VinScanControllerStatusbarType", "TextTitle", "ScanningLabelText", "ManualVINButtonText",
-        "ManualEntryAlertTitle", "ManualEntryAlertCancelButtonText", "ManualEntryAlertOkButtonText",
-        "TextVINImageSaveTitle", "HelpOverlayTextCloseLabel", "AdjusterInfoPhoneNumber",
-        "AdjusterInfoExtentionSeperator", "AdjusterInfoEmailSubject", "AdjusterInfoGenericInboxEmail"};
-    const QRegularExpression colourText("^#[0-9A-F]{6}$");
-    const auto value = [](const QString &key) { return C::getGlobalValueForKey(key, Bundle::frameworkBundle()); };
-
-    for (const QString &key : colours)
-        EXPECT_TRUE(colourText.match(value(key).toString()).hasMatch()) << key.toStdString();
-    for (const QString &key : fonts)
-        EXPECT_TRUE(ZQTPlatform::Font::fontWithName(value(key).toString(), 12.0)) << key.toStdString();
-    for (const QString &key : texts)
-        EXPECT_FALSE(value(key).toString().isEmpty()) << key.toStdString();
-    EXPECT_EQ(value("VinScanControllerStatusbarType").toString(), "LIGHT");
-    EXPECT_EQ(value("TextFlashButtonArray").toList(), (QVariantList{"Off", "On"}));
-    EXPECT_EQ(value("TextCarouselPreviewArray").toList().value(0).toString(), "VIN");
-    EXPECT_GT(value("ManualVINButtonCornerRadius").toDouble(), 0.0);
-    EXPECT_GT(value("ManualVINButtonBorderWidth").toDouble(), 0.0);
-    EXPECT_EQ(value("AdjusterInfoEmailSubjectAppendClaim").typeId(), QMetaType::Bool);
-    EXPECT_EQ(value("HelpOverlayDetailsDictionary").toMap().value("overlays").toList().size(), 1);
-}
-
-TEST(ShippedTheme, TheTopLevelHoldsOnlyGroupsAndNoKeyIsInTwoGroups)
+TEST(ShippedTheme, GroupsOnlyUniqueKeysAndValuesOfTheKindTheirNamesSay)
 {
     const QVariantMap top = ZQTPlatform::PropertyList::readFile(
         Bundle::frameworkBundle().pathForResource("ZQTConfig", "plist")).toMap();
     ASSERT_FALSE(top.isEmpty());
+    const QRegularExpression colourText("^#[0-9A-F]{6}$");
+    const QRegularExpression fontKey("(FontName|FontType|FrontType|Font)$");
     QSet<QString> keys;
+    int colours = 0, fonts = 0;
     for (auto group = top.cbegin(); group != top.cend(); ++group) {
         ASSERT_EQ(group.value().typeId(), QMetaType::QVariantMap) << group.key().toStdString();
-        for (const QString &key : group.value().toMap().keys()) {
-            EXPECT_FALSE(keys.contains(key)) << key.toStdString();
+        const QVariantMap values = group.value().toMap();
+        for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
+            const QString key = entry.key(), text = entry.value().toString();
+            EXPECT_FALSE(keys.contains(key)) << key.toStdString() << " is in two groups";
             keys.insert(key);
+            if (entry.value().typeId() == QMetaType::QString) {
+                EXPECT_FALSE(text.isEmpty()) << key.toStdString();
+            }
+            if (key.endsWith("Color")) {
+                ++colours;
+                EXPECT_TRUE(colourText.match(text).hasMatch()) << key.toStdString();
+            }
+            if (fontKey.match(key).hasMatch()) {
+                ++fonts;
+                EXPECT_TRUE(ZQTPlatform::Font::fontWithName(text, 12.0)) << key.toStdString();
+            }
         }
     }
+    EXPECT_EQ(colours, 19);
+    EXPECT_EQ(fonts, 11);
 }

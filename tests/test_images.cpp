@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
-#include <QTemporaryDir>
 #include <QtEndian>
 
 using ZQTPlatform::Bundle;
@@ -19,7 +18,7 @@ using ZQTPlatform::Image;
 
 namespace {
 
-QByteArray encoded(const QSize &size, const QColor &color, const char *format)
+QByteArray encoded(const QColor &color, const char *format = "PNG", const QSize &size = QSize(4, 4))
 {
     QImage image(size, QImage::Format_RGB32);
     image.fill(color);
@@ -30,24 +29,19 @@ QByteArray encoded(const QSize &size, const QColor &color, const char *format)
     return bytes;
 }
 
-// A JPEG with an APP1 "Exif" segment whose only tag is the orientation (0x0112).
-QByteArray jpegWithExifOrientation(const QSize &size, quint16 orientation)
+// A 40x20 JPEG with an APP1 "Exif" segment whose only tag is the orientation (0x0112).
+QByteArray jpegWithExifOrientation(quint16 orientation)
 {
-    QByteArray tiff("MM\x00\x2a\x00\x00\x00\x08", 8);         // big-endian TIFF, IFD0 at offset 8
-    tiff += QByteArray("\x00\x01", 2);                       // one entry
+    QByteArray tiff("MM\x00\x2a\x00\x00\x00\x08\x00\x01", 10);  // big-endian TIFF, IFD0 at 8, one entry
     tiff += QByteArray("\x01\x12\x00\x03\x00\x00\x00\x01", 8); // orientation, SHORT, count 1
     tiff += char(orientation >> 8);
     tiff += char(orientation & 0xFF);
-    tiff += QByteArray("\x00\x00", 2);                       // value padding
-    tiff += QByteArray("\x00\x00\x00\x00", 4);               // no next IFD
+    tiff += QByteArray(6, '\0');                               // value padding, no next IFD
     const QByteArray payload = QByteArray("Exif\x00\x00", 6) + tiff;
-    QByteArray segment("\xFF\xE1", 2);
     const quint16 length = quint16(payload.size() + 2);
-    segment += char(length >> 8);
-    segment += char(length & 0xFF);
-    segment += payload;
+    const QByteArray segment = QByteArray("\xFF\xE1", 2) + char(length >> 8) + char(length & 0xFF) + payload;
 
-    QByteArray jpeg = encoded(size, Qt::red, "JPG");
+    QByteArray jpeg = encoded(Qt::red, "JPG", QSize(40, 20));
     // Insert after the start-of-image marker and the JFIF APP0 segment.
     qsizetype at = 2;
     if (quint8(jpeg[2]) == 0xFF && quint8(jpeg[3]) == 0xE0)
@@ -63,160 +57,88 @@ QColor colourAt(const Image &image)
 
 } // namespace
 
-// --- decoding -------------------------------------------------------------------------------
-
 TEST(ImageDecoding, ExifOrientationBecomesTheImageOrientationWithoutRotatingPixels)
 {
-    const QList<std::pair<quint16, Image::Orientation>> cases = {
-        {1, Image::Orientation::Up},           {2, Image::Orientation::UpMirrored},
-        {3, Image::Orientation::Down},         {4, Image::Orientation::DownMirrored},
-        {5, Image::Orientation::LeftMirrored}, {6, Image::Orientation::Right},
-        {7, Image::Orientation::RightMirrored}, {8, Image::Orientation::Left}};
-    for (const auto &[exif, expected] : cases) {
-        const Image image = Image::fromData(jpegWithExifOrientation(QSize(40, 20), exif));
+    using O = Image::Orientation;
+    const QList<O> byExifValue = {O::Up,           O::UpMirrored, O::Down,          O::DownMirrored,
+                                  O::LeftMirrored, O::Right,      O::RightMirrored, O::Left};
+    for (quint16 exif = 1; exif <= 8; ++exif) {
+        const Image image = Image::fromData(jpegWithExifOrientation(exif));
         ASSERT_FALSE(image.isNull()) << exif;
-        EXPECT_EQ(image.imageOrientation(), expected) << exif;
+        EXPECT_EQ(image.imageOrientation(), byExifValue[exif - 1]) << exif;
         EXPECT_EQ(image.bitmap().size(), QSize(40, 20)) << exif;
     }
-}
-
-TEST(ImageDecoding, SizeInPointsFollowsScaleAndSidewaysOrientations)
-{
-    const Image sideways = Image::fromData(jpegWithExifOrientation(QSize(40, 20), 6), 2.0);
-    EXPECT_EQ(sideways.size(), QSizeF(10, 20));
-    const Image upright(QImage(30, 12, QImage::Format_ARGB32), 3.0);
-    EXPECT_EQ(upright.size(), QSizeF(10, 4));
-    EXPECT_EQ(Image().size(), QSizeF(0, 0));
-}
-
-TEST(ImageDecoding, DataThatIsNoImageGivesTheNullImage)
-{
+    EXPECT_EQ(Image::fromData(jpegWithExifOrientation(6), 2.0).size(), QSizeF(10, 20)) << "sideways, in points";
     EXPECT_TRUE(Image::fromData("not an image").isNull());
-    EXPECT_TRUE(Image::fromData(QByteArray()).isNull());
     EXPECT_TRUE(Image::imageWithContentsOfFile("/no/such/file.png").isNull());
 }
 
-TEST(ImageFiles, ScaleComesFromTheFileName)
+TEST(ImageFiles, ScaleComesFromTheFileNameAndVectorsRenderAtNaturalSizeTimesScale)
 {
-    QTemporaryDir dir;
-    const QByteArray png = encoded(QSize(40, 20), Qt::blue, "PNG");
-    for (const char *name : {"icon.png", "icon@2x.png", "icon@3x.png"}) {
-        QFile file(dir.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(png);
-    }
-    EXPECT_EQ(Image::imageWithContentsOfFile(dir.filePath("icon.png")).scale(), 1.0);
-    const Image twice = Image::imageWithContentsOfFile(dir.filePath("icon@2x.png"));
-    EXPECT_EQ(twice.scale(), 2.0);
-    EXPECT_EQ(twice.size(), QSizeF(20, 10));
-    EXPECT_EQ(Image::imageWithContentsOfFile(dir.filePath("icon@3x.png")).scale(), 3.0);
-}
-
-TEST(ImageFiles, VectorImagesRenderAtTheirNaturalSizeTimesTheScale)
-{
-    QTemporaryDir dir;
+    TemporaryMainBundle dir;
     const QByteArray svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"30\" height=\"10\">"
                            "<rect width=\"30\" height=\"10\" fill=\"#00ff00\"/></svg>";
-    for (const char *name : {"logo.svg", "logo@3x.svg"}) {
-        QFile file(dir.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(svg);
+    const QList<std::tuple<QString, QByteArray, qreal, QSize>> cases = {
+        {"icon.png", encoded(Qt::blue, "PNG", QSize(40, 20)), 1.0, QSize(40, 20)},
+        {"icon@2x.png", encoded(Qt::blue, "PNG", QSize(40, 20)), 2.0, QSize(20, 10)},
+        {"icon@3x.png", encoded(Qt::blue, "PNG", QSize(42, 21)), 3.0, QSize(14, 7)},
+        {"logo.svg", svg, 1.0, QSize(30, 10)},
+        {"logo@3x.svg", svg, 3.0, QSize(30, 10)}};
+    for (const auto &[name, bytes, scale, points] : cases) {
+        const Image image = Image::imageWithContentsOfFile(dir.writeFile(name, bytes));
+        EXPECT_EQ(image.scale(), scale) << name.toStdString();
+        EXPECT_EQ(image.size(), QSizeF(points)) << name.toStdString();
     }
-    const Image plain = Image::imageWithContentsOfFile(dir.filePath("logo.svg"));
-    EXPECT_EQ(plain.bitmap().size(), QSize(30, 10));
-    const Image sharp = Image::imageWithContentsOfFile(dir.filePath("logo@3x.svg"));
+    const Image sharp = Image::imageWithContentsOfFile(dir.path() + "/logo@3x.svg");
     EXPECT_EQ(sharp.bitmap().size(), QSize(90, 30));
-    EXPECT_EQ(sharp.size(), QSizeF(30, 10));
     EXPECT_EQ(colourAt(sharp), QColor(0, 255, 0));
 }
 
-TEST(ImageFiles, NamesWithoutExtensionTryPngThenScaledThenJpegThenSvg)
+TEST(ImageFiles, NamesWithoutExtensionTryPngThenScaledThenJpeg)
 {
     TemporaryMainBundle bundle;
-    bundle.writeFile("badge@2x.png", encoded(QSize(8, 8), Qt::red, "PNG"));
+    bundle.writeFile("badge@2x.png", encoded(Qt::red));
     const Bundle main = Bundle::mainBundle();
     EXPECT_EQ(Image::imageNamed("badge", main).scale(), 2.0);
 
-    bundle.writeFile("badge.png", encoded(QSize(4, 4), Qt::blue, "PNG"));
+    bundle.writeFile("badge.png", encoded(Qt::blue));
     EXPECT_EQ(colourAt(Image::imageNamed("badge", main)), QColor(Qt::blue));
     EXPECT_EQ(colourAt(Image::imageNamed("badge@2x.png", main)), QColor(Qt::red));
 
-    bundle.writeFile("photo.jpg", encoded(QSize(4, 4), Qt::white, "JPG"));
+    bundle.writeFile("photo.jpg", encoded(Qt::white, "JPG"));
     EXPECT_FALSE(Image::imageNamed("photo").isNull());
     EXPECT_TRUE(Image::imageNamed("missing").isNull());
     EXPECT_TRUE(Image::imageNamed("badge", Bundle()).isNull());
 }
 
-// --- media bundle -------------------------------------------------------------------------------
-
-class MediaBundleImages : public ::testing::Test
+TEST(MediaBundleImages, TheMediaFolderAndTheGivenBundleReadFirstOnlyOnSystemsNewerThanEight)
 {
-protected:
-    void SetUp() override
-    {
-        host.writeFile("ZQTMedia.bundle/badge.png", encoded(QSize(4, 4), Qt::blue, "PNG"));
-        host.writeFile("ZQTMedia.bundle/extra.png", encoded(QSize(4, 4), Qt::yellow, "PNG"));
-        host.writeFile("plain.png", encoded(QSize(4, 4), Qt::green, "PNG"));
-        writeTo(given, "badge.png", Qt::red);
-        writeTo(given, "onlyInGiven.png", Qt::magenta);
-    }
-    void TearDown() override { DeviceProfile::resetToScreen(); }
+    QTemporaryDir given;
+    writeTestFile(given.filePath("badge.png"), encoded(Qt::red));
+    writeTestFile(given.filePath("onlyInGiven.png"), encoded(Qt::magenta));
+    TemporaryMainBundle host;
+    host.writeFile("ZQTMedia.bundle", "a file, not a folder");
+    EXPECT_TRUE(MYBundle::MYBundle().isNull());
+    QFile::remove(host.path() + "/ZQTMedia.bundle");
+    host.writeFile("ZQTMedia.bundle/badge.png", encoded(Qt::blue));
+    EXPECT_EQ(MYBundle::MYBundle().bundlePath(), host.path() + "/ZQTMedia.bundle");
+    host.writeFile("ZQTMedia.bundle/extra.png", encoded(Qt::yellow));
+    host.writeFile("plain.png", encoded(Qt::green));
 
-    static void writeTo(const QTemporaryDir &dir, const QString &name, const QColor &colour)
-    {
-        QFile file(dir.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(encoded(QSize(4, 4), colour, "PNG"));
-    }
-    static void setSystemVersion(const QString &version)
-    {
+    const QList<std::tuple<QString, QString, QColor>> cases = {
+        {"16.4", "badge", Qt::red},        {"16.4", "onlyInGiven", Qt::magenta}, {"8.1", "badge", Qt::red},
+        {"8.0.1", "badge", Qt::blue},      {"8.0", "badge", Qt::blue},          {"7.1", "badge", Qt::blue},
+        {"8.0", "onlyInGiven", QColor()},  // older systems ignore the given bundle
+        {"16.4", "extra.png", Qt::yellow}, // then the media bundle's file by its full name
+        {"16.4", "extra", QColor()},       // (that way takes the name as a file name)
+        {"16.4", "plain", Qt::green},      // then the main bundle by bare name
+        {"16.4", "nowhere", QColor()}};
+    for (const auto &[version, name, colour] : cases) {
         DeviceProfile profile = DeviceProfile::current();
         profile.systemVersion = version;
         DeviceProfile::setCurrent(profile);
+        EXPECT_EQ(colourAt(MYBundle::imageWithBundle(Bundle::bundleWithPath(given.path()), name)), colour)
+            << version.toStdString() << " " << name.toStdString();
     }
-    QColor lookUp(const QString &name) const
-    {
-        return colourAt(MYBundle::imageWithBundle(Bundle::bundleWithPath(given.path()), name));
-    }
-
-    TemporaryMainBundle host;
-    QTemporaryDir given;
-};
-
-TEST_F(MediaBundleImages, TheMediaBundleIsAFolderOfTheMainBundle)
-{
-    EXPECT_EQ(MYBundle::MYBundle().bundlePath(), host.path() + "/ZQTMedia.bundle");
-    TemporaryMainBundle empty;
-    EXPECT_TRUE(MYBundle::MYBundle().isNull());
-    empty.writeFile("ZQTMedia.bundle", "a file, not a folder");
-    EXPECT_TRUE(MYBundle::MYBundle().isNull());
-}
-
-TEST_F(MediaBundleImages, NewerSystemsLookInTheGivenBundleFirst)
-{
-    setSystemVersion("16.4");
-    EXPECT_EQ(lookUp("badge"), QColor(Qt::red));
-    EXPECT_EQ(lookUp("onlyInGiven"), QColor(Qt::magenta));
-    setSystemVersion("8.0.1"); // reads as 8.0: not newer than 8.0
-    EXPECT_EQ(lookUp("badge"), QColor(Qt::blue));
-    setSystemVersion("8.1");
-    EXPECT_EQ(lookUp("badge"), QColor(Qt::red));
-}
-
-TEST_F(MediaBundleImages, SystemsUpToEightReadTheMediaBundleAndIgnoreTheGivenOne)
-{
-    for (const QString version : {"8.0", "7.1"}) {
-        setSystemVersion(version);
-        EXPECT_EQ(lookUp("badge"), QColor(Qt::blue)) << version.toStdString();
-        EXPECT_FALSE(lookUp("onlyInGiven").isValid()) << version.toStdString();
-    }
-}
-
-TEST_F(MediaBundleImages, FallsBackToTheMediaFolderFileThenTheMainBundle)
-{
-    setSystemVersion("16.4");
-    EXPECT_EQ(lookUp("extra.png"), QColor(Qt::yellow)); // the media bundle's file by its full name
-    EXPECT_FALSE(lookUp("extra").isValid());              // that way takes the name as a file name
-    EXPECT_EQ(lookUp("plain"), QColor(Qt::green));        // the main bundle by bare name
-    EXPECT_FALSE(lookUp("nowhere").isValid());
+    DeviceProfile::resetToScreen();
 }

@@ -1,20 +1,17 @@
 // Platform stand-ins without pictures: the notification centre, the main and global queues,
-// the device profile, bundles and fonts by exact name.
+// the system version of the device profile, bundles and fonts by exact name.
 #include "platform/Bundle.h"
 #include "platform/DeviceProfile.h"
 #include "platform/Dispatch.h"
 #include "platform/Font.h"
 #include "platform/NotificationCenter.h"
+#include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFontInfo>
-#include <QGuiApplication>
-#include <QScreen>
-#include <QSysInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -27,40 +24,27 @@ using namespace ZQTPlatform;
 
 // --- notification centre ----------------------------------------------------------------------
 
-TEST(NotificationCenterPosting, MatchingObserversAreCalledInOrderWithThePayload)
+TEST(NotificationCenterPosting, MatchingObserversAreCalledInOrderWithThePayloadUntilRemoved)
 {
     NotificationCenter center;
     QStringList calls;
     int first = 0, second = 0, everything = 0, other = 0;
-    center.addObserver(&first, "SAVE_IMAGE_COMPLETED", [&](const Notification &n) {
-        calls << "first";
-        EXPECT_EQ(n.name, "SAVE_IMAGE_COMPLETED");
-        EXPECT_EQ(n.object.toString(), "claim-1");
-        EXPECT_EQ(n.userInfo.value("title").toString(), "VIN");
+    center.addObserver(&first, "SAVE", [&](const Notification &n) {
+        calls << "first:" + n.name + ":" + n.object.toString() + ":" + n.userInfo.value("title").toString();
     });
     center.addObserver(&everything, QString(), [&](const Notification &) { calls << "everything"; });
-    center.addObserver(&second, "SAVE_IMAGE_COMPLETED", [&](const Notification &) { calls << "second"; });
-    center.addObserver(&other, "ANALYTICS_INFO", [&](const Notification &) { calls << "other"; });
+    center.addObserver(&second, "SAVE", [&](const Notification &) { calls << "second"; });
+    center.addObserver(&second, "OTHER", [&](const Notification &) { calls << "second:other"; });
+    center.addObserver(&other, "OTHER", [&](const Notification &) { calls << "other"; });
+    center.postNotificationName("SAVE", "claim-1", {{"title", "VIN"}});
+    EXPECT_EQ(calls, (QStringList{"first:SAVE:claim-1:VIN", "everything", "second"}));
 
-    center.postNotificationName("SAVE_IMAGE_COMPLETED", "claim-1", {{"title", "VIN"}});
-    EXPECT_EQ(calls, (QStringList{"first", "everything", "second"}));
-}
-
-TEST(NotificationCenterPosting, RemovalByNameOrEntirely)
-{
-    NotificationCenter center;
-    int observer = 0;
-    int a = 0, b = 0;
-    center.addObserver(&observer, "A", [&](const Notification &) { ++a; });
-    center.addObserver(&observer, "B", [&](const Notification &) { ++b; });
-    center.removeObserver(&observer, "A");
-    center.postNotificationName("A");
-    center.postNotificationName("B");
-    EXPECT_EQ(a, 0);
-    EXPECT_EQ(b, 1);
-    center.removeObserver(&observer);
-    center.postNotificationName("B");
-    EXPECT_EQ(b, 1);
+    calls.clear();
+    center.removeObserver(&second, "SAVE");
+    center.removeObserver(&everything);
+    center.postNotificationName("SAVE");
+    center.postNotificationName("OTHER");
+    EXPECT_EQ(calls, (QStringList{"first:SAVE::", "second:other", "other"}));
 }
 
 TEST(NotificationCenterPosting, HandlersMayAddAndRemoveObserversWhilePosting)
@@ -74,10 +58,9 @@ TEST(NotificationCenterPosting, HandlersMayAddAndRemoveObserversWhilePosting)
         center.addObserver(&added, "N", [&](const Notification &) { ++addedCalls; });
         center.removeObserver(&adder);
     });
-
     center.postNotificationName("N");
-    EXPECT_EQ(removedCalls, 0); // removed before its turn came
-    EXPECT_EQ(addedCalls, 0);   // added during the post: waits for the next one
+    EXPECT_EQ(removedCalls, 0) << "removed before its turn came";
+    EXPECT_EQ(addedCalls, 0) << "added during the post: waits for the next one";
     center.postNotificationName("N");
     EXPECT_EQ(addedCalls, 1);
 }
@@ -85,44 +68,47 @@ TEST(NotificationCenterPosting, HandlersMayAddAndRemoveObserversWhilePosting)
 TEST(NotificationCenterPosting, ManyThreadsObserveAndPostAtOnce)
 {
     NotificationCenter center;
-    constexpr int kThreads = 6;
-    constexpr int kPosts = 500;
-    std::atomic<int> wildcardCalls{0};
+    constexpr int kThreads = 6, kPosts = 500;
+    std::atomic<int> wildcardCalls{0}, ownCalls{0};
     int wildcard = 0;
     center.addObserver(&wildcard, QString(), [&](const Notification &) { ++wildcardCalls; });
-
-    std::vector<int> ownCalls(kThreads, 0);
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&, t] {
             const QString name = QStringLiteral("T%1").arg(t);
-            center.addObserver(&ownCalls[size_t(t)], name, [&, t](const Notification &) { ++ownCalls[size_t(t)]; });
+            int own = 0;
+            center.addObserver(&own, name, [&](const Notification &) { ++ownCalls; });
             for (int i = 0; i < kPosts; ++i) {
                 center.postNotificationName(name);
                 int transient = 0; // registered and removed while the others post
                 center.addObserver(&transient, name, [](const Notification &) {});
                 center.removeObserver(&transient);
             }
-            center.removeObserver(&ownCalls[size_t(t)]);
+            center.removeObserver(&own);
         });
     }
     for (std::thread &thread : threads)
         thread.join();
-    for (int t = 0; t < kThreads; ++t)
-        EXPECT_EQ(ownCalls[size_t(t)], kPosts);
+    EXPECT_EQ(ownCalls.load(), kThreads * kPosts) << "each observer sees its own posts only";
     EXPECT_EQ(wildcardCalls.load(), kThreads * kPosts);
 }
 
 // --- main and global queues ---------------------------------------------------------------------
 
-TEST(DispatchQueues, MainAsyncRunsOnALaterTurnInOrder)
+TEST(DispatchQueues, MainAsyncAndMainAfterRunOnALaterTurnInOrder)
 {
+    QElapsedTimer clock;
+    clock.start();
     QStringList runs;
+    qint64 lateAt = -1;
+    Dispatch::mainAfter(0.15, [&] { runs << "late"; lateAt = clock.elapsed(); });
+    Dispatch::mainAfter(0.03, [&] { runs << "early"; });
     Dispatch::mainAsync([&] { runs << "one"; });
     Dispatch::mainAsync([&] { runs << "two"; });
     EXPECT_TRUE(runs.isEmpty());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return runs.size() == 2; }, 2000));
-    EXPECT_EQ(runs, (QStringList{"one", "two"}));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return runs.size() == 4; }, 3000));
+    EXPECT_EQ(runs, (QStringList{"one", "two", "early", "late"}));
+    EXPECT_GE(lateAt, 140);
 }
 
 TEST(DispatchQueues, OnMainRunsAtOnceOnTheGuiThreadAndIsQueuedFromAWorker)
@@ -131,8 +117,7 @@ TEST(DispatchQueues, OnMainRunsAtOnceOnTheGuiThreadAndIsQueuedFromAWorker)
     Dispatch::onMain([&] { ranAtOnce = true; });
     EXPECT_TRUE(ranAtOnce);
 
-    std::atomic<bool> ran{false};
-    std::atomic<bool> ranBeforeWorkerReturned{false};
+    std::atomic<bool> ran{false}, ranBeforeWorkerReturned{false};
     QThread *ranOn = nullptr;
     std::thread worker([&] {
         EXPECT_FALSE(Dispatch::isMainThread());
@@ -147,28 +132,11 @@ TEST(DispatchQueues, OnMainRunsAtOnceOnTheGuiThreadAndIsQueuedFromAWorker)
     EXPECT_FALSE(ranBeforeWorkerReturned);
     EXPECT_TRUE(QTest::qWaitFor([&] { return ran.load(); }, 2000));
     EXPECT_EQ(ranOn, QCoreApplication::instance()->thread());
-    EXPECT_TRUE(Dispatch::isMainThread());
-}
-
-TEST(DispatchQueues, MainAfterWaitsForTheDelayAndKeepsDeadlineOrder)
-{
-    QElapsedTimer clock;
-    clock.start();
-    QStringList runs;
-    qint64 lateAt = -1;
-    Dispatch::mainAfter(0.15, [&] { runs << "late"; lateAt = clock.elapsed(); });
-    Dispatch::mainAfter(0.03, [&] { runs << "early"; });
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(runs.isEmpty());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return runs.size() == 2; }, 3000));
-    EXPECT_EQ(runs, (QStringList{"early", "late"}));
-    EXPECT_GE(lateAt, 140);
 }
 
 TEST(DispatchQueues, GlobalWorkRunsOffTheGuiThreadAndCanScheduleDelayedMainWork)
 {
-    std::atomic<bool> offMain{false};
-    std::atomic<bool> delayedRanOnMain{false};
+    std::atomic<bool> offMain{false}, delayedRanOnMain{false};
     Dispatch::globalAsync([&] {
         offMain = !Dispatch::isMainThread();
         Dispatch::mainAfter(0.01, [&] { delayedRanOnMain = Dispatch::isMainThread(); });
@@ -179,13 +147,7 @@ TEST(DispatchQueues, GlobalWorkRunsOffTheGuiThreadAndCanScheduleDelayedMainWork)
 
 // --- device profile -------------------------------------------------------------------------------
 
-class DeviceProfileTest : public ::testing::Test
-{
-protected:
-    void TearDown() override { DeviceProfile::resetToScreen(); }
-};
-
-TEST_F(DeviceProfileTest, SystemVersionReadsAsAFloat)
+TEST(DeviceProfileTest, SystemVersionReadsAsAFloat)
 {
     DeviceProfile profile;
     const QList<std::pair<QString, float>> cases = {
@@ -196,115 +158,35 @@ TEST_F(DeviceProfileTest, SystemVersionReadsAsAFloat)
     }
 }
 
-TEST_F(DeviceProfileTest, TheDefaultIsThePrimaryScreenAndTheSystemVersion)
-{
-    const DeviceProfile profile = DeviceProfile::current();
-    EXPECT_EQ(profile.mainScreenBounds, QSizeF(QGuiApplication::primaryScreen()->size()));
-    EXPECT_EQ(profile.systemVersion, QSysInfo::productVersion());
-    EXPECT_EQ(profile.interfaceIdiom, DeviceProfile::Idiom::Unspecified);
-    EXPECT_EQ(profile.deviceOrientation, 1);
-}
-
-TEST_F(DeviceProfileTest, AChosenProfileAndTheDeviceStateLastUntilReset)
-{
-    DeviceProfile phone;
-    phone.name = "iPhone X";
-    phone.mainScreenBounds = QSizeF(375, 812);
-    phone.interfaceIdiom = DeviceProfile::Idiom::Phone;
-    phone.statusBarHeight = 44;
-    phone.systemVersion = "16.4";
-    DeviceProfile::setCurrent(phone);
-    DeviceProfile::setDeviceOrientation(3);
-    DeviceProfile::setStatusBarHidden(true);
-
-    const DeviceProfile now = DeviceProfile::current();
-    EXPECT_EQ(now.name, "iPhone X");
-    EXPECT_EQ(now.mainScreenBounds, QSizeF(375, 812));
-    EXPECT_EQ(now.interfaceIdiom, DeviceProfile::Idiom::Phone);
-    EXPECT_EQ(now.statusBarHeight, 44);
-    EXPECT_EQ(now.deviceOrientation, 3);
-    EXPECT_TRUE(now.statusBarHidden);
-
-    DeviceProfile::resetToScreen();
-    EXPECT_EQ(DeviceProfile::current().deviceOrientation, 1);
-    EXPECT_FALSE(DeviceProfile::current().statusBarHidden);
-    EXPECT_EQ(DeviceProfile::current().systemVersion, QSysInfo::productVersion());
-}
-
 // --- bundles ----------------------------------------------------------------------------------------
 
-TEST(Bundles, TheFrameworkBundleHoldsItsConfiguration)
+// The framework bundle and folder lookups are exercised by the configuration and image tests.
+TEST(Bundles, ResourceNamesMayCarryTheirExtensionAndAreNotSearchedForInSubFolders)
 {
-    const Bundle framework = Bundle::frameworkBundle();
-    EXPECT_FALSE(framework.isNull());
-    EXPECT_FALSE(framework.pathForResource("ZQTConfig", "plist").isEmpty());
-    EXPECT_TRUE(framework.pathForResource("NoSuchFile", "plist").isEmpty());
-    EXPECT_NE(framework, Bundle::mainBundle());
-}
-
-TEST(Bundles, PathsForFilesAndFoldersThatExistOnly)
-{
+    EXPECT_EQ(Bundle::mainBundle().bundlePath(), QCoreApplication::applicationDirPath()) << "the default main bundle";
     QTemporaryDir dir;
-    QDir(dir.path()).mkpath("ZQTMedia.bundle/icons");
-    QFile file(dir.filePath("ZQTMedia.bundle/icons/flash.png"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.close();
-
+    const QString flash = writeTestFile(dir.filePath("ZQTMedia.bundle/icons/flash.png"), QByteArray());
     const Bundle bundle = Bundle::bundleWithPath(dir.path());
-    ASSERT_FALSE(bundle.isNull());
-    EXPECT_EQ(bundle.pathForResource("ZQTMedia", "bundle"), dir.filePath("ZQTMedia.bundle"));
-    EXPECT_EQ(bundle.pathForResource("ZQTMedia.bundle/icons/flash", "png"), file.fileName());
-    EXPECT_EQ(bundle.pathForResource("ZQTMedia.bundle/icons/flash.png", QString()), file.fileName());
+    EXPECT_EQ(bundle.pathForResource("ZQTMedia.bundle/icons/flash", "png"), flash);
+    EXPECT_EQ(bundle.pathForResource("ZQTMedia.bundle/icons/flash.png", QString()), flash);
     EXPECT_TRUE(bundle.pathForResource("flash", "png").isEmpty());
     EXPECT_TRUE(bundle.pathForResource(QString(), QString()).isEmpty());
-
-    EXPECT_TRUE(Bundle::bundleWithPath(dir.filePath("missing")).isNull());
-    EXPECT_TRUE(Bundle::bundleWithPath(file.fileName()).isNull());
+    EXPECT_TRUE(Bundle::bundleWithPath(flash).isNull()) << "a file is no bundle";
     EXPECT_TRUE(Bundle().pathForResource("ZQTMedia", "bundle").isEmpty());
-}
-
-TEST(Bundles, TheMainBundleIsChosenByTheHostAndDefaultsBesideTheExecutable)
-{
-    EXPECT_EQ(Bundle::mainBundle().bundlePath(), QCoreApplication::applicationDirPath());
-    QTemporaryDir dir;
-    Bundle::setMainBundlePath(dir.path());
-    EXPECT_EQ(Bundle::mainBundle().bundlePath(), dir.path());
-    Bundle::setMainBundlePath(QString());
-    EXPECT_EQ(Bundle::mainBundle().bundlePath(), QCoreApplication::applicationDirPath());
 }
 
 // --- fonts by exact name ----------------------------------------------------------------------------
 
-TEST(FontsByName, PostScriptAndFullNamesFindTheInstalledFace)
+// Fonts by PostScript name are exercised by the configuration and label tests.
+TEST(FontsByName, FullNamesFindTheFaceAtWholePixelSizesAndNearMissesFindNothing)
 {
-    const std::optional<QFont> bold = Font::fontWithName("DejaVuSans-Bold", 18.0);
-    ASSERT_TRUE(bold);
-    EXPECT_EQ(bold->pixelSize(), 18);
-    const QFontInfo boldInfo(*bold);
-    EXPECT_EQ(boldInfo.family(), "DejaVu Sans");
-    EXPECT_TRUE(boldInfo.bold());
-
-    const std::optional<QFont> regular = Font::fontWithName("LiberationSans", 10.0);
-    ASSERT_TRUE(regular);
-    EXPECT_EQ(QFontInfo(*regular).family(), "Liberation Sans");
-    EXPECT_FALSE(QFontInfo(*regular).bold());
-
-    const std::optional<QFont> byFullName = Font::fontWithName("Liberation Sans Bold", 10.0);
+    const std::optional<QFont> byFullName = Font::fontWithName("Liberation Sans Bold", 17.6);
     ASSERT_TRUE(byFullName);
+    EXPECT_EQ(QFontInfo(*byFullName).family(), "Liberation Sans");
     EXPECT_TRUE(QFontInfo(*byFullName).bold());
-}
-
-TEST(FontsByName, UnknownAndNearMissNamesFindNothing)
-{
-    EXPECT_FALSE(Font::fontWithName("Helvetica-Bold-NoSuch", 10.0));
-    EXPECT_FALSE(Font::fontWithName("DejaVuSans-Bol", 10.0));
-    EXPECT_FALSE(Font::fontWithName("(null)", 10.0));
-    EXPECT_FALSE(Font::fontWithName(QString(), 10.0));
-}
-
-TEST(FontsByName, SizesArePixelSizesRoundedToWholePixels)
-{
-    EXPECT_EQ(Font::fontWithName("DejaVuSans", 17.6)->pixelSize(), 18);
+    EXPECT_EQ(byFullName->pixelSize(), 18);
     EXPECT_EQ(Font::fontWithName("DejaVuSans", 0.2)->pixelSize(), 1);
     EXPECT_EQ(Font::systemFontOfSize(13.0).pixelSize(), 13);
+    for (const char *name : {"Helvetica-Bold-NoSuch", "DejaVuSans-Bol", "(null)", ""})
+        EXPECT_FALSE(Font::fontWithName(name, 10.0)) << name;
 }

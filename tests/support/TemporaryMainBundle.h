@@ -1,29 +1,49 @@
-// A throwaway host resource folder chosen as the main bundle for the lifetime of the object;
-// the default main bundle is restored afterwards.
+// Throwaway files for tests, and a throwaway host resource folder chosen as the main bundle for
+// the lifetime of the object (the default main bundle is restored afterwards).
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include "platform/Bundle.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+
+// The XML text of a property list whose top-level dictionary holds the given entries.
+inline QByteArray plistWithEntries(const QByteArray &entries)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+           "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+           "<plist version=\"1.0\"><dict>" + entries + "</dict></plist>\n";
+}
+
+// Writes a file, making its folders; returns its path.
+inline QString writeTestFile(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
 
 class TemporaryMainBundle
 {
 public:
-    TemporaryMainBundle();
-    ~TemporaryMainBundle();
-    TemporaryMainBundle(const TemporaryMainBundle &) = delete;
-    TemporaryMainBundle &operator=(const TemporaryMainBundle &) = delete;
+    TemporaryMainBundle() { ZQTPlatform::Bundle::setMainBundlePath(m_dir.path()); }
+    ~TemporaryMainBundle() { ZQTPlatform::Bundle::setMainBundlePath(QString()); }
 
     QString path() const { return m_dir.path(); }
-    QString settingsPath() const;
+    QString settingsPath() const { return m_dir.filePath(QStringLiteral("Default_Settings.plist")); }
     // Writes Default_Settings.plist whose top-level dictionary holds the given XML entries.
-    void writeSettings(const QByteArray &entries) const;
+    void writeSettings(const QByteArray &entries) const { writeFile("Default_Settings.plist", plistWithEntries(entries)); }
     // Writes a file below the folder (sub-folders are created); returns its path.
-    QString writeFile(const QString &relativePath, const QByteArray &bytes) const;
+    QString writeFile(const QString &relativePath, const QByteArray &bytes) const
+    {
+        return writeTestFile(m_dir.filePath(relativePath), bytes);
+    }
 
 private:
     QTemporaryDir m_dir;
 };
-
-// The XML text of a property list whose top-level dictionary holds the given entries.
-QByteArray plistWithEntries(const QByteArray &entries);
