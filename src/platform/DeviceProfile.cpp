@@ -30,8 +30,10 @@ DeviceProfile screenProfile()
     DeviceProfile profile;
     profile.name = QSysInfo::prettyProductName();
     if (qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
-        if (const QScreen *screen = QGuiApplication::primaryScreen())
+        if (const QScreen *screen = QGuiApplication::primaryScreen()) {
             profile.mainScreenBounds = screen->size();
+            profile.screenScale = screen->devicePixelRatio();
+        }
     }
     profile.systemVersion = QSysInfo::productVersion();
     return profile;

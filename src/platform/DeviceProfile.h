@@ -1,4 +1,4 @@
-// What the component asks of the device it runs on: main screen bounds, interface idiom,
+// What the component asks of the device it runs on: main screen bounds and scale, interface idiom,
 // status bar, the device orientation value, the system version and the hardware model. A host
 // or a test chooses a profile; by default the values are read from the real primary screen.
 #pragma once
@@ -17,6 +17,7 @@ struct ZQT_EXPORT DeviceProfile
 
     QString name;                 // for display, e.g. "iPhone X"
     QSizeF mainScreenBounds;      // points
+    qreal screenScale = 1.0;      // pixels per point of the main screen
     Idiom interfaceIdiom = Idiom::Unspecified;
     qreal statusBarHeight = 0.0;  // points
     bool statusBarHidden = false;

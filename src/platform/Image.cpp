@@ -103,15 +103,38 @@ QSizeF Image::size() const
     if (isNull())
         return QSizeF(0, 0);
     const QSizeF pixels = QSizeF(m_bitmap.size()) / m_scale;
-    switch (m_orientation) {
+    return swapsWidthAndHeight(m_orientation) ? pixels.transposed() : pixels;
+}
+
+bool Image::swapsWidthAndHeight(Orientation orientation)
+{
+    switch (orientation) {
     case Orientation::Left:
     case Orientation::Right:
     case Orientation::LeftMirrored:
     case Orientation::RightMirrored:
-        return pixels.transposed();
+        return true;
     default:
-        return pixels;
+        return false;
     }
+}
+
+QTransform Image::uprightTransform() const
+{
+    const qreal w = m_bitmap.width();
+    const qreal h = m_bitmap.height();
+    // QTransform(m11, m12, m21, m22, dx, dy): x' = m11 x + m21 y + dx, y' = m12 x + m22 y + dy.
+    switch (m_orientation) {
+    case Orientation::Up:            return QTransform();
+    case Orientation::Down:          return QTransform(-1, 0, 0, -1, w, h); // half turn
+    case Orientation::Left:          return QTransform(0, -1, 1, 0, 0, w);  // quarter turn anticlockwise
+    case Orientation::Right:         return QTransform(0, 1, -1, 0, h, 0);  // quarter turn clockwise
+    case Orientation::UpMirrored:    return QTransform(-1, 0, 0, 1, w, 0);  // left-right mirror
+    case Orientation::DownMirrored:  return QTransform(1, 0, 0, -1, 0, h);  // top-bottom mirror
+    case Orientation::LeftMirrored:  return QTransform(0, 1, 1, 0, 0, 0);   // mirror on the main diagonal
+    case Orientation::RightMirrored: return QTransform(0, -1, -1, 0, h, w); // mirror on the other diagonal
+    }
+    return QTransform();
 }
 
 } // namespace ZQTPlatform

@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QSizeF>
 #include <QString>
+#include <QTransform>
 
 namespace ZQTPlatform {
 
@@ -43,6 +44,12 @@ public:
     qreal scale() const { return m_scale; }
     Orientation imageOrientation() const { return m_orientation; }
     QSizeF size() const;
+
+    // True for the orientations shown turned by a quarter (left, right and their mirrors): the
+    // width shown is the bitmap's height.
+    static bool swapsWidthAndHeight(Orientation orientation);
+    // Maps bitmap pixel coordinates to those of the picture as shown (upright, same pixels).
+    QTransform uprightTransform() const;
 
 private:
     QImage m_bitmap;
