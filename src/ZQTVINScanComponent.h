@@ -1,9 +1,10 @@
 // Everything a host application needs: the capture screen and its delegate, the adjuster record,
-// the VIN check and the configuration lookup.
+// the VIN check, the configuration lookup and the per-claim settings.
 #pragma once
 
 #include "Model/ZQTVINScanAdjuster.h"
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "Utils/VINUtility.h"
+#include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
 #include "ViewControllers/VinScannerVCDelegate.h"
 #include "ViewControllers/ZQTVINCaptureVC.h"

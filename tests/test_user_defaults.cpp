@@ -1,0 +1,308 @@
+// Per-claim settings over the standard preferences store: the "ClaimList" layout on disk, the
+// nil rules, persistence across a restart, refused values and damaged store files.
+#include "support/LogCapture.h"
+#include "support/TemporarySettingsStore.h"
+
+#include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
+#include "platform/UserDefaults.h"
+
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QPoint>
+#include <QUrl>
+
+#include <functional>
+
+namespace {
+
+using U = ZQTUserDefaults;
+
+const QString kClaim = QStringLiteral("CLM-1001");
+const QString kOtherClaim = QStringLiteral("CLM-2002");
+const QString kNil; // a nil claim id
+
+class ZQTUserDefaultsTest : public ::testing::Test
+{
+protected:
+    QVariantMap claimListOnDisk() const { return store.onDisk().value("ClaimList").toMap(); }
+    QVariantMap claimOnDisk(const QString &claimID) const { return claimListOnDisk().value(claimID).toMap(); }
+
+    TemporarySettingsStore store;
+};
+
+// A value written through one typed setter and what must be read back, before and after a restart.
+struct TypedCase
+{
+    const char *key;
+    std::function<void(const QString &key)> write;
+    std::function<void(const QString &key)> expectReadBack;
+    QMetaType::Type typeOnDisk;
+};
+
+QList<TypedCase> scopedCases(const QString &claimID)
+{
+    const QDateTime when = QDateTime(QDate(2024, 5, 17), QTime(9, 30, 12, 250), Qt::UTC);
+    const QVariantMap photos{{"VIN", true}, {"Front", false}};
+    const QVariantList list{1, "two", 3.5};
+    return {
+        {"integer", [=](const QString &k) { U::setInteger(-42, k, claimID); },
+         [=](const QString &k) { EXPECT_EQ(U::integerForKey(k, claimID), -42); }, QMetaType::LongLong},
+        {"float", [=](const QString &k) { U::setFloat(0.1f, k, claimID); },
+         [=](const QString &k) { EXPECT_EQ(U::floatForKey(k, claimID), 0.1f); }, QMetaType::Double},
+        {"double", [=](const QString &k) { U::setDouble(1.0 / 3.0, k, claimID); },
+         [=](const QString &k) { EXPECT_EQ(U::doubleForKey(k, claimID), 1.0 / 3.0); }, QMetaType::Double},
+        {"SAVE_IMAGE_COMPLETED", [=](const QString &k) { U::setBool(true, k, claimID); },
+         [=](const QString &k) { EXPECT_TRUE(U::boolForKey(k, claimID)); }, QMetaType::Bool},
+        {"PHOTOS_NAMES_TO_BE_SAVED", [=](const QString &k) { U::setObject(photos, k, claimID); },
+         [=](const QString &k) { EXPECT_EQ(U::objectForKey(k, claimID), QVariant(photos)); }, QMetaType::QVariantMap},
+        {"list", [=](const QString &k) { U::setObject(list, k, claimID); },
+         [=](const QString &k) { EXPECT_EQ(U::getObjectForKey(k, claimID), QVariant(list)); }, QMetaType::QVariantList},
+        {"date", [=](const QString &k) { U::setObjectForKeyWithClaimID(when, k, claimID); },
+         [=](const QString &k) { EXPECT_EQ(U::objectForKey(k, claimID).toDateTime(), when); }, QMetaType::QDateTime},
+        {"data", [=](const QString &k) { U::setObject(QByteArray("\0\1\2", 3), k, claimID); },
+         [=](const QString &k) { EXPECT_EQ(U::objectForKey(k, claimID).toByteArray(), QByteArray("\0\1\2", 3)); },
+         QMetaType::QByteArray},
+        {"text", [=](const QString &k) { U::setObject(QStringLiteral("Grüße"), k, claimID); },
+         [=](const QString &k) { EXPECT_EQ(U::objectForKey(k, claimID).toString(), "Grüße"); }, QMetaType::QString},
+    };
+}
+
+} // namespace
+
+TEST_F(ZQTUserDefaultsTest, ScopedValuesOfEveryKindAreFlushedUnderClaimListAndSurviveARestart)
+{
+    const QList<TypedCase> cases = scopedCases(kClaim);
+    for (const TypedCase &c : cases) {
+        SCOPED_TRACE(c.key);
+        c.write(c.key);
+        // Flushed at once: the file already holds the value, under ClaimList / claim id.
+        EXPECT_EQ(claimOnDisk(kClaim).value(c.key).typeId(), int(c.typeOnDisk));
+        c.expectReadBack(c.key);
+    }
+    EXPECT_EQ(store.onDisk().keys(), QStringList{"ClaimList"});
+    EXPECT_EQ(claimListOnDisk().keys(), QStringList{kClaim});
+    EXPECT_EQ(U::getDictionaryForClaim(kClaim).size(), cases.size());
+
+    store.restart();
+    for (const TypedCase &c : cases) {
+        SCOPED_TRACE(c.key);
+        c.expectReadBack(c.key);
+        EXPECT_FALSE(U::objectForKey(c.key).isValid()) << "scoped values stay out of the top level";
+    }
+}
+
+TEST_F(ZQTUserDefaultsTest, TopLevelValuesOfEveryKindAreFlushedAndSurviveARestart)
+{
+    U::setInteger(7, "integer");
+    U::setFloat(2.5f, "float");
+    U::setDouble(-0.125, "double");
+    U::setBool(true, "bool");
+    U::setObject(QStringList{"a", "b"}, "list");
+    const QVariantMap disk = store.onDisk();
+    EXPECT_EQ(disk.value("integer").typeId(), QMetaType::LongLong);
+    EXPECT_EQ(disk.value("bool").typeId(), QMetaType::Bool);
+    EXPECT_EQ(disk.value("list"), QVariant(QVariantList{"a", "b"}));
+
+    store.restart();
+    EXPECT_EQ(U::integerForKey("integer"), 7);
+    EXPECT_EQ(U::floatForKey("float"), 2.5f);
+    EXPECT_EQ(U::doubleForKey("double"), -0.125);
+    EXPECT_TRUE(U::boolForKey("bool"));
+
+    EXPECT_TRUE(U::removeObjectForkey("integer"));
+    EXPECT_TRUE(U::removeObjectForkey("never-set"));
+    U::setObject(QVariant(), "float"); // nil removes
+    EXPECT_EQ(store.onDisk().keys(), (QStringList{"bool", "double", "list"}));
+    EXPECT_EQ(U::integerForKey("integer"), 0);
+}
+
+TEST_F(ZQTUserDefaultsTest, ReadsNeverCreateClaims)
+{
+    U::setBool(true, "SAVE_IMAGE_COMPLETED", kOtherClaim);
+    EXPECT_EQ(U::integerForKey("SAVE_IMAGE_COMPLETED", kClaim), 0);
+    EXPECT_EQ(U::floatForKey("x", kClaim), 0.0f);
+    EXPECT_EQ(U::doubleForKey("x", kClaim), 0.0);
+    EXPECT_FALSE(U::boolForKey("SAVE_IMAGE_COMPLETED", kClaim));
+    EXPECT_FALSE(U::getObjectForKey("x", kClaim).isValid());
+    EXPECT_TRUE(U::getDictionaryForClaim(kClaim).isEmpty());
+
+    EXPECT_EQ(U::getAllClaimsDictionary().keys(), QStringList{kOtherClaim});
+    EXPECT_EQ(claimListOnDisk().keys(), QStringList{kOtherClaim});
+}
+
+TEST_F(ZQTUserDefaultsTest, ANilValueRemovesTheKeyButKeepsTheClaim)
+{
+    U::setObject("a", "first", kClaim);
+    U::setObject("b", "second", kClaim);
+    U::setObject(QVariant(), "first", kClaim);
+    EXPECT_EQ(claimOnDisk(kClaim).keys(), QStringList{"second"});
+
+    U::setObjectForKeyWithClaimID(QVariant(), "second", kClaim);
+    EXPECT_TRUE(claimListOnDisk().contains(kClaim)) << "the emptied claim stays";
+    EXPECT_TRUE(claimOnDisk(kClaim).isEmpty());
+    EXPECT_TRUE(U::getAllClaimsDictionary().contains(kClaim));
+
+    // A nil value for a claim that does not exist yet creates it, empty.
+    U::setObject(QVariant(), "first", kOtherClaim);
+    EXPECT_TRUE(claimListOnDisk().contains(kOtherClaim));
+}
+
+TEST_F(ZQTUserDefaultsTest, ClaimsKeepSeparateValuesAndClearingOneLeavesTheOthers)
+{
+    U::setBool(true, "SAVE_IMAGE_COMPLETED", kClaim);
+    U::setBool(false, "SAVE_IMAGE_COMPLETED", kOtherClaim);
+    U::setInteger(3, "count", kOtherClaim);
+    U::setObject("top-level value", kClaim); // a top-level key spelled like the claim id
+    EXPECT_TRUE(U::boolForKey("SAVE_IMAGE_COMPLETED", kClaim));
+    EXPECT_FALSE(U::boolForKey("SAVE_IMAGE_COMPLETED", kOtherClaim));
+
+    U::clearUserDefaultsForClaimID(kClaim);
+    EXPECT_EQ(claimListOnDisk().keys(), QStringList{kOtherClaim});
+    EXPECT_EQ(claimOnDisk(kOtherClaim), (QVariantMap{{"SAVE_IMAGE_COMPLETED", false}, {"count", 3}}));
+    EXPECT_EQ(store.onDisk().value(kClaim).toString(), "top-level value");
+    EXPECT_FALSE(U::boolForKey("SAVE_IMAGE_COMPLETED", kClaim));
+
+    // A nil claim id clears nothing, neither a claim nor a top-level key.
+    const QVariantMap before = store.onDisk();
+    U::clearUserDefaultsForClaimID(kNil);
+    U::clearUserDefaultsForClaimID("CLM-unknown");
+    EXPECT_EQ(store.onDisk(), before);
+}
+
+TEST_F(ZQTUserDefaultsTest, RemovingAKeyTheClaimDoesNotHoldWritesNothing)
+{
+    U::setInteger(1, "kept", kClaim);
+    // With the file gone, any write would bring it back.
+    ASSERT_TRUE(QFile::remove(store.path()));
+    U::removeObjectForKey("absent", kClaim);
+    U::removeObjectForKeyWithClaimID("kept", "CLM-unknown");
+    U::clearUserDefaultsForClaimID("CLM-unknown");
+    EXPECT_FALSE(QFileInfo::exists(store.path()));
+    EXPECT_TRUE(U::getAllClaimsDictionary().keys() == QStringList{kClaim}) << "and creates no claim";
+
+    U::removeObjectForKey("kept", kClaim);
+    EXPECT_TRUE(QFileInfo::exists(store.path()));
+    EXPECT_TRUE(claimListOnDisk().contains(kClaim));
+    EXPECT_TRUE(claimOnDisk(kClaim).isEmpty());
+}
+
+TEST_F(ZQTUserDefaultsTest, ANilClaimIdActsOnTheTopLevel)
+{
+    U::setObject("beside ClaimList", "note", kNil);
+    U::setInteger(5, "count", kNil);
+    U::setBool(true, "flag", kClaim);
+    EXPECT_EQ(U::objectForKey("note").toString(), "beside ClaimList");
+    EXPECT_EQ(U::getObjectForKey("note", kNil).toString(), "beside ClaimList");
+    EXPECT_EQ(U::integerForKey("count"), 5);
+    EXPECT_EQ(store.onDisk().keys(), (QStringList{"ClaimList", "count", "note"}));
+    EXPECT_EQ(claimListOnDisk().keys(), QStringList{kClaim});
+
+    U::removeObjectForKey("note", kNil);
+    U::setObject(QVariant(), "count", kNil);
+    EXPECT_EQ(store.onDisk().keys(), QStringList{"ClaimList"});
+
+    // An empty claim id is not nil: it is a claim of its own.
+    U::setInteger(9, "count", QStringLiteral(""));
+    EXPECT_EQ(claimOnDisk("").value("count").toInt(), 9);
+    EXPECT_FALSE(store.onDisk().contains("count"));
+}
+
+TEST_F(ZQTUserDefaultsTest, ValuesThatAreNotPropertyListsAreRefusedAndLogged)
+{
+    U::setObject("old", "key", kClaim);
+    U::setObject("old", "key");
+    const QVariantMap before = store.onDisk();
+    const QList<QPair<const char *, QVariant>> refused{
+        {"a point", QPoint(1, 2)},
+        {"a list holding a URL", QVariantList{1, QUrl("https://example.com")}},
+        {"a dictionary holding a null", QVariantMap{{"a", QVariant::fromValue(nullptr)}}},
+    };
+    for (const auto &[name, value] : refused) {
+        SCOPED_TRACE(name);
+        LogCapture log;
+        U::setObject(value, "key", kClaim);
+        U::setObject(value, "key");
+        U::setObject(value, "key", kNil);
+        EXPECT_EQ(log.lines().size(), 3);
+        for (const QString &line : log.lines())
+            EXPECT_TRUE(line.contains("\"key\"") && line.contains("not a property-list type")) << line.toStdString();
+        EXPECT_EQ(U::objectForKey("key", kClaim).toString(), "old");
+        EXPECT_EQ(U::objectForKey("key").toString(), "old");
+        EXPECT_EQ(store.onDisk(), before);
+    }
+}
+
+TEST_F(ZQTUserDefaultsTest, ADamagedStoreFileIsKeptAsideAndTheStoreStartsEmpty)
+{
+    const QByteArray validXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+                                "<key>ClaimList</key><dict><key>CLM-1</key><dict><key>n</key><integer>1</integer>"
+                                "</dict></dict></dict></plist>\n";
+    const struct
+    {
+        const char *name;
+        QByteArray bytes;
+        bool isFolder; // a folder stands where the file should be
+    } damaged[] = {
+        {"text that is no property list", "user settings, sort of", false},
+        {"a truncated XML list", validXml.left(validXml.size() / 2), false},
+        {"a truncated binary list", QByteArray("bplist00\xd1\x01\x02", 11), false},
+        {"a list whose root is an array", "<plist version=\"1.0\"><array><string>a</string></array></plist>", false},
+        {"an empty file", QByteArray(), false},
+        {"a folder", QByteArray(), true},
+    };
+    for (const auto &c : damaged) {
+        SCOPED_TRACE(c.name);
+        TemporarySettingsStore local;
+        ASSERT_TRUE(QDir().mkpath(local.folder()));
+        if (c.isFolder) {
+            ASSERT_TRUE(QDir().mkpath(local.path()));
+        } else {
+            QFile file(local.path());
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(c.bytes);
+        }
+
+        LogCapture log;
+        EXPECT_TRUE(U::getAllClaimsDictionary().isEmpty());
+        ASSERT_EQ(log.lines().size(), 1);
+        EXPECT_TRUE(log.lines().first().contains(local.path())) << log.lines().first().toStdString();
+
+        const QStringList aside = QDir(local.folder()).entryList({"app.plist.corrupt-*"});
+        ASSERT_EQ(aside.size(), 1);
+        const QString asidePath = QDir(local.folder()).filePath(aside.first());
+        EXPECT_TRUE(log.lines().first().contains(asidePath));
+
+        U::setInteger(2, "n", "CLM-2");
+        EXPECT_EQ(local.onDisk(), (QVariantMap{{"ClaimList", QVariantMap{{"CLM-2", QVariantMap{{"n", 2}}}}}}));
+        if (c.isFolder) {
+            EXPECT_TRUE(QFileInfo(asidePath).isDir());
+        } else {
+            QFile kept(asidePath);
+            ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+            EXPECT_EQ(kept.readAll(), c.bytes) << "the user's data is kept byte for byte";
+        }
+    }
+}
+
+TEST_F(ZQTUserDefaultsTest, AFailedWriteIsLoggedAndTriedAgainAtTheNextFlush)
+{
+    // A regular file stands where the store's folder would be made.
+    QFile blocker(store.folder());
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+
+    LogCapture log;
+    U::setInteger(4, "n", kClaim);
+    EXPECT_EQ(U::integerForKey("n", kClaim), 4) << "the value stays in memory";
+    ASSERT_EQ(log.lines().size(), 1);
+    EXPECT_TRUE(log.lines().first().contains("could not write the settings file"));
+    EXPECT_TRUE(log.lines().first().contains(store.path()));
+
+    ASSERT_TRUE(QFile::remove(store.folder()));
+    EXPECT_TRUE(ZQTPlatform::UserDefaults::standardUserDefaults().synchronize());
+    EXPECT_EQ(claimOnDisk(kClaim).value("n").toInt(), 4);
+}
