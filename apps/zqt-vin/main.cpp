@@ -18,7 +18,11 @@ const char kUsage[] =
     "  config get KEY [--as KIND] [--bundle DIR]\n"
     "                                         print a configuration value; KIND is string (default),\n"
     "                                         color, float, bool, array or dictionary; DIR is the\n"
-    "                                         host's resource folder holding Default_Settings.plist\n";
+    "                                         host's resource folder holding Default_Settings.plist\n"
+    "  settings get|set|remove|clear [--claim ID] [--store FILE] [KEY [VALUE]]\n"
+    "                                         read or change per-claim settings (the top level\n"
+    "                                         without --claim); VALUE is read as JSON, else text;\n"
+    "                                         output is JSON; FILE defaults to the tool's own store\n";
 
 } // namespace
 
@@ -51,6 +55,8 @@ int main(int argc, char **argv)
             return ZqtVin::runCheck(args, io);
         if (command == QLatin1String("config"))
             return ZqtVin::runConfig(args, io);
+        if (command == QLatin1String("settings"))
+            return ZqtVin::runSettings(args, io);
     } catch (const ZQTPlatform::Exception &e) {
         out.flush();
         err << "zqt-vin: " << e.name() << ": " << e.reason() << "\n";
