@@ -4,7 +4,6 @@
 #include "support/TemporarySettingsStore.h"
 
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
-#include "platform/UserDefaults.h"
 
 #include <gtest/gtest.h>
 
@@ -286,23 +285,4 @@ TEST_F(ZQTUserDefaultsTest, ADamagedStoreFileIsKeptAsideAndTheStoreStartsEmpty)
             EXPECT_EQ(kept.readAll(), c.bytes) << "the user's data is kept byte for byte";
         }
     }
-}
-
-TEST_F(ZQTUserDefaultsTest, AFailedWriteIsLoggedAndTriedAgainAtTheNextFlush)
-{
-    // A regular file stands where the store's folder would be made.
-    QFile blocker(store.folder());
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-
-    LogCapture log;
-    U::setInteger(4, "n", kClaim);
-    EXPECT_EQ(U::integerForKey("n", kClaim), 4) << "the value stays in memory";
-    ASSERT_EQ(log.lines().size(), 1);
-    EXPECT_TRUE(log.lines().first().contains("could not write the settings file"));
-    EXPECT_TRUE(log.lines().first().contains(store.path()));
-
-    ASSERT_TRUE(QFile::remove(store.folder()));
-    EXPECT_TRUE(ZQTPlatform::UserDefaults::standardUserDefaults().synchronize());
-    EXPECT_EQ(claimOnDisk(kClaim).value("n").toInt(), 4);
 }
