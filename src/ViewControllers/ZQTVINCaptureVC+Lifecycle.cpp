@@ -23,6 +23,8 @@ namespace {
 constexpr float scaleFactorValue = 2.0f;
 constexpr float angleValue = 180.0f;
 constexpr qreal manualButtonFontSize = 19.0;
+// The VIN slot's help shows by itself this long after the screen appeared.
+constexpr double helpOverlayDelaySeconds = 0.5;
 
 void layOutKeyWindow()
 {
@@ -139,7 +141,12 @@ void ZQTVINCaptureVC::viewDidAppear(bool)
         Application::sharedApplication()->attemptRotationToDeviceOrientation();
         DeviceProfile::setDeviceOrientation(self->forcedDeviceOrientation());
         self->initializeView();
-        // The VIN step's help overlay is scheduled here (0.5 s) once the photo catalogue builds vinScanItem.
+        if (self->d->vinScanItem && self->d->vinScanItem->autoDisplayFirstTime()) {
+            Dispatch::mainAfter(helpOverlayDelaySeconds, [self] {
+                if (self)
+                    self->showOverlay();
+            });
+        }
         layOutKeyWindow();
     });
 }

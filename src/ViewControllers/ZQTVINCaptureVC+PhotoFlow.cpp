@@ -1,11 +1,24 @@
-// The capture screen's camera rig and the VIN photo.
+// The capture screen's camera rig, the VIN photo it saves for the claim, and the read-outs
+// through which the host collects the claim's photos.
 #include "ViewControllers/ZQTVINCaptureVC.h"
 
+#include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
+#include "Utils/ZQTVINScanUtils.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
 #include "platform/Log.h"
 #include "platform/View.h"
 
+#include <QFileInfo>
+#include <QGeoPositionInfo>
+
 using namespace ZQTPlatform;
+
+namespace {
+
+const QString photosToBeSavedKey = QStringLiteral("PHOTOS_NAMES_TO_BE_SAVED");
+const QString saveImageCompletedKey = QStringLiteral("SAVE_IMAGE_COMPLETED");
+
+} // namespace
 
 void ZQTVINCaptureVC::initCameraRig()
 {
@@ -42,20 +55,93 @@ void ZQTVINCaptureVC::initCameraImageView()
     d->scanOverlayView->setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
+void ZQTVINCaptureVC::initCamera()
+{
+    logStep("initCamera");
+    // With the still-camera controller this makes the rear camera at quality 3 over the frame of
+    // cameraImageView, fixes the orientation of its pictures, logs its errors as
+    // "Camera error: %@" and puts its view behind every overlay. Until then there is no camera.
+}
+
 void ZQTVINCaptureVC::deinitCamera()
 {
     logStep("deinitCamera");
-    // Detaches and drops the still camera once initCamera can make one.
+    // No camera is ever made yet (see initCamera), so there is nothing to detach or drop.
 }
 
-void ZQTVINCaptureVC::setVINPhotoCaptureEntity()
+void ZQTVINCaptureVC::onTapCamera(const QPointF &tapLocation)
 {
-    logStep("setVINPhotoCaptureEntity");
-    // Builds the VIN slot (vinScanItem) from configuration with the photo catalogue.
+    // The focus point is the centre of the preview, not the tap.
+    Q_UNUSED(tapLocation);
+    logStep("onTapCamera");
+    // Without a still camera there is no preview to focus (see initCamera).
 }
 
-void ZQTVINCaptureVC::processUsePhotoCompletionHandler(const Image &)
+void ZQTVINCaptureVC::processUsePhotoCompletionHandler(const Image &image)
 {
     logStep("processUsePhotoCompletionHandler");
-    // Saves the picture as the claim's VIN photo with the claim photo store.
+    if (image.isNull())
+        return;
+    QString claimId;
+    QString saveTitle;
+    QVariantMap photosToBeSaved;
+    {
+        const QMutexLocker lock(&d->photoStateLock);
+        claimId = d->claimId;
+        photosToBeSaved = d->photosToBeSaved;
+        if (d->vinScanItem)
+            saveTitle = d->vinScanItem->saveTitle();
+    }
+    ZQTUserDefaults::setObject(photosToBeSaved, photosToBeSavedKey, claimId);
+    // Without a VIN slot or a save title there is no file name: nothing is stored.
+    if (saveTitle.isEmpty())
+        return;
+    const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId(claimId, saveTitle);
+    // A full device raises "NotEnoughFreeSpaceException" from here, after the file is written.
+    ZQTVINScanUtils::savePhotoWithClaimId(claimId, image, saveTitle, path);
+}
+
+void ZQTVINCaptureVC::imageSavedWithCompletion(const std::function<void(bool)> &completion)
+{
+    logStep("imageSavedWithCompletion");
+    const QVariantMap expected = ZQTUserDefaults::getObjectForKey(photosToBeSavedKey, d->claimId).toMap();
+    for (auto it = expected.keyBegin(); it != expected.keyEnd(); ++it) {
+        const QString &title = *it;
+        if (QFileInfo::exists(ZQTVINScanUtils::createPhotoPathWithClaimId(d->claimId, title)))
+            log(QStringLiteral("%1 file found").arg(title));
+    }
+    ZQTUserDefaults::setBool(true, saveImageCompletedKey, d->claimId);
+    if (completion)
+        completion(true);
+}
+
+QList<ZQTVINPhotoCaptureItem> ZQTVINCaptureVC::allPhotoCaptureItems() const
+{
+    const QGeoPositionInfo *position = d->enableLocationServices ? location() : nullptr;
+    return ZQTVINScanUtils::allPhotoCaptureItemsWithClaimId(d->claimId, position, d->photosToBeSaved.keys());
+}
+
+QVariantMap ZQTVINCaptureVC::allPhotoCapturePaths() const
+{
+    QVariantMap paths;
+    for (const ZQTVINPhotoCaptureItem &item : allPhotoCaptureItems())
+        paths.insert(item.photoTitle(), item.imagePath());
+    return paths;
+}
+
+QVariantMap ZQTVINCaptureVC::allPhotoCaptureWithDetails() const
+{
+    QVariantMap details;
+    for (const ZQTVINPhotoCaptureItem &item : allPhotoCaptureItems()) {
+        const QDateTime created = item.imageCreatedDate().isValid() ? item.imageCreatedDate()
+                                                                    : QDateTime::currentDateTime();
+        details.insert(item.photoTitle(), QVariantMap{
+                                              {QStringLiteral("photoTitle"), item.photoTitle()},
+                                              {QStringLiteral("imageCreatedDate"), created},
+                                              {QStringLiteral("imagePath"), item.imagePath()},
+                                              {QStringLiteral("latitude"), item.latitude()},
+                                              {QStringLiteral("longitude"), item.longitude()},
+                                          });
+    }
+    return details;
 }

@@ -110,7 +110,11 @@ void ZQTVINCaptureVC::handleBackBtn()
 VinScannerVCDelegate *ZQTVINCaptureVC::delegate() const { return d->delegate; }
 void ZQTVINCaptureVC::setDelegate(VinScannerVCDelegate *delegate) { d->delegate = delegate; }
 QString ZQTVINCaptureVC::claimId() const { return d->claimId; }
-void ZQTVINCaptureVC::setClaimId(const QString &claimId) { d->claimId = claimId; }
+void ZQTVINCaptureVC::setClaimId(const QString &claimId)
+{
+    const QMutexLocker lock(&d->photoStateLock);
+    d->claimId = claimId;
+}
 std::optional<ZQTVINScanAdjuster> ZQTVINCaptureVC::adjusterInfo() const { return d->adjusterInfo; }
 void ZQTVINCaptureVC::setAdjusterInfo(const std::optional<ZQTVINScanAdjuster> &adjusterInfo) { d->adjusterInfo = adjusterInfo; }
 bool ZQTVINCaptureVC::enableLandscapeMode() const { return d->enableLandscapeMode; }
@@ -129,8 +133,23 @@ bool ZQTVINCaptureVC::showNavigateBar() const { return d->showNavigateBar; }
 void ZQTVINCaptureVC::setShowNavigateBar(bool show) { d->showNavigateBar = show; }
 uint ZQTVINCaptureVC::mode() const { return d->mode; }
 void ZQTVINCaptureVC::setMode(uint mode) { d->mode = mode; }
-QVariantList ZQTVINCaptureVC::thumbnailItems() const { return d->thumbnailItems; }
-void ZQTVINCaptureVC::setThumbnailItems(const QVariantList &items) { d->thumbnailItems = items; }
+QList<std::shared_ptr<ZQTVINPhotoCaptureEntity>> ZQTVINCaptureVC::thumbnailItems() const { return d->thumbnailItems; }
+void ZQTVINCaptureVC::setThumbnailItems(const QList<std::shared_ptr<ZQTVINPhotoCaptureEntity>> &items) { d->thumbnailItems = items; }
+const QGeoPositionInfo *ZQTVINCaptureVC::location() const { return d->location ? &*d->location : nullptr; }
+void ZQTVINCaptureVC::setLocation(const QGeoPositionInfo *location)
+{
+    d->location = location ? std::optional<QGeoPositionInfo>(*location) : std::nullopt;
+}
+QVariantMap ZQTVINCaptureVC::photosToBeSaved() const { return d->photosToBeSaved; }
+void ZQTVINCaptureVC::setPhotosToBeSaved(const QVariantMap &photosToBeSaved)
+{
+    const QMutexLocker lock(&d->photoStateLock);
+    d->photosToBeSaved = photosToBeSaved;
+}
+QVariantMap ZQTVINCaptureVC::photoCaptureItemsDict() const { return d->photoCaptureItemsDict; }
+void ZQTVINCaptureVC::setPhotoCaptureItemsDict(const QVariantMap &dictionary) { d->photoCaptureItemsDict = dictionary; }
+qint64 ZQTVINCaptureVC::currentThumbnailNdx() const { return d->currentThumbnailNdx; }
+void ZQTVINCaptureVC::setCurrentThumbnailNdx(qint64 index) { d->currentThumbnailNdx = index; }
 bool ZQTVINCaptureVC::enableWizardStyle() const { return d->enableWizardStyle; }
 void ZQTVINCaptureVC::setEnableWizardStyle(bool enable) { d->enableWizardStyle = enable; }
 bool ZQTVINCaptureVC::enableImageExposureAdjusted() const { return d->enableImageExposureAdjusted; }

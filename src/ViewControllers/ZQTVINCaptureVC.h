@@ -4,6 +4,8 @@
 #pragma once
 
 #include "ZQTGlobal.h"
+#include "Model/ZQTVINPhotoCaptureEntity.h"
+#include "Model/ZQTVINPhotoCaptureItem.h"
 #include "Model/ZQTVINScanAdjuster.h"
 #include "Utils/VINUtility.h"
 #include "platform/Bundle.h"
@@ -12,14 +14,17 @@
 #include "platform/ViewController.h"
 
 #include <QDateTime>
+#include <QList>
+#include <QPointF>
 #include <QString>
 #include <QVariant>
+#include <functional>
 #include <memory>
 #include <optional>
 
+class QGeoPositionInfo;
 class StillCamera;
 class VinScannerVCDelegate;
-class ZQTVINPhotoCaptureEntity;
 struct ZQTVINCaptureVCPrivate;
 
 namespace ZQTPlatform {
@@ -76,11 +81,24 @@ public:
     // When off, the host navigation controller's bar is hidden at every appearance.
     bool showNavigateBar() const;
     void setShowNavigateBar(bool show);
+    // The last known position, set by the host (the component never fills it); nullptr when
+    // there is none. Photo read-outs carry its coordinates while location services are on.
+    const QGeoPositionInfo *location() const;
+    void setLocation(const QGeoPositionInfo *location); // copied; nullptr forgets it
+    // Titles of the photos the host expects (the keys; values are the host's).
+    QVariantMap photosToBeSaved() const;
+    void setPhotosToBeSaved(const QVariantMap &photosToBeSaved);
     // Kept for the host only; nothing in the screen depends on these.
+    QVariantMap photoCaptureItemsDict() const;
+    void setPhotoCaptureItemsDict(const QVariantMap &dictionary);
+    // The selected carousel slot; photos always go to the VIN slot whatever it says.
+    qint64 currentThumbnailNdx() const;
+    void setCurrentThumbnailNdx(qint64 index);
     uint mode() const;
     void setMode(uint mode);
-    QVariantList thumbnailItems() const;
-    void setThumbnailItems(const QVariantList &items);
+    // The host's further photo slots, after the VIN slot, in carousel order.
+    QList<std::shared_ptr<ZQTVINPhotoCaptureEntity>> thumbnailItems() const;
+    void setThumbnailItems(const QList<std::shared_ptr<ZQTVINPhotoCaptureEntity>> &items);
     bool enableWizardStyle() const;
     void setEnableWizardStyle(bool enable);
     bool enableImageExposureAdjusted() const;
@@ -184,13 +202,62 @@ public:
     void handleHelpBtn();
     void dismissOverlayIfShown();
 
-    // --- Photo flow.
-    void initCameraRig();
-    void deinitCameraRig();
-    void initCameraImageView();
-    void deinitCamera();
+    // --- Photo catalogue.
+    // Builds the VIN slot from configuration and the pictures "carousel_VIN", "help_info_vin" or
+    // the help frames, and "cam_info_vin"; it becomes vinScanItem only when it is valid.
     void setVINPhotoCaptureEntity();
+    // Fills the slot's animation frames from the help page's "imageName" list: the pictures
+    // forward then back (a, b, c gives a, b, c, c, b, a). Returns the last frame (the first
+    // picture), or the null image for an empty list. Throws ZQTPlatform::Exception
+    // ("NSInvalidArgumentException", after one log line) when a named picture does not exist.
+    ZQTPlatform::Image getAnimationImages(qint32 index, ZQTVINPhotoCaptureEntity &forPhotoCaptureEntity);
+    // The host's further slots (thumbnailItems).
+    QList<std::shared_ptr<ZQTVINPhotoCaptureEntity>> builtinZQTPhotoCaptureEntitis() const;
+    using PhotoCaptureEntitiesCompletion =
+        std::function<void(const QList<std::shared_ptr<ZQTVINPhotoCaptureEntity>> &entities,
+                           const ZQTPlatform::Error &error)>;
+    // Hands builtinZQTPhotoCaptureEntitis (taken at the call) and the null error to the
+    // completion, which runs on a thread of the global pool.
+    void builtinThumbnailPreviewItemsWithCompletion(const PhotoCaptureEntitiesCompletion &completion);
+
+    // --- Photo flow.
+    // The camera area: cameraImageView, then the barcode scanner when enableVinScanning, then
+    // the flash buttons.
+    void initCameraRig();
+    // The still camera, then the barcode scanner when enableVinScanning.
+    void deinitCameraRig();
+    // The placeholder view that fixes the camera preview's frame, filling the scan overlay.
+    void initCameraImageView();
+    // Makes the still camera and attaches it behind the overlays, over cameraImageView's frame.
+    // The still-camera controller is not part of the component yet: until it is, this makes
+    // nothing and camera() stays nullptr, so starting, stopping and focusing do nothing. The
+    // VIN flow never calls it (its picture comes from the barcode session).
+    void initCamera();
+    // Detaches and drops the still camera, when there is one.
+    void deinitCamera();
+    // A tap on the camera preview: focuses at the centre of the preview, wherever the tap was.
+    // Nothing happens while there is no still camera.
+    void onTapCamera(const QPointF &tapLocation);
+    // Saves the picture as the claim's VIN photo under the VIN slot's saveTitle (nothing for a
+    // null picture, no VIN slot or an empty saveTitle), after recording photosToBeSaved in the
+    // claim's settings under "PHOTOS_NAMES_TO_BE_SAVED". Encoding and writing run synchronously on
+    // the calling thread and a full device raises "NotEnoughFreeSpaceException" to the caller,
+    // so call it off the GUI thread (the barcode session calls it from its capture worker). It
+    // reads claimId, vinScanItem and photosToBeSaved as one snapshot, safely against the GUI
+    // thread changing them.
     void processUsePhotoCompletionHandler(const ZQTPlatform::Image &image);
+    // Marks the claim's saving completed ("SAVE_IMAGE_COMPLETED" = true) after logging
+    // "<title> file found" for each expected photo on disk; calls the completion with true on
+    // the calling thread.
+    void imageSavedWithCompletion(const std::function<void(bool success)> &completion);
+    // The claim's photos: those on disk, then a placeholder (no photo, no date) for each title of
+    // photosToBeSaved that has none. Positions come from location when location services are on.
+    QList<ZQTVINPhotoCaptureItem> allPhotoCaptureItems() const;
+    // Photo title -> file path of allPhotoCaptureItems.
+    QVariantMap allPhotoCapturePaths() const;
+    // Photo title -> {"photoTitle", "imageCreatedDate" (now for placeholders), "imagePath",
+    // "latitude", "longitude"} of allPhotoCaptureItems.
+    QVariantMap allPhotoCaptureWithDetails() const;
 
     // --- Permissions and analytics.
     // The title and message that fit a missing camera or location permission.

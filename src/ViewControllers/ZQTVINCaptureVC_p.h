@@ -9,7 +9,9 @@
 #include "platform/NavigationBar.h"
 
 #include <QDateTime>
+#include <QGeoPositionInfo>
 #include <QLabel>
+#include <QMutex>
 #include <QPointer>
 #include <QPushButton>
 #include <QVariant>
@@ -18,7 +20,6 @@
 
 class StillCamera;
 class VinScannerVCDelegate;
-class ZQTVINPhotoCaptureEntity;
 
 struct ZQTVINCaptureVCPrivate
 {
@@ -26,7 +27,7 @@ struct ZQTVINCaptureVCPrivate
     VinScannerVCDelegate *delegate = nullptr;
     QString claimId;
     uint mode = 0;
-    QVariantList thumbnailItems;
+    QList<std::shared_ptr<ZQTVINPhotoCaptureEntity>> thumbnailItems;
     std::optional<ZQTVINScanAdjuster> adjusterInfo;
     bool enableWizardStyle = false;
     bool enableLandscapeMode = false;
@@ -40,6 +41,10 @@ struct ZQTVINCaptureVCPrivate
     bool enableLocationServices = false;
     bool launchPhotoCaptureViewWithDefaultImagesAlways = false;
     bool showNavigateBar = false;
+    std::optional<QGeoPositionInfo> location;
+    QVariantMap photosToBeSaved;
+    QVariantMap photoCaptureItemsDict;
+    qint64 currentThumbnailNdx = 0;
 
     // Internal state.
     bool hasManualVINOption = false;
@@ -51,6 +56,9 @@ struct ZQTVINCaptureVCPrivate
     double cameraViewDim = 0.0;
     ZQTPlatform::Image vinBarCodeImage;
     std::shared_ptr<ZQTVINPhotoCaptureEntity> vinScanItem;
+    // The VIN photo is saved off the GUI thread: claimId, photosToBeSaved and vinScanItem are
+    // changed under this lock (on the GUI thread) and read together under it by the saver.
+    QMutex photoStateLock;
     StillCamera *camera = nullptr;
     QString logStr; // kept as the screen's own; nothing writes or reads it
     ZQTVINCaptureVC::PermissionTexts permissionTexts; // chosen by the last permission check

@@ -1,0 +1,182 @@
+// The photo capture flow of the capture screen: saving the VIN photo with the expected titles,
+// confirming the save, and the read-outs of the claim's photos.
+#include "ZQTVINScanComponent.h"
+#include "platform/Dispatch.h"
+#include "support/LogCapture.h"
+#include "support/TemporaryMainBundle.h"
+#include "support/TemporarySettingsStore.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QGeoPositionInfo>
+#include <QImageReader>
+#include <QStandardPaths>
+#include <QTest>
+
+#include <atomic>
+
+using namespace ZQTPlatform;
+
+namespace {
+
+QString claimFolder(const QString &claimId)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + "/ZQTPhotos/" + claimId;
+}
+
+Image picture(int width, int height)
+{
+    QImage bitmap(width, height, QImage::Format_RGB32);
+    bitmap.fill(QColor("#13315C"));
+    return Image(bitmap);
+}
+
+// Runs work on a pool thread, as the barcode session's capture worker does, and waits for it.
+void runOffTheGuiThread(const std::function<void()> &work)
+{
+    std::atomic<bool> done{false};
+    Dispatch::globalAsync([&] {
+        work();
+        done = true;
+    });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return done.load(); }, 10000));
+}
+
+class PhotoCaptureFlow : public ::testing::Test
+{
+protected:
+    // A screen for the claim whose VIN slot is built from the current configuration.
+    std::unique_ptr<ZQTVINCaptureVC> screenFor(const QString &claimId, bool withVinSlot = true)
+    {
+        std::unique_ptr<ZQTVINCaptureVC> screen(ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, claimId));
+        if (withVinSlot)
+            screen->setVINPhotoCaptureEntity();
+        return screen;
+    }
+
+    TemporarySettingsStore settings;
+    LogCapture capture;
+};
+
+} // namespace
+
+TEST_F(PhotoCaptureFlow, VinPhotoIsSavedUnderTheSlotsSaveTitleAfterTheExpectedTitlesAreRecorded)
+{
+    const QVariantMap expected{{"A", 1}, {"B", "rear"}};
+    struct Row { const char *claim; bool image, vinSlot; QByteArray settings; bool recorded; QString file; };
+    const Row rows[] = {
+        {"CLM-SAVE", true, true, {}, true, "VIN.jpg"},
+        {"CLM-NO-IMAGE", false, true, {}, false, {}},
+        {"CLM-NO-SLOT", true, false, {}, true, {}},
+        {"CLM-NO-TITLE", true, true, "<key>TextVINImageSaveTitle</key><string></string>", true, {}},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.claim);
+        TemporaryMainBundle host;
+        if (!row.settings.isEmpty())
+            host.writeSettings(row.settings);
+        const auto screen = screenFor(row.claim, row.vinSlot);
+        screen->setPhotosToBeSaved(expected);
+        const Image image = row.image ? picture(1600, 1200) : Image();
+        runOffTheGuiThread([&] { screen->processUsePhotoCompletionHandler(image); });
+
+        const QVariant recorded = ZQTUserDefaults::getObjectForKey("PHOTOS_NAMES_TO_BE_SAVED", row.claim);
+        EXPECT_EQ(recorded.isValid(), row.recorded);
+        if (row.recorded) {
+            EXPECT_EQ(recorded.toMap(), expected);
+        }
+        const QStringList files = QDir(claimFolder(row.claim)).entryList(QDir::Files);
+        EXPECT_EQ(files, row.file.isEmpty() ? QStringList() : QStringList{row.file});
+        if (!row.file.isEmpty()) {
+            QImageReader reader(claimFolder(row.claim) + "/" + row.file);
+            EXPECT_EQ(reader.format(), "jpeg");
+            EXPECT_EQ(reader.size(), QSize(800, 600)) << "stored at most 800 pixels on the long side";
+        }
+    }
+}
+
+TEST_F(PhotoCaptureFlow, ConfirmingTheSaveLogsTheExpectedPhotosFoundAndMarksTheClaim)
+{
+    struct Row { const char *claim; bool vinPhoto; QStringList found; };
+    const Row rows[] = {
+        {"CLM-DONE", true, {"VIN file found"}},
+        {"CLM-NOTHING", false, {}},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.claim);
+        const auto screen = screenFor(row.claim);
+        screen->setPhotosToBeSaved({{"A", true}, {"VIN", true}});
+        if (row.vinPhoto)
+            screen->processUsePhotoCompletionHandler(picture(64, 48));
+        else
+            ZQTUserDefaults::setObject(screen->photosToBeSaved(), "PHOTOS_NAMES_TO_BE_SAVED", row.claim);
+        capture.clear();
+
+        std::optional<bool> reported;
+        screen->imageSavedWithCompletion([&](bool success) {
+            reported = success;
+            EXPECT_TRUE(ZQTUserDefaults::boolForKey("SAVE_IMAGE_COMPLETED", row.claim)) << "marked before reporting";
+        });
+        EXPECT_EQ(reported, std::optional<bool>(true)) << "reported at once, true even with no file";
+        EXPECT_EQ(capture.lines().filter("file found"), row.found);
+        EXPECT_TRUE(settings.onDisk().value("ClaimList").toMap().value(row.claim).toMap().value("SAVE_IMAGE_COMPLETED").toBool());
+    }
+}
+
+TEST_F(PhotoCaptureFlow, ReadOutsListTheSavedPhotoThenPlaceholdersForMissingTitles)
+{
+    const auto screen = screenFor("CLM-READ");
+    screen->setPhotosToBeSaved({{"A", 1}, {"B", 2}, {"VIN", 3}});
+    screen->processUsePhotoCompletionHandler(picture(64, 48));
+    const QString folder = claimFolder("CLM-READ");
+
+    const QList<ZQTVINPhotoCaptureItem> items = screen->allPhotoCaptureItems();
+    ASSERT_EQ(items.size(), 3);
+    EXPECT_EQ(items[0].photoTitle(), "VIN");
+    EXPECT_FALSE(items[0].photo().isNull());
+    EXPECT_TRUE(items[0].imageCreatedDate().isValid());
+    for (int i : {1, 2}) {
+        EXPECT_EQ(items[i].photoTitle(), i == 1 ? "A" : "B");
+        EXPECT_TRUE(items[i].photo().isNull());
+        EXPECT_FALSE(items[i].imageCreatedDate().isValid()) << "placeholders carry no date";
+    }
+
+    EXPECT_EQ(screen->allPhotoCapturePaths(),
+              (QVariantMap{{"A", folder + "/A.jpg"}, {"B", folder + "/B.jpg"}, {"VIN", folder + "/VIN.jpg"}}));
+
+    const QDateTime before = QDateTime::currentDateTime();
+    const QVariantMap details = screen->allPhotoCaptureWithDetails();
+    ASSERT_EQ(details.keys(), (QStringList{"A", "B", "VIN"}));
+    const QVariantMap a = details["A"].toMap();
+    EXPECT_EQ(a.keys(), (QStringList{"imageCreatedDate", "imagePath", "latitude", "longitude", "photoTitle"}));
+    EXPECT_EQ(a["photoTitle"], "A");
+    EXPECT_EQ(a["imagePath"], folder + "/A.jpg");
+    EXPECT_GE(a["imageCreatedDate"].toDateTime(), before) << "placeholders are dated now";
+    EXPECT_EQ(a["latitude"].typeId(), QMetaType::Double);
+    EXPECT_EQ(a["latitude"].toDouble(), 0.0);
+}
+
+TEST_F(PhotoCaptureFlow, PositionsComeFromTheHostsLocationOnlyWhileLocationServicesAreOn)
+{
+    const auto screen = screenFor("CLM-WHERE");
+    screen->setPhotosToBeSaved({{"A", 1}});
+    screen->processUsePhotoCompletionHandler(picture(64, 48));
+    const QGeoPositionInfo here(QGeoCoordinate(52.37, 4.89), QDateTime::currentDateTime());
+
+    struct Row { const char *what; bool services; const QGeoPositionInfo *location; double latitude; };
+    const Row rows[] = {
+        {"services on, position known", true, &here, 52.37},
+        {"services off", false, &here, 0.0},
+        {"services on, no position yet", true, nullptr, 0.0},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.what);
+        screen->setEnableLocationServices(row.services);
+        screen->setLocation(row.location);
+        for (const ZQTVINPhotoCaptureItem &item : screen->allPhotoCaptureItems())
+            EXPECT_EQ(item.latitude(), row.latitude) << qPrintable(item.photoTitle());
+        EXPECT_EQ(screen->allPhotoCaptureWithDetails()["VIN"].toMap()["latitude"].toDouble(), row.latitude);
+    }
+}
