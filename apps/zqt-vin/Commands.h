@@ -18,5 +18,6 @@ struct Streams
 int runCheck(const QStringList &args, Streams io);
 int runConfig(const QStringList &args, Streams io);
 int runSettings(const QStringList &args, Streams io);
+int runPhotos(const QStringList &args, Streams io);
 
 } // namespace ZqtVin

@@ -22,7 +22,13 @@ const char kUsage[] =
     "  settings get|set|remove|clear [--claim ID] [--store FILE] [KEY [VALUE]]\n"
     "                                         read or change per-claim settings (the top level\n"
     "                                         without --claim); VALUE is read as JSON, else text;\n"
-    "                                         output is JSON; FILE defaults to the tool's own store\n";
+    "                                         output is JSON; FILE defaults to the tool's own store\n"
+    "  photos list|path|delete --claim ID [TITLE]\n"
+    "                                         list a claim's photos, or print the path of one or\n"
+    "                                         delete it; output is JSON\n"
+    "  photos add --claim ID --title TITLE IMAGE\n"
+    "                                         store an image file as a claim photo (at most 800\n"
+    "                                         pixels, JPEG) under the user's documents folder\n";
 
 } // namespace
 
@@ -57,6 +63,8 @@ int main(int argc, char **argv)
             return ZqtVin::runConfig(args, io);
         if (command == QLatin1String("settings"))
             return ZqtVin::runSettings(args, io);
+        if (command == QLatin1String("photos"))
+            return ZqtVin::runPhotos(args, io);
     } catch (const ZQTPlatform::Exception &e) {
         out.flush();
         err << "zqt-vin: " << e.name() << ": " << e.reason() << "\n";

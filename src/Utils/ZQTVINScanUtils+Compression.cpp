@@ -129,13 +129,10 @@ QByteArray jpegData(const QImage &bitmap, float quality)
     return data;
 }
 
-} // namespace ZQTVINScanUtilsPrivate
-
-Image ZQTVINScanUtils::compressImage(const Image &image)
+QImage drawnForStorage(const Image &image)
 {
-    using namespace ZQTVINScanUtilsPrivate;
     if (image.isNull())
-        return Image();
+        return QImage();
     const QSizeF size = compressedSize(image.size());
 
     // Drawing a large photo straight into the small context would sample only a few of the
@@ -147,5 +144,13 @@ Image ZQTVINScanUtils::compressImage(const Image &image)
 
     ZQTPlatform::ImageContext context(size, false, 1.0);
     context.drawImage(source, QRectF(QPointF(0, 0), size));
-    return Image::fromData(jpegData(context.takeImage().bitmap(), kCompressionQuality));
+    return context.takeImage().bitmap();
+}
+
+} // namespace ZQTVINScanUtilsPrivate
+
+Image ZQTVINScanUtils::compressImage(const Image &image)
+{
+    using namespace ZQTVINScanUtilsPrivate;
+    return Image::fromData(jpegData(drawnForStorage(image), kCompressionQuality));
 }

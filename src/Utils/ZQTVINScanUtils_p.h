@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ZQTGlobal.h"
+#include "platform/Image.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -41,6 +42,10 @@ ZQT_EXPORT QImage boxReduced(const QImage &bitmap, int factor);
 // The largest whole factor (at most 16) by which a bitmap can be box-reduced and still have at
 // least `target` pixels on both sides; 1 when it cannot be halved.
 ZQT_EXPORT int boxReductionFactor(const QSize &bitmap, const QSizeF &target);
+
+// The first step of compressImage: the image drawn upright into a scale-1 bitmap of
+// compressedSize(image.size()) pixels. Null for a null image.
+ZQT_EXPORT QImage drawnForStorage(const ZQTPlatform::Image &image);
 
 // The bitmap encoded as JPEG at a quality from 0.0 to 1.0; empty when encoding fails.
 ZQT_EXPORT QByteArray jpegData(const QImage &bitmap, float quality);

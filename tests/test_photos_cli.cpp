@@ -1,0 +1,92 @@
+// zqt-vin photos, run as a separate process: it shares the test's home, so the tool's photos
+// are the ones the store in this process sees.
+#include "support/ZqtVinRun.h"
+
+#include "Utils/ZQTVINScanUtils.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+namespace {
+
+QJsonValue json(const QString &line)
+{
+    return QJsonDocument::fromJson("[" + line.toUtf8() + "]").array().first();
+}
+
+} // namespace
+
+TEST(ZqtVinPhotos, AddStoresAnyImageThroughTheSavePathThenListPathAndDeleteFindIt)
+{
+    QTemporaryDir dir;
+    const QString png = dir.filePath("door.png");
+    QImage bitmap(1600, 1200, QImage::Format_RGB32);
+    bitmap.fill(Qt::darkRed);
+    ASSERT_TRUE(bitmap.save(png));
+    const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-7", "door");
+
+    const ZqtVinRun added = runZqtVin({"photos", "add", "--claim", "CLM-7", "--title", "door", png});
+    ASSERT_EQ(added.status, 0) << added.err.toStdString();
+    const QJsonObject stored = json(added.out).toObject();
+    EXPECT_EQ(stored.value("path").toString(), path);
+    EXPECT_EQ(QSize(stored.value("width").toInt(), stored.value("height").toInt()), QSize(800, 600));
+    EXPECT_TRUE(added.err.contains("save photo: " + path));
+
+    const ZqtVinRun listed = runZqtVin({"photos", "list", "--claim", "CLM-7"});
+    EXPECT_EQ(listed.status, 0);
+    const QJsonArray photos = json(listed.out).toArray();
+    ASSERT_EQ(photos.size(), 1);
+    EXPECT_EQ(photos.first()["name"].toString(), "door.jpg");
+    EXPECT_EQ(photos.first()["path"].toString(), path);
+    EXPECT_EQ(photos.first()["bytes"].toInteger(), stored.value("bytes").toInteger());
+
+    const ZqtVinRun found = runZqtVin({"photos", "path", "--claim", "CLM-7", "door.jpg"});
+    EXPECT_EQ(found.status, 0);
+    EXPECT_EQ(json(found.out), QJsonObject({{"path", path}, {"exists", true}}));
+
+    struct Step { QStringList args; int status; QString out; };
+    const Step afterwards[] = {
+        {{"delete", "door"}, 0, R"({"deleted":true})"},
+        {{"delete", "door"}, 1, R"({"deleted":false})"},
+        {{"list"}, 1, "[]"},
+        {{"path", "door"}, 1, QString(R"({"exists":false,"path":"%1"})").arg(path)},
+    };
+    for (const Step &step : afterwards) {
+        const ZqtVinRun run = runZqtVin(QStringList{"photos", step.args.first(), "--claim", "CLM-7"} + step.args.mid(1));
+        EXPECT_EQ(run.status, step.status) << step.args.join(' ').toStdString();
+        EXPECT_EQ(run.out.trimmed(), step.out) << step.args.join(' ').toStdString();
+    }
+}
+
+TEST(ZqtVinPhotos, BadArgumentsAreUsageErrorsAndUnreadableImagesFailures)
+{
+    QTemporaryDir dir;
+    const QString notAnImage = dir.filePath("notes.png");
+    QFile file(notAnImage);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("notes") == 5);
+    file.close();
+
+    struct Case { QStringList args; int status; };
+    const Case cases[] = {
+        {{"photos"}, 2},
+        {{"photos", "list"}, 2},
+        {{"photos", "list", "--claim", "C", "door"}, 2},
+        {{"photos", "path", "--claim", "C"}, 2},
+        {{"photos", "delete", "--claim", "C", "--title", "door"}, 2},
+        {{"photos", "add", "--claim", "C", notAnImage}, 2},
+        {{"photos", "list", "--claim", "../C"}, 2},
+        {{"photos", "add", "--claim", "C", "--title", "a/b", notAnImage}, 2},
+        {{"photos", "add", "--claim", "C", "--title", "door", notAnImage}, 3},
+        {{"photos", "add", "--claim", "C", "--title", "door", dir.filePath("missing.png")}, 3},
+    };
+    for (const Case &c : cases) {
+        const ZqtVinRun run = runZqtVin(c.args);
+        EXPECT_EQ(run.status, c.status) << c.args.join(' ').toStdString() << "\n" << run.err.toStdString();
+        EXPECT_TRUE(run.out.isEmpty()) << c.args.join(' ').toStdString();
+    }
+}
