@@ -13,7 +13,6 @@
 #include <QDir>
 #include <QPainter>
 #include <QTest>
-#include <QThread>
 
 #include <atomic>
 
@@ -75,8 +74,6 @@ Image frameworkImage(const char *name)
     return Image::imageNamed(QString::fromLatin1(name), Bundle::frameworkBundle());
 }
 
-const QMap<QString, QColor> framePalette = {{"a", Qt::red}, {"b", Qt::green}, {"c", Qt::blue}};
-
 } // namespace
 
 // --- Slot records
@@ -102,19 +99,7 @@ TEST(PhotoCatalogue, ValidSlotNeedsOverlayPictureHeaderThumbnailAndTitle)
     }
 }
 
-TEST(PhotoCatalogue, TextOnlySlotIsInvalidUntilBothPicturesAreSet)
-{
-    TemporaryMainBundle host;
-    const auto slot = ZQTVINPhotoCaptureEntity::createWithTitle("Door", "Header", "Title", "Desc", true);
-    EXPECT_TRUE(slot->autoDisplayFirstTime());
-    EXPECT_FALSE(slot->isValidModel());
-    slot->setThumbnailImage(Image(QImage(2, 2, QImage::Format_RGB32)));
-    EXPECT_FALSE(slot->isValidModel());
-    slot->setOverlayWithPath(host.writeFile("overlay.png", solidPng(Qt::red)));
-    EXPECT_TRUE(slot->isValidModel());
-}
-
-TEST(PhotoCatalogue, BundleFactoryReadsOnlyFromTheNamedBundleOfTheMainBundle)
+TEST(PhotoCatalogue, BundlePicturesComeOnlyFromTheNamedBundleOfTheMainBundle)
 {
     TemporaryMainBundle host;
     host.writeFile("Cars.bundle/thumb.png", solidPng(Qt::red));
@@ -127,30 +112,22 @@ TEST(PhotoCatalogue, BundleFactoryReadsOnlyFromTheNamedBundleOfTheMainBundle)
                                                                  "overlay", true);
     EXPECT_EQ(colorOf(found->thumbnailImage()), "#ff0000");
     EXPECT_EQ(colorOf(found->overlayImage()), "#00ff00");
-    EXPECT_TRUE(found->isValidModel());
-    EXPECT_TRUE(found->autoDisplayFirstTime());
-    EXPECT_TRUE(found->saveTitle().isEmpty() && found->animationOverlayImages().isEmpty());
+    EXPECT_TRUE(found->isValidModel() && found->autoDisplayFirstTime());
 
     const auto missing = ZQTVINPhotoCaptureEntity::createWithTitle("Car", "Trucks", "thumb", "Header", "Title",
                                                                    "Desc", "overlay", false);
     EXPECT_EQ(colorOf(missing->thumbnailImage()), "null");
     EXPECT_EQ(colorOf(missing->overlayImage()), "null");
     EXPECT_FALSE(missing->isValidModel());
-}
 
-TEST(PhotoCatalogue, OverlaySettersKeepThePreviousPictureWhenNothingLoads)
-{
-    TemporaryMainBundle host;
-    host.writeFile("wheel.bundle/wheel.png", solidPng(Qt::green));
-    host.writeFile("other.bundle/wheel.png", solidPng(Qt::blue));
-    const QString path = host.writeFile("loose/red.png", solidPng(Qt::red));
-
-    ZQTVINPhotoCaptureEntity slot;
-    EXPECT_EQ(colorOf(slot.setOverlayWithPath(path).overlayImage()), "#ff0000");
-    EXPECT_EQ(colorOf(slot.setOverlayWithPath(host.path() + "/none.png").overlayImage()), "#ff0000");
-    // The first word names both the bundle and the picture; the second is not used.
-    EXPECT_EQ(colorOf(slot.setOverlayWithName("wheel", "other").overlayImage()), "#00ff00");
-    EXPECT_EQ(colorOf(slot.setOverlayWithName("other", "wheel").overlayImage()), "#00ff00");
+    // The setters keep the picture they have when nothing loads. The first word names both the
+    // bundle and the picture; the second is not used.
+    const QString red = host.writeFile("loose/red.png", solidPng(Qt::red));
+    EXPECT_EQ(colorOf(missing->setOverlayWithPath(red).overlayImage()), "#ff0000");
+    EXPECT_EQ(colorOf(missing->setOverlayWithPath(host.path() + "/none.png").overlayImage()), "#ff0000");
+    EXPECT_EQ(colorOf(missing->setOverlayWithName("Cars", "Trucks").overlayImage()), "#ff0000") << "no Cars.png";
+    host.writeFile("Cars.bundle/Cars.png", solidPng(Qt::green));
+    EXPECT_EQ(colorOf(missing->setOverlayWithName("Cars", "Trucks").overlayImage()), "#00ff00");
 }
 
 // --- The VIN slot from configuration
@@ -166,8 +143,9 @@ TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.names.join(",").toStdString());
         TemporaryMainBundle host;
-        for (auto it = framePalette.cbegin(); it != framePalette.cend(); ++it)
-            host.writeFile(it.key() + ".png", solidPng(it.value()));
+        host.writeFile("a.png", solidPng(Qt::red));
+        host.writeFile("b.png", solidPng(Qt::green));
+        host.writeFile("c.png", solidPng(Qt::blue));
         host.writeSettings(helpPageWithImageName(stringArray(row.names)));
 
         const auto screen = newScreen();
@@ -184,22 +162,9 @@ TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
             EXPECT_EQ(colorOf(screen->vinScanItem()->overlayImage()), row.still);
             EXPECT_EQ(colorsOf(screen->vinScanItem()->animationOverlayImages()), row.frames);
         }
-    }
-}
-
-TEST(PhotoCatalogue, FrameNamingAMissingPictureIsAConfigurationError)
-{
-    TemporaryMainBundle host;
-    host.writeFile("a.png", solidPng(Qt::red));
-    host.writeSettings(helpPageWithImageName(stringArray({"a", "no_such_picture"})));
-    const auto screen = newScreen();
-    ZQTVINPhotoCaptureEntity slot;
-    try {
-        screen->getAnimationImages(0, slot);
-        ADD_FAILURE() << "a missing frame was accepted";
-    } catch (const Exception &e) {
-        EXPECT_EQ(e.name(), "NSInvalidArgumentException");
-        EXPECT_TRUE(e.reason().contains("no_such_picture"));
+        // A frame list may name only existing pictures.
+        host.writeSettings(helpPageWithImageName(stringArray(row.names + QStringList{"no_such_picture"})));
+        EXPECT_THROW(screen->getAnimationImages(0, slot), Exception);
     }
 }
 
@@ -226,26 +191,16 @@ TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlot)
     screen->setVINPhotoCaptureEntity();
     const auto slot = screen->vinScanItem();
     ASSERT_NE(slot, nullptr);
-    EXPECT_EQ(slot->title(), "VIN");
     EXPECT_EQ(slot->saveTitle(), "VIN");
-    EXPECT_EQ(slot->overlayHeader(), "VIN photo");
-    EXPECT_EQ(slot->overlayTitle(), "Find the VIN barcode");
-    EXPECT_TRUE(slot->overlayDesc().startsWith("Look for the barcode"));
-    EXPECT_TRUE(slot->autoDisplayFirstTime());
-    EXPECT_FALSE(slot->hasBeenDisplayed());
+    EXPECT_TRUE(slot->autoDisplayFirstTime() && !slot->hasBeenDisplayed());
 
     const QList<Image> frames = slot->animationOverlayImages();
     ASSERT_EQ(frames.size(), 8);
-    const Image first = frameworkImage("help_vin_frame_1");
-    EXPECT_EQ(frames.first().bitmap(), first.bitmap());
-    EXPECT_EQ(frames.last().bitmap(), first.bitmap());
-    EXPECT_EQ(frames[3].bitmap(), frames[4].bitmap());
+    EXPECT_EQ(slot->overlayImage().bitmap(), frameworkImage("help_vin_frame_1").bitmap());
     EXPECT_NE(frames[0].bitmap(), frames[1].bitmap()) << "the phone moves between frames";
-    EXPECT_EQ(slot->overlayImage().bitmap(), first.bitmap());
 
     // The camera overlay is laid over the live picture: clear in the middle, drawn at the edges.
     const QImage camera = slot->cameraOverlayImage().bitmap();
-    ASSERT_FALSE(camera.isNull());
     EXPECT_EQ(camera.pixelColor(camera.width() / 2, camera.height() * 2 / 5).alpha(), 0);
     EXPECT_GT(camera.pixelColor(2, 2).alpha(), 0);
 
@@ -259,13 +214,10 @@ TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlot)
 TEST(PhotoCatalogue, AutoDisplayedHelpShowsHalfASecondAfterTheScreenAppears)
 {
     for (const bool autoDisplay : {true, false}) {
-        SCOPED_TRACE(autoDisplay ? "auto-display" : "on request only");
+        SCOPED_TRACE(autoDisplay ? "default configuration: auto-display" : "on request only");
         TemporaryMainBundle host;
-        host.writeFile("a.png", solidPng(Qt::red));
-        QByteArray page = helpPageWithImageName(stringArray({"a"}));
-        if (autoDisplay)
-            page.replace("<key>autoDisplayFirstTime</key><false/>", "<key>autoDisplayFirstTime</key><true/>");
-        host.writeSettings(page);
+        if (!autoDisplay)
+            host.writeSettings(helpPageWithImageName("<string>any</string>"));
         LogCapture capture;
         const auto screen = newScreen();
         screen->show();
@@ -282,23 +234,15 @@ TEST(PhotoCatalogue, BuiltinSlotsAreTheHostListHandedOverOnAPoolThread)
     const auto screen = newScreen();
     const auto door = ZQTVINPhotoCaptureEntity::createWithTitle("Door", "H", "T", "D", false);
     screen->setThumbnailItems({door});
-    EXPECT_EQ(screen->builtinZQTPhotoCaptureEntitis(), screen->thumbnailItems());
-
     std::atomic<bool> done{false};
-    bool onPool = false;
-    QList<std::shared_ptr<ZQTVINPhotoCaptureEntity>> received;
-    Error error("x", 1, "not called");
-    screen->builtinThumbnailPreviewItemsWithCompletion([&](const auto &entities, const Error &e) {
+    bool onPool = false, asSet = false;
+    screen->builtinThumbnailPreviewItemsWithCompletion([&](const auto &entities, const Error &error) {
         onPool = !Dispatch::isMainThread();
-        received = entities;
-        error = e;
+        asSet = entities == QList{door} && error.isNull();
         done = true;
     });
     ASSERT_TRUE(QTest::qWaitFor([&] { return done.load(); }, 3000));
-    EXPECT_TRUE(onPool);
-    ASSERT_EQ(received.size(), 1);
-    EXPECT_EQ(received.first(), door);
-    EXPECT_TRUE(error.isNull());
+    EXPECT_TRUE(onPool && asSet);
 }
 
 // --- The framework's pictures, rendered for a person to look at
@@ -307,22 +251,16 @@ TEST(PhotoCatalogue, FrameworkPicturesRenderToAContactSheet)
 {
     const char *names[] = {"carousel_VIN", "help_info_vin", "cam_info_vin", "help_vin_frame_1",
                            "help_vin_frame_2", "help_vin_frame_3", "help_vin_frame_4"};
-    const int cell = 320;
-    QImage sheet(cell * 4, cell * 2, QImage::Format_ARGB32);
+    QImage sheet(1280, 640, QImage::Format_ARGB32);
     sheet.fill(QColor("#d9dde3"));
     QPainter painter(&sheet);
-    int index = 0;
-    for (const char *name : names) {
-        SCOPED_TRACE(name);
-        const Image image = frameworkImage(name);
-        ASSERT_FALSE(image.isNull());
-        const QPoint origin((index % 4) * cell + 10, (index / 4) * cell + 10);
-        const QRect frame(origin, image.bitmap().size());
-        // A stand-in for the live camera under the camera overlay.
-        if (QByteArray(name) == "cam_info_vin")
-            painter.fillRect(frame, QColor("#7d8b6a"));
-        painter.drawImage(origin, image.bitmap());
-        ++index;
+    for (int i = 0; i < 7; ++i) {
+        const QImage image = frameworkImage(names[i]).bitmap();
+        ASSERT_FALSE(image.isNull()) << names[i];
+        const QPoint origin((i % 4) * 320 + 10, (i / 4) * 320 + 10);
+        if (i == 2) // a stand-in for the live camera under the camera overlay
+            painter.fillRect(QRect(origin, image.size()), QColor("#7d8b6a"));
+        painter.drawImage(origin, image);
     }
     painter.end();
     QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
