@@ -1,6 +1,6 @@
 // Everything a host application needs: the capture screen and its delegate, the photo slot and
-// photo records, the adjuster record, the VIN check, the configuration lookup and the per-claim
-// settings.
+// photo records, the adjuster record, the VIN check, the configuration lookup, the claim photo
+// store and the per-claim settings.
 #pragma once
 
 #include "Model/ZQTThumbnailPreviewItem.h"
@@ -10,5 +10,6 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "Utils/VINUtility.h"
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
+#include "Utils/ZQTVINScanUtils.h"
 #include "ViewControllers/VinScannerVCDelegate.h"
 #include "ViewControllers/ZQTVINCaptureVC.h"
