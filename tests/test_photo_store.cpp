@@ -184,6 +184,8 @@ TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)
     }
     saveDoor("CLM-1");
     EXPECT_EQ(QDir(folder).entryList({"*.??????"}, QDir::Files), QStringList({"door.jpg.Xy12Zq", "hood.jpg.Old123"}));
+    for (const char *name : {"door.jpg.Xy12Z", "door.jpg.Xy-2Zq", "door.png.Xy12Zq", ".jpg.Xy12Zq", "door.jpgXXy12Zq"})
+        EXPECT_FALSE(P::isAtomicWriteLeftover(name)) << name;
 
     QStringList names = ZQTVINScanUtils::allPhotoNamesWithClaimId("CLM-1");
     names.sort();

@@ -11,7 +11,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGeoPositionInfo>
-#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -81,8 +80,12 @@ bool acceptsPathComponent(const QString &text, const char *kind)
 
 bool isAtomicWriteLeftover(const QString &name)
 {
-    static const QRegularExpression leftover(QStringLiteral("^.+\\.jpg\\.[A-Za-z0-9]{6}$"));
-    return leftover.match(name).hasMatch();
+    constexpr qsizetype randomLength = 6;
+    const QStringView photo = QStringView(name).chopped(std::min(name.size(), randomLength + 1));
+    const QStringView random = QStringView(name).right(randomLength);
+    const auto isLetterOrDigit = [](QChar c) { return c.unicode() < 128 && c.isLetterOrNumber(); };
+    return photo.size() > kExtension.size() && photo.endsWith(kExtension) && name.at(photo.size()) == QLatin1Char('.')
+        && random.size() == randomLength && std::all_of(random.begin(), random.end(), isLetterOrDigit);
 }
 
 } // namespace ZQTVINScanUtilsPrivate
