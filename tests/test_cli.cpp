@@ -1,33 +1,14 @@
 // The zqt-vin command-line tool, run as a separate process the way scripts use it.
+#include "support/ZqtVinRun.h"
+
 #include <gtest/gtest.h>
 
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 
 namespace {
-
-struct ToolRun
-{
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-ToolRun zqtVin(const QStringList &args)
-{
-    QProcess process;
-    process.start(QStringLiteral(ZQT_ZQTVIN_BINARY), args);
-    ToolRun run;
-    if (!process.waitForFinished(60000))
-        return run;
-    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
 
 // A host resource folder holding a Default_Settings.plist with the given body.
 void writeHostSettings(const QTemporaryDir &dir, const QByteArray &dictBody)
@@ -43,15 +24,15 @@ void writeHostSettings(const QTemporaryDir &dir, const QByteArray &dictBody)
 
 TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentAndExitsByTheWorstOne)
 {
-    ToolRun all = zqtVin({"check", "1HGCM82633A004352", "1M8GDM9AXKP042788"});
+    ZqtVinRun all = runZqtVin({"check", "1HGCM82633A004352", "1M8GDM9AXKP042788"});
     EXPECT_EQ(all.status, 0);
     EXPECT_EQ(all.out, "1HGCM82633A004352\tvalid\n1M8GDM9AXKP042788\tvalid\n");
 
-    ToolRun mixed = zqtVin({"check", "1HGCM82633A004352", "1HGCM82634A004352"});
+    ZqtVinRun mixed = runZqtVin({"check", "1HGCM82633A004352", "1HGCM82634A004352"});
     EXPECT_EQ(mixed.status, 1);
     EXPECT_EQ(mixed.out, "1HGCM82633A004352\tvalid\n1HGCM82634A004352\tinvalid\n");
 
-    ToolRun json = zqtVin({"check", "--json", "1M8GDM9AAKP042788"});
+    ZqtVinRun json = runZqtVin({"check", "--json", "1M8GDM9AAKP042788"});
     EXPECT_EQ(json.status, 1);
     const QJsonObject line = QJsonDocument::fromJson(json.out.trimmed().toUtf8()).object();
     EXPECT_EQ(line.value("input").toString(), "1M8GDM9AAKP042788");
@@ -62,13 +43,13 @@ TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentAndExitsByTheWorstOne)
 
 TEST(ZqtVinCheck, UsageErrorsExitWithTwo)
 {
-    EXPECT_EQ(zqtVin({}).status, 2);
-    ToolRun noVin = zqtVin({"check", "--json"});
+    EXPECT_EQ(runZqtVin({}).status, 2);
+    ZqtVinRun noVin = runZqtVin({"check", "--json"});
     EXPECT_EQ(noVin.status, 2);
     EXPECT_TRUE(noVin.err.contains("usage"));
-    EXPECT_EQ(zqtVin({"frobnicate"}).status, 2);
-    EXPECT_EQ(zqtVin({"config", "get"}).status, 2);
-    EXPECT_EQ(zqtVin({"config", "get", "TextTitle", "--as", "colour"}).status, 2);
+    EXPECT_EQ(runZqtVin({"frobnicate"}).status, 2);
+    EXPECT_EQ(runZqtVin({"config", "get"}).status, 2);
+    EXPECT_EQ(runZqtVin({"config", "get", "TextTitle", "--as", "colour"}).status, 2);
 }
 
 TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFile)
@@ -80,18 +61,18 @@ TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFile)
                             "<key>Flash</key><dict><key>TextFlashButtonArray</key>"
                             "<array><string>Aus</string><string>An</string></array></dict>");
     const QString dir = host.path();
-    EXPECT_EQ(zqtVin({"config", "get", "TextTitle", "--bundle", dir}).out, "Host title\n");
-    EXPECT_EQ(zqtVin({"config", "get", "ManualVINButtonColor", "--as", "color", "--bundle", dir}).out, "#FF8800FF\n");
+    EXPECT_EQ(runZqtVin({"config", "get", "TextTitle", "--bundle", dir}).out, "Host title\n");
+    EXPECT_EQ(runZqtVin({"config", "get", "ManualVINButtonColor", "--as", "color", "--bundle", dir}).out, "#FF8800FF\n");
     // An empty host value wins over the framework's and reads as the clear colour.
-    EXPECT_EQ(zqtVin({"config", "get", "ManualVINButtonBorderColor", "--as", "color", "--bundle", dir}).out,
+    EXPECT_EQ(runZqtVin({"config", "get", "ManualVINButtonBorderColor", "--as", "color", "--bundle", dir}).out,
               "#00000000\n");
-    EXPECT_EQ(zqtVin({"config", "get", "TextFlashButtonArray", "--as", "array", "--bundle", dir}).out,
+    EXPECT_EQ(runZqtVin({"config", "get", "TextFlashButtonArray", "--as", "array", "--bundle", dir}).out,
               "[\"Aus\",\"An\"]\n");
-    EXPECT_EQ(zqtVin({"config", "get", "NoSuchKey", "--bundle", dir}).out, "(null)\n");
-    EXPECT_EQ(zqtVin({"config", "get", "NoSuchKey", "--as", "color"}).out, "#000000FF\n");
-    EXPECT_EQ(zqtVin({"config", "get", "NoSuchKey", "--as", "bool"}).out, "false\n");
+    EXPECT_EQ(runZqtVin({"config", "get", "NoSuchKey", "--bundle", dir}).out, "(null)\n");
+    EXPECT_EQ(runZqtVin({"config", "get", "NoSuchKey", "--as", "color"}).out, "#000000FF\n");
+    EXPECT_EQ(runZqtVin({"config", "get", "NoSuchKey", "--as", "bool"}).out, "false\n");
     // Without a host value the framework's own value shows through.
-    ToolRun framework = zqtVin({"config", "get", "TextTitle"});
+    ZqtVinRun framework = runZqtVin({"config", "get", "TextTitle"});
     EXPECT_EQ(framework.status, 0);
     EXPECT_NE(framework.out, "(null)\n");
     EXPECT_NE(framework.out, "Host title\n");
@@ -101,11 +82,11 @@ TEST(ZqtVinConfig, AValueOfTheWrongKindFailsWithALineNamingKeyAndFile)
 {
     QTemporaryDir host;
     writeHostSettings(host, "<key>Flash</key><dict><key>TextFlashButtonArray</key><string>Off</string></dict>");
-    ToolRun run = zqtVin({"config", "get", "TextFlashButtonArray", "--as", "array", "--bundle", host.path()});
+    ZqtVinRun run = runZqtVin({"config", "get", "TextFlashButtonArray", "--as", "array", "--bundle", host.path()});
     EXPECT_EQ(run.status, 3);
     EXPECT_TRUE(run.out.isEmpty());
     EXPECT_TRUE(run.err.contains("TextFlashButtonArray")) << run.err.toStdString();
     EXPECT_TRUE(run.err.contains("Default_Settings.plist")) << run.err.toStdString();
 
-    EXPECT_EQ(zqtVin({"config", "get", "TextTitle", "--bundle", host.filePath("missing")}).status, 2);
+    EXPECT_EQ(runZqtVin({"config", "get", "TextTitle", "--bundle", host.filePath("missing")}).status, 2);
 }

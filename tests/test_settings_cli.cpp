@@ -1,43 +1,28 @@
 // zqt-vin settings, run as a separate process per call the way scripts use it: every call
 // reads the store file anew, so each check also covers persistence across processes.
 #include "support/TemporarySettingsStore.h"
+#include "support/ZqtVinRun.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 
 namespace {
-
-struct ToolResult
-{
-    int status = -1;
-    QString out;
-    QString err;
-};
 
 class ZqtVinSettings : public ::testing::Test
 {
 protected:
     // zqt-vin settings ACTION --store STORE ARGS...
-    static ToolResult settingsIn(const QString &storePath, QStringList args)
+    static ZqtVinRun settingsIn(const QString &storePath, QStringList args)
     {
         args.insert(qMin(args.size(), qsizetype(1)), QStringLiteral("--store"));
         args.insert(qMin(args.size(), qsizetype(2)), storePath);
         args.prepend(QStringLiteral("settings"));
-        QProcess process;
-        process.start(QStringLiteral(ZQT_ZQTVIN_BINARY), args);
-        ToolResult run;
-        if (!process.waitForFinished(60000))
-            return run;
-        run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        run.out = QString::fromUtf8(process.readAllStandardOutput());
-        run.err = QString::fromUtf8(process.readAllStandardError());
-        return run;
+        return runZqtVin(args);
     }
 
-    ToolResult settings(const QStringList &args) const { return settingsIn(store.path(), args); }
+    ZqtVinRun settings(const QStringList &args) const { return settingsIn(store.path(), args); }
 
     TemporarySettingsStore store;
 };
@@ -67,11 +52,11 @@ TEST_F(ZqtVinSettings, ValuesAreReadAsJsonAndPrintedAsJson)
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
-        const ToolResult set = settings({"set", "--claim", "CLM-1", "key", QString::fromUtf8(c.value)});
+        const ZqtVinRun set = settings({"set", "--claim", "CLM-1", "key", QString::fromUtf8(c.value)});
         ASSERT_EQ(set.status, 0) << set.err.toStdString();
         const QVariant stored = store.onDisk().value("ClaimList").toMap().value("CLM-1").toMap().value("key");
         EXPECT_EQ(stored.typeId(), int(c.stored));
-        const ToolResult get = settings({"get", "--claim", "CLM-1", "key"});
+        const ZqtVinRun get = settings({"get", "--claim", "CLM-1", "key"});
         EXPECT_EQ(get.status, 0);
         EXPECT_EQ(get.out, QString::fromUtf8(c.printed) + "\n");
     }
@@ -83,7 +68,7 @@ TEST_F(ZqtVinSettings, ClaimsTopLevelRemovalAndExitStatuses)
     ASSERT_EQ(settings({"set", "--claim", "CLM-2", "SAVE_IMAGE_COMPLETED", "false"}).status, 0);
     ASSERT_EQ(settings({"set", "note", "top"}).status, 0);
 
-    const ToolResult missing = settings({"get", "--claim", "CLM-1", "absent"});
+    const ZqtVinRun missing = settings({"get", "--claim", "CLM-1", "absent"});
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.out, "null\n");
     EXPECT_EQ(settings({"get", "note"}).out, "\"top\"\n");
@@ -105,7 +90,7 @@ TEST_F(ZqtVinSettings, ClaimsTopLevelRemovalAndExitStatuses)
     };
     for (const QStringList &args : usageErrors) {
         SCOPED_TRACE(args.join(' ').toStdString());
-        const ToolResult run = settings(args);
+        const ZqtVinRun run = settings(args);
         EXPECT_EQ(run.status, 2);
         EXPECT_TRUE(run.err.contains("usage: zqt-vin settings"));
     }
@@ -115,7 +100,7 @@ TEST_F(ZqtVinSettings, ClaimsTopLevelRemovalAndExitStatuses)
     QFile blocker(blocked);
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.close();
-    const ToolResult failed = settingsIn(blocked + "/app.plist", {"set", "--claim", "CLM-1", "key", "1"});
+    const ZqtVinRun failed = settingsIn(blocked + "/app.plist", {"set", "--claim", "CLM-1", "key", "1"});
     EXPECT_EQ(failed.status, 3);
     EXPECT_TRUE(failed.err.contains(blocked + "/app.plist"));
 }
