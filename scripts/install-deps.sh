@@ -11,7 +11,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav gstreamer1.0-tools
   libfontconfig-dev fonts-dejavu-core fonts-liberation2
-  attr
+  attr zbar-tools libzbar-dev
 )
 
 missing=()
