@@ -1,39 +1,348 @@
-// The capture screen's barcode session: scanner set-up and tear-down, the VIN rule for decoded
-// payloads and the report that follows the still picture of a read.
+// The capture screen's barcode session: the scanning pipeline and views, the reader's callback
+// with its repeat suppression, the still picture of a read and its report, and the VIN rule for
+// decoded payloads.
 #include "ViewControllers/ZQTVINCaptureVC.h"
 
+#include "Model/ZQTVINScanComponentConstants.h"
 #include "ViewControllers/VinScannerVCDelegate.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
+#include "lib/StillCamera/StillCamera.h"
+#include "platform/Dispatch.h"
+#include "platform/Font.h"
 #include "platform/Log.h"
+#include "platform/View.h"
+
+#include <QPixmap>
 
 using namespace ZQTPlatform;
+using Constants = ZQTVINScanComponentConstants;
 
 namespace {
+
 constexpr int vinLength = 17;
+constexpr qreal scanLabelFontSize = 28.0;
+constexpr int scanLabelHeight = 40;
+constexpr int scanLabelOffset = 40;
+constexpr int centerLineHeight = 3;
+const QColor centerLineColor = QColor::fromRgbF(1.0, 118.0 / 255.0, 89.0 / 255.0, 1.0);
+
+// The five barcode types a VIN is read from, in the order each code's type is compared.
+const QStringList &acceptedTypes()
+{
+    static const QStringList types = {MetadataObject::typeCode39, MetadataObject::typeCode39Mod43,
+                                      MetadataObject::typeCode93, MetadataObject::typeCode128,
+                                      MetadataObject::typeDataMatrix};
+    return types;
+}
+
+QString scanningLabelText()
+{
+    return Constants::getConfigStringForKey(QStringLiteral("ScanningLabelText"));
+}
+
+QFont scanningLabelFont(const QFont &fallback)
+{
+    return Font::fontWithName(Constants::getConfigStringForKey(QStringLiteral("ScanningLabelTextFontType")),
+                              scanLabelFontSize)
+        .value_or(fallback);
+}
+
+// Takes a view out of the view tree; its owner keeps it.
+void removeFromSuperview(QWidget *view)
+{
+    if (!view)
+        return;
+    view->hide();
+    view->setParent(nullptr);
+}
+
+// Puts a view on top of a superview's children and shows it.
+void addSubview(QWidget *superview, QWidget *view)
+{
+    if (!superview || !view)
+        return;
+    if (view->parentWidget() != superview)
+        view->setParent(superview);
+    view->raise();
+    view->show();
+}
+
+// The still output's first connection with a video input port, or nullptr.
+CaptureConnection *videoConnection(const StillImageOutput &output)
+{
+    for (CaptureConnection *connection : output.connections()) {
+        for (const CaptureInputPort &port : connection->inputPorts()) {
+            if (port.mediaType() == CaptureDevice::mediaTypeVideo())
+                return connection;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 void ZQTVINCaptureVC::initBarCodeScanner()
 {
     logStep("initBarCodeScanner");
-    // The capture session, preview and scanning views are built here with the barcode reader.
+    QWidget *cameraImageView = d->cameraImageView;
+    if (cameraImageView)
+        cameraImageView->setAttribute(Qt::WA_TransparentForMouseEvents);
+
+    auto *highlight = new QWidget;
+    highlight->setObjectName(QStringLiteral("highlightView"));
+    highlight->setAttribute(Qt::WA_TransparentForMouseEvents);
+    highlight->setStyleSheet(QStringLiteral("border: 3px solid transparent;"));
+    d->highlightView = highlight;
+
+    const int labelHeight = d->scanResultLbl ? d->scanResultLbl->height() : 0;
+    auto *line = new QWidget;
+    line->setObjectName(QStringLiteral("centerLine"));
+    line->setGeometry(0, height() / 2 - labelHeight, width(), centerLineHeight);
+    setBackgroundColor(line, centerLineColor);
+    if (cameraImageView)
+        line->move(cameraImageView->geometry().center() - QPoint(line->width() / 2, line->height() / 2));
+    line->setAttribute(Qt::WA_TransparentForMouseEvents);
+    d->centerLine = line;
+
+    d->session = std::make_shared<CaptureSession>();
+    d->session->setSessionPreset(CaptureSession::presetHigh);
+    d->device = CaptureDevice::defaultDeviceWithMediaType(CaptureDevice::mediaTypeVideo());
+    d->input = CaptureDeviceInput::deviceInputWithDevice(d->device, nullptr);
+    if (d->input)
+        d->session->addInput(d->input);
+
+    d->output = std::make_shared<MetadataOutput>();
+    MetadataOutput *output = d->output.get();
+    d->output->setMetadataObjectsDelegate(
+        [this, output](const QList<MetadataObject> &objects, CaptureConnection *connection) {
+            captureOutput(output, objects, connection);
+        },
+        this);
+    d->session->addOutput(d->output);
+    d->output->setMetadataObjectTypes(d->output->availableMetadataObjectTypes());
+
+    d->prevLayer = new VideoPreviewLayer(d->session.get());
+    d->prevLayer->setObjectName(QStringLiteral("prevLayer"));
+    d->prevLayer->setVideoGravity(VideoPreviewLayer::gravityResizeAspectFill);
+    if (cameraImageView) {
+        const QRectF bounds(QPointF(0, 0), QSizeF(cameraImageView->size()));
+        d->prevLayer->setBounds(bounds);
+        d->prevLayer->setPosition(bounds.center());
+    }
+
+    d->stillImageOutput = std::make_shared<StillImageOutput>();
+    d->stillImageOutput->setOutputSettings({{StillImageOutput::videoCodecKey, StillImageOutput::videoCodecJPEG}});
+    d->session->addOutput(d->stillImageOutput);
 }
 
 void ZQTVINCaptureVC::startBarCodeScanner()
 {
     logStep("startBarCodeScanner");
-    // Lays the scanning views out and starts the session once the barcode reader exists.
+    QWidget *cameraImageView = d->cameraImageView;
+    const QRect cameraFrame = cameraImageView ? cameraImageView->geometry() : QRect();
+    if (d->highlightView)
+        d->highlightView->move(QPoint(cameraFrame.width() / 2, cameraFrame.height() / 2)
+                               - QPoint(d->highlightView->width() / 2, d->highlightView->height() / 2));
+    if (d->prevLayer)
+        d->prevLayer->addToSuperlayer(cameraImageView);
+
+    if (!d->cameraOverlayImage) {
+        auto *overlay = new QLabel;
+        overlay->setObjectName(QStringLiteral("cameraOverlayImage"));
+        overlay->setScaledContents(true);
+        overlay->setAttribute(Qt::WA_TransparentForMouseEvents);
+        d->cameraOverlayImage = overlay;
+    }
+    QLabel *overlay = d->cameraOverlayImage;
+    const Image overlayPicture = d->vinScanItem ? d->vinScanItem->cameraOverlayImage() : Image();
+    overlay->setPixmap(overlayPicture.isNull() ? QPixmap() : QPixmap::fromImage(overlayPicture.bitmap()));
+    overlay->setGeometry(0, 0, cameraFrame.width(), cameraFrame.height());
+    setBackgroundColor(overlay, QColor());
+
+    delete d->scanResultLbl.data();
+    auto *label = new QLabel;
+    label->setObjectName(QStringLiteral("scanResultLbl"));
+    // One rule in both orientations: just below the top of the overlay picture.
+    label->setGeometry(0, overlay->geometry().top() + scanLabelOffset, overlay->width(), scanLabelHeight);
+    label->setAlignment(Qt::AlignCenter);
+    label->setStyleSheet(QStringLiteral("color: white; background: transparent;"));
+    label->setFont(scanningLabelFont(label->font()));
+    label->setText(scanningLabelText());
+    d->scanResultLbl = label;
+
+    addSubview(overlay, label);
+    addSubview(overlay, d->centerLine);
+    addSubview(d->scanOverlayView, cameraImageView);
+    addSubview(d->scanOverlayView, overlay);
+
+    if (d->session)
+        d->session->startRunning();
+    d->isVINScanInProcess = false;
+
+    if (d->scanOverlayView) {
+        d->scanOverlayView->show();
+        d->scanOverlayView->raise();
+    }
+    if (d->manuallyEnterVINBtn)
+        d->manuallyEnterVINBtn->raise();
 }
 
 void ZQTVINCaptureVC::stopBarCodeScanner()
 {
     logStep("stopBarCodeScanner");
-    // Stops the session and takes the scanning views down once the barcode reader exists.
+    d->isVINScanInProcess = false;
+    if (d->session)
+        d->session->stopRunning();
+    removeFromSuperview(d->highlightView);
+    removeFromSuperview(d->scanResultLbl);
+    removeFromSuperview(d->centerLine);
+    if (d->prevLayer)
+        d->prevLayer->removeFromSuperlayer();
+    if (d->scanOverlayView) {
+        d->scanOverlayView->hide();
+        d->scanOverlayView->lower();
+    }
 }
 
 void ZQTVINCaptureVC::deinitBarCodeScanner()
 {
     logStep("deinitBarCodeScanner");
-    // Drops the session's objects once the barcode reader exists.
+    delete d->highlightView.data();
+    delete d->scanResultLbl.data();
+    delete d->centerLine.data();
+    d->session.reset();
+    d->device = nullptr;
+    d->input.reset();
+    d->output.reset();
+    delete d->prevLayer.data();
+    // The overlay picture is not part of the pipeline; it goes when it is out of the view tree.
+    if (d->cameraOverlayImage && !d->cameraOverlayImage->parent())
+        delete d->cameraOverlayImage.data();
+}
+
+void ZQTVINCaptureVC::captureOutput(MetadataOutput *output, const QList<MetadataObject> &metadataObjects,
+                                    CaptureConnection *connection)
+{
+    Q_UNUSED(output);
+    Q_UNUSED(connection);
+    QRectF highlight;
+    QString payload;
+    if (!d->isVINScanInProcess) {
+        for (const MetadataObject &object : metadataObjects) {
+            if (!acceptedTypes().contains(object.type)) {
+                if (d->scanResultLbl)
+                    d->scanResultLbl->setText(scanningLabelText());
+                continue;
+            }
+            highlight = d->prevLayer ? d->prevLayer->transformedMetadataObjectForMetadataObject(object).bounds
+                                     : QRectF();
+            if (object.stringValue.isNull()) {
+                if (d->scanResultLbl)
+                    d->scanResultLbl->setText(scanningLabelText());
+                continue;
+            }
+            payload = object.stringValue;
+            break;
+        }
+        if (!payload.isNull()) {
+            logStep("captureOutput");
+            d->isVINScanInProcess = true;
+            if (d->scanResultLbl)
+                d->scanResultLbl->setText(payload);
+            if (d->stillImageOutput) {
+                QPointer<ZQTVINCaptureVC> screen(this);
+                std::shared_ptr<ZQTVINCaptureVCPrivate::CaptureGate> gate = d->captureGate;
+                d->stillImageOutput->captureStillImageAsynchronouslyFromConnection(
+                    videoConnection(*d->stillImageOutput),
+                    [screen, gate, payload](std::shared_ptr<const SampleBuffer> buffer, const Error &error) {
+                        // Capture queue. The screen is alive while the gate is open; it closes
+                        // the gate first thing in its destructor.
+                        QMutexLocker locker(&gate->lock);
+                        if (gate->alive)
+                            screen->completeStillCapture(payload, buffer, error);
+                    });
+            }
+        }
+    }
+    if (d->highlightView)
+        d->highlightView->setGeometry(highlight.toRect());
+}
+
+void ZQTVINCaptureVC::stillImageCaptureCompleted(const QString &payload, std::shared_ptr<const SampleBuffer> buffer,
+                                                 const Error &error)
+{
+    const std::shared_ptr<ZQTVINCaptureVCPrivate::CaptureGate> gate = d->captureGate;
+    QMutexLocker locker(&gate->lock);
+    if (gate->alive)
+        completeStillCapture(payload, buffer, error);
+}
+
+void ZQTVINCaptureVC::completeStillCapture(const QString &payload, const std::shared_ptr<const SampleBuffer> &buffer,
+                                           const Error &error)
+{
+    // Capture queue, with the capture gate held: the screen cannot be destroyed meanwhile.
+    // View changes run on the GUI thread while this thread waits with the gate released, so the
+    // destructor never waits for a thread that waits for it; once the gate is taken again and
+    // found closed, the rest is skipped.
+    logStep("stillImageCaptureCompleted");
+    const std::shared_ptr<ZQTVINCaptureVCPrivate::CaptureGate> gate = d->captureGate;
+    QPointer<ZQTVINCaptureVC> screen(this);
+    auto onMain = [&gate, &screen](const std::function<void()> &work) {
+        gate->lock.unlock();
+        Dispatch::mainSync([&screen, &work] {
+            if (screen)
+                work();
+        });
+        gate->lock.lock();
+        return gate->alive;
+    };
+
+    const QByteArray jpeg = buffer ? StillImageOutput::jpegStillImageNSDataRepresentation(*buffer) : QByteArray();
+    const Image image = jpeg.isEmpty() ? Image() : Image::fromData(jpeg);
+    Error reported = error;
+    if (!image.isNull()) {
+        const bool alive = onMain([this, &image] {
+            d->vinBarCodeImage = image;
+            if (d->manuallyEnterVINBtn)
+                d->manuallyEnterVINBtn->hide();
+        });
+        if (!alive)
+            return;
+        processUsePhotoCompletionHandler(image);
+        if (!onMain([this] {
+                stopBarCodeScanner();
+                dismissOverlayIfShown();
+            }))
+            return;
+        reported = Error();
+    } else if (buffer) {
+        reported = Error(); // a picture that does not decode is reported without an error
+    }
+    const ZQTVINDetails details = validateVIN(payload);
+    sendTimeSpent();
+    if (d->delegate)
+        d->delegate->didCompleteScanning(details.VIN(), true, details.isValid(), reported);
+}
+
+void ZQTVINCaptureVC::processToggleBarCodeWithImageExists(bool imageExists)
+{
+    logStep("processToggleBarCodeWithImageExists");
+    if (!imageExists) {
+        if (d->camera)
+            d->camera->stop();
+        if (d->manuallyEnterVINBtn)
+            d->manuallyEnterVINBtn->show();
+        startBarCodeScanner();
+        return;
+    }
+    if (d->manuallyEnterVINBtn)
+        d->manuallyEnterVINBtn->hide();
+    if (d->scanResultLbl) {
+        d->scanResultLbl->setText(scanningLabelText());
+        d->scanResultLbl->setFont(scanningLabelFont(d->scanResultLbl->font()));
+    }
+    if (d->cameraImageView)
+        d->cameraImageView->show();
 }
 
 ZQTVINDetails ZQTVINCaptureVC::validateVIN(const QString &payload) const
@@ -66,21 +375,52 @@ ZQTVINDetails ZQTVINCaptureVC::validateVIN(const QString &payload) const
     return details;
 }
 
-void ZQTVINCaptureVC::stillImageCaptureCompleted(const QString &payload, const Image &image, const Error &error)
+CaptureSession *ZQTVINCaptureVC::session() const
 {
-    logStep("stillImageCaptureCompleted");
-    Error reported = error;
-    if (!image.isNull()) {
-        d->vinBarCodeImage = image;
-        if (d->manuallyEnterVINBtn)
-            d->manuallyEnterVINBtn->hide();
-        processUsePhotoCompletionHandler(image);
-        stopBarCodeScanner();
-        dismissOverlayIfShown();
-        reported = Error();
-    }
-    const ZQTVINDetails details = validateVIN(payload);
-    sendTimeSpent();
-    if (d->delegate)
-        d->delegate->didCompleteScanning(details.VIN(), true, details.isValid(), reported);
+    return d->session.get();
+}
+
+CaptureDevice *ZQTVINCaptureVC::device() const
+{
+    return d->device;
+}
+
+MetadataOutput *ZQTVINCaptureVC::output() const
+{
+    return d->output.get();
+}
+
+StillImageOutput *ZQTVINCaptureVC::stillImageOutput() const
+{
+    return d->stillImageOutput.get();
+}
+
+VideoPreviewLayer *ZQTVINCaptureVC::prevLayer() const
+{
+    return d->prevLayer;
+}
+
+QWidget *ZQTVINCaptureVC::highlightView() const
+{
+    return d->highlightView;
+}
+
+QWidget *ZQTVINCaptureVC::centerLine() const
+{
+    return d->centerLine;
+}
+
+QLabel *ZQTVINCaptureVC::scanResultLbl() const
+{
+    return d->scanResultLbl;
+}
+
+QLabel *ZQTVINCaptureVC::cameraOverlayImage() const
+{
+    return d->cameraOverlayImage;
+}
+
+bool ZQTVINCaptureVC::isVINScanInProcess() const
+{
+    return d->isVINScanInProcess;
 }

@@ -24,7 +24,13 @@ ZQTVINCaptureVC::ZQTVINCaptureVC() : d(std::make_unique<ZQTVINCaptureVCPrivate>(
 ZQTVINCaptureVC::~ZQTVINCaptureVC()
 {
     logStep("dealloc");
+    {
+        QMutexLocker locker(&d->captureGate->lock);
+        d->captureGate->alive = false;
+    }
     deinitCameraRig();
+    if (!d->enableVinScanning)
+        deinitBarCodeScanner();
     NotificationCenter::defaultCenter().removeObserver(this);
 }
 

@@ -23,12 +23,21 @@
 #include <optional>
 
 class QGeoPositionInfo;
+class QLabel;
 class StillCamera;
 class VinScannerVCDelegate;
 struct ZQTVINCaptureVCPrivate;
 
 namespace ZQTPlatform {
 struct Notification;
+struct MetadataObject;
+struct SampleBuffer;
+class CaptureConnection;
+class CaptureDevice;
+class CaptureSession;
+class MetadataOutput;
+class StillImageOutput;
+class VideoPreviewLayer;
 }
 
 class ZQT_EXPORT ZQTVINCaptureVC : public ZQTPlatform::ViewController
@@ -127,7 +136,8 @@ public:
     ZQTPlatform::Image vinBarCodeImage() const;
     // The VIN photo slot; absent until the photo catalogue builds it.
     std::shared_ptr<ZQTVINPhotoCaptureEntity> vinScanItem() const;
-    // The still camera; nullptr until initCamera makes one.
+    // The still camera (a child of this screen); nullptr until initCamera makes one and after
+    // deinitCamera.
     StillCamera *camera() const;
 
     // --- Public face.
@@ -175,18 +185,47 @@ public:
     void turnTorchOn(bool on);
 
     // --- Barcode session.
+    // Builds the pipeline (session over the default video device, barcode reader, still
+    // output, preview) and the scanning views, once.
     void initBarCodeScanner();
+    // Lays the scanning views out over the camera area, starts the session and accepts codes.
     void startBarCodeScanner();
+    // Stops accepting codes and the session, and takes the scanning views down.
     void stopBarCodeScanner();
+    // Drops every object of the pipeline.
     void deinitBarCodeScanner();
+    // The barcode reader's callback (GUI thread): the first code of an accepted type with a
+    // payload shows its text and asks for the still picture of the moment; further codes are
+    // ignored until the scanner is started or stopped again.
+    void captureOutput(ZQTPlatform::MetadataOutput *output, const QList<ZQTPlatform::MetadataObject> &metadataObjects,
+                       ZQTPlatform::CaptureConnection *connection);
     // A decoded payload as a VIN and its validity: one leading "I" dropped, then the check, then
     // for 18 characters or more the first and the last 17 characters.
     ZQTVINDetails validateVIN(const QString &payload) const;
-    // The still picture of a barcode read arrived (image null when none could be made, error
-    // as delivered): saves it and stops scanning when there is a picture, then reports the
-    // payload as scanned. Call it on the GUI thread.
-    void stillImageCaptureCompleted(const QString &payload, const ZQTPlatform::Image &image,
+    // The still picture of a barcode read arrived, on the capture queue (buffer nullptr when the
+    // capture failed, error as delivered). With a picture: keeps it, hides the manual button,
+    // saves it as the VIN photo, stops the scanner and dismisses the help overlay; then reports
+    // the payload as scanned to the delegate from this thread. Encoding and saving run here;
+    // view changes run on the GUI thread while this thread waits, so the order holds. The
+    // screen must be alive at the call; if it is destroyed meanwhile, the rest is skipped. The
+    // delegate must not wait for the GUI thread.
+    void stillImageCaptureCompleted(const QString &payload, std::shared_ptr<const ZQTPlatform::SampleBuffer> buffer,
                                     const ZQTPlatform::Error &error);
+    // true: a VIN picture exists (manual button hidden, prompt back in the label, camera area
+    // shown, scanner not started); false: scanning again (still camera stopped, manual button
+    // shown, scanner started).
+    void processToggleBarCodeWithImageExists(bool imageExists);
+    // The pipeline and the scanning views, for reading (nullptr before initBarCodeScanner).
+    ZQTPlatform::CaptureSession *session() const;
+    ZQTPlatform::CaptureDevice *device() const;
+    ZQTPlatform::MetadataOutput *output() const;
+    ZQTPlatform::StillImageOutput *stillImageOutput() const;
+    ZQTPlatform::VideoPreviewLayer *prevLayer() const;
+    QWidget *highlightView() const;
+    QWidget *centerLine() const;
+    QLabel *scanResultLbl() const;
+    QLabel *cameraOverlayImage() const;
+    bool isVINScanInProcess() const;
 
     // --- Manual entry.
     void handleManuallyEnterVINBtn();
@@ -228,15 +267,17 @@ public:
     void deinitCameraRig();
     // The placeholder view that fixes the camera preview's frame, filling the scan overlay.
     void initCameraImageView();
-    // Makes the still camera and attaches it behind the overlays, over cameraImageView's frame.
-    // The still-camera controller is not part of the component yet: until it is, this makes
-    // nothing and camera() stays nullptr, so starting, stopping and focusing do nothing. The
-    // VIN flow never calls it (its picture comes from the barcode session).
+    // Makes the still camera (photo quality, rear camera, orientation fixing on), attaches it to
+    // this screen with cameraImageView's frame (which the attachment also sets on this screen's
+    // own view), gives it cameraImageView's frame and puts it behind every overlay. Its errors
+    // are logged as "Camera error: %@". A camera of an earlier call is deleted. The VIN flow
+    // never calls it (its picture comes from the barcode session).
     void initCamera();
-    // Detaches and drops the still camera, when there is one.
+    // Detaches and deletes the still camera, when there is one; camera() is nullptr afterwards.
     void deinitCamera();
-    // A tap on the camera preview: focuses at the centre of the preview, wherever the tap was.
-    // Nothing happens while there is no still camera.
+    // A tap on the camera preview: focuses at the centre of the preview, wherever the tap was,
+    // through the camera and then on its device directly (a device that cannot be locked is
+    // left alone). Nothing happens while there is no still camera.
     void onTapCamera(const QPointF &tapLocation);
     // Saves the picture as the claim's VIN photo under the VIN slot's saveTitle (nothing for a
     // null picture, no VIN slot or an empty saveTitle), after recording photosToBeSaved in the
@@ -283,6 +324,9 @@ public:
 
 private:
     static ZQTVINCaptureVC *instantiateFromStoryboard();
+    // stillImageCaptureCompleted with the capture gate held by the caller.
+    void completeStillCapture(const QString &payload, const std::shared_ptr<const ZQTPlatform::SampleBuffer> &buffer,
+                              const ZQTPlatform::Error &error);
     int forcedDeviceOrientation() const;
     void connectOutlets();
 

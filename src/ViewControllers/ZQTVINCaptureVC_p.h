@@ -6,7 +6,11 @@
 #include "platform/Bundle.h"
 #include "platform/Image.h"
 #include "platform/LayoutConstraint.h"
+#include "platform/CaptureSession.h"
+#include "platform/MetadataOutput.h"
 #include "platform/NavigationBar.h"
+#include "platform/StillImageOutput.h"
+#include "platform/VideoPreviewLayer.h"
 
 #include <QDateTime>
 #include <QGeoPositionInfo>
@@ -15,6 +19,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QVariant>
+#include <atomic>
 #include <memory>
 #include <optional>
 
@@ -79,4 +84,27 @@ struct ZQTVINCaptureVCPrivate
     // Views made by the steps.
     QPointer<QLabel> cameraImageView;
     QPointer<QLabel> flashLbl;
+
+    // The barcode session. The scanning views are the screen's even while out of the view
+    // tree; the screen deletes them when it drops them.
+    std::shared_ptr<ZQTPlatform::CaptureSession> session;
+    QPointer<ZQTPlatform::CaptureDevice> device;
+    std::shared_ptr<ZQTPlatform::CaptureDeviceInput> input;
+    std::shared_ptr<ZQTPlatform::MetadataOutput> output;
+    std::shared_ptr<ZQTPlatform::StillImageOutput> stillImageOutput;
+    QPointer<ZQTPlatform::VideoPreviewLayer> prevLayer;
+    QPointer<QWidget> highlightView;
+    QPointer<QWidget> centerLine;
+    QPointer<QLabel> scanResultLbl;
+    QPointer<QLabel> cameraOverlayImage;
+    // Set on the GUI thread by the reader's callback; cleared there by start and stop.
+    std::atomic<bool> isVINScanInProcess{false};
+    // Work that runs on the capture queue checks this before touching the screen; the screen's
+    // destructor clears it under the lock, so it waits for such work to end.
+    struct CaptureGate
+    {
+        QMutex lock;
+        bool alive = true;
+    };
+    std::shared_ptr<CaptureGate> captureGate = std::make_shared<CaptureGate>();
 };

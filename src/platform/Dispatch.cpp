@@ -24,6 +24,14 @@ void Dispatch::onMain(std::function<void()> work)
         mainAsync(std::move(work));
 }
 
+void Dispatch::mainSync(std::function<void()> work)
+{
+    if (isMainThread())
+        work();
+    else if (QCoreApplication *app = QCoreApplication::instance())
+        QMetaObject::invokeMethod(app, std::move(work), Qt::BlockingQueuedConnection);
+}
+
 void Dispatch::mainAfter(double seconds, std::function<void()> work)
 {
     const int msecs = int(std::lround(std::max(0.0, seconds) * 1000.0));
