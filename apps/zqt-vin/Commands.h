@@ -19,5 +19,6 @@ int runCheck(const QStringList &args, Streams io);
 int runConfig(const QStringList &args, Streams io);
 int runSettings(const QStringList &args, Streams io);
 int runPhotos(const QStringList &args, Streams io);
+int runScan(const QStringList &args, Streams io);
 
 } // namespace ZqtVin

@@ -3,11 +3,9 @@
 
 #include "platform/Exception.h"
 
-#include <QDir>
-#include <QFile>
-#include <QGuiApplication>
+#include "AppEnvironment.h"
 
-#include <unistd.h>
+#include <QApplication>
 
 namespace {
 
@@ -28,23 +26,18 @@ const char kUsage[] =
     "                                         delete it; output is JSON\n"
     "  photos add --claim ID --title TITLE IMAGE\n"
     "                                         store an image file as a claim photo (at most 800\n"
-    "                                         pixels, JPEG) under the user's documents folder\n";
+    "                                         pixels, JPEG) under the user's documents folder\n"
+    "  scan --claim ID [--json] FILE...       run the barcode scan over each image or video file: one\n"
+    "                                         line per file (VIN, validity, stored photo) or \"no\n"
+    "                                         barcode\"; status 1 unless every file gave a VIN\n";
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    // The tool never opens a window; fonts and images work without a display.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Qt warns about a missing runtime folder on every start; give it the one it would pick.
-    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
-        const QByteArray runtime = QDir::tempPath().toUtf8() + "/runtime-" + QByteArray::number(getuid());
-        QDir().mkpath(QString::fromUtf8(runtime));
-        QFile::setPermissions(QString::fromUtf8(runtime), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        qputenv("XDG_RUNTIME_DIR", runtime);
-    }
-    QGuiApplication app(argc, argv);
+    // The tool never shows a window; fonts, images and screens work without a display.
+    ZqtApps::prepareEnvironment(true);
+    QApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
 
     QTextStream out(stdout);
@@ -65,6 +58,8 @@ int main(int argc, char **argv)
             return ZqtVin::runSettings(args, io);
         if (command == QLatin1String("photos"))
             return ZqtVin::runPhotos(args, io);
+        if (command == QLatin1String("scan"))
+            return ZqtVin::runScan(args, io);
     } catch (const ZQTPlatform::Exception &e) {
         out.flush();
         err << "zqt-vin: " << e.name() << ": " << e.reason() << "\n";

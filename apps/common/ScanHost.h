@@ -1,0 +1,66 @@
+// A host for one capture screen: a window with a navigation controller, the screen pushed on it
+// (or presented), and the delegate, whose calls arrive as one signal on the GUI thread.
+#pragma once
+
+#include "ZQTVINScanComponent.h"
+#include "platform/NavigationController.h"
+#include "platform/Window.h"
+
+#include <QJsonObject>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <memory>
+#include <optional>
+
+namespace ZqtApps {
+
+struct ScanResult
+{
+    QString vin;
+    bool isVINScanned = false;
+    bool isVINValid = false;
+    ZQTError error;
+
+    // {"vin": ..., "isVINScanned": ..., "isVINValid": ..., "error": null | {domain, code, description}}
+    QJsonObject toJson() const;
+};
+
+struct ScanHostOptions
+{
+    QString claimId;
+    bool manual = false;     // open with the manual prompt
+    bool landscape = false;  // the screen's landscape mode
+    bool modal = false;      // present the screen instead of pushing it
+    std::optional<ZQTVINScanAdjuster> adjuster;
+};
+
+class ScanHost : public QObject, public VinScannerVCDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit ScanHost(const ScanHostOptions &options);
+    ~ScanHost() override;
+
+    ZQTPlatform::Window &window() { return m_window; }
+    ZQTVINCaptureVC *screen() const { return m_screen; }
+    // Shows the window and the screen in it.
+    void show(const QSize &size);
+    // The path of the claim's VIN photo, or empty when there is none (yet).
+    QString vinPhotoPath() const;
+
+    // Any thread: forwarded to the GUI thread as scanned().
+    void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid, const ZQTError &error) override;
+
+Q_SIGNALS:
+    void scanned(const ZqtApps::ScanResult &result);
+
+private:
+    ScanHostOptions m_options;
+    ZQTPlatform::Window m_window;
+    QPointer<ZQTPlatform::NavigationController> m_navigation;
+    QPointer<ZQTVINCaptureVC> m_screen;
+};
+
+} // namespace ZqtApps

@@ -1,0 +1,117 @@
+// zqt-vin-capture: the capture screen in a window, as a host app shows it. Each delegate call is
+// printed as one JSON line on standard output; the VIN photo goes to the claim's folder.
+//
+// The video comes from --source (a video or picture file), else the machine's camera, else the
+// sample clip the project ships.
+#include "AppEnvironment.h"
+#include "ScanHost.h"
+
+#include "platform/CaptureDevice.h"
+#include "platform/DeviceProfile.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QJsonDocument>
+#include <QTextStream>
+#include <QTimer>
+
+using namespace ZQTPlatform;
+
+namespace {
+
+// Exit statuses.
+enum { ResultReported = 0, NoResult = 1, UsageError = 2 };
+
+bool parseSize(const QString &text, QSize *size)
+{
+    const QStringList parts = text.split(QLatin1Char('x'));
+    if (parts.size() != 2)
+        return false;
+    bool okWidth = false, okHeight = false;
+    *size = QSize(parts[0].toInt(&okWidth), parts[1].toInt(&okHeight));
+    return okWidth && okHeight && !size->isEmpty();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    ZqtApps::prepareEnvironment(false);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("zqt-vin-capture"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Shows the VIN capture screen for a claim."));
+    parser.addHelpOption();
+    parser.addOptions({
+        {QStringLiteral("claim"), QStringLiteral("The claim id (required)."), QStringLiteral("ID")},
+        {QStringLiteral("source"), QStringLiteral("A video or picture file standing in for the camera."),
+         QStringLiteral("FILE")},
+        {QStringLiteral("exit-on-result"), QStringLiteral("Quit after the first delegate call (status 0).")},
+        {QStringLiteral("timeout"), QStringLiteral("Quit with status 1 when nothing was reported after SECONDS."),
+         QStringLiteral("SECONDS")},
+        {QStringLiteral("manual"), QStringLiteral("Open with the manual VIN prompt.")},
+        {QStringLiteral("landscape"), QStringLiteral("The screen's landscape mode.")},
+        {QStringLiteral("modal"), QStringLiteral("Present the screen instead of pushing it.")},
+        {QStringLiteral("device"), QStringLiteral("The phone screen to imitate, in points (default 375x812)."),
+         QStringLiteral("WxH")},
+    });
+    parser.process(app);
+    QTextStream err(stderr);
+    const QString claimId = parser.value(QStringLiteral("claim"));
+    QSize screenSize(375, 812);
+    if (claimId.isEmpty()
+        || (parser.isSet(QStringLiteral("device")) && !parseSize(parser.value(QStringLiteral("device")), &screenSize))) {
+        err << parser.helpText();
+        return UsageError;
+    }
+
+    QString source = parser.value(QStringLiteral("source"));
+    if (source.isEmpty() && !CaptureDevice::defaultDeviceWithMediaType(CaptureDevice::mediaTypeVideo())) {
+        source = ZqtApps::sampleClipPath();
+        err << "zqt-vin-capture: no camera; scanning the sample clip " << source << "\n";
+    }
+    if (!source.isEmpty() && !CaptureDevice::addStandIn(source)) {
+        err << "zqt-vin-capture: cannot use " << source << " as the video source\n";
+        return UsageError;
+    }
+
+    DeviceProfile profile = DeviceProfile::current();
+    profile.mainScreenBounds = QSizeF(screenSize);
+    DeviceProfile::setCurrent(profile);
+
+    ZqtApps::ScanHostOptions options;
+    options.claimId = claimId;
+    options.manual = parser.isSet(QStringLiteral("manual"));
+    options.landscape = parser.isSet(QStringLiteral("landscape"));
+    options.modal = parser.isSet(QStringLiteral("modal"));
+    ZqtApps::ScanHost host(options);
+    if (!host.screen()) {
+        err << "zqt-vin-capture: the capture screen could not be made\n";
+        return NoResult;
+    }
+
+    const bool exitOnResult = parser.isSet(QStringLiteral("exit-on-result"));
+    QTextStream out(stdout);
+    QObject::connect(&host, &ZqtApps::ScanHost::scanned, &app, [&](const ZqtApps::ScanResult &result) {
+        out << QJsonDocument(result.toJson()).toJson(QJsonDocument::Compact) << "\n";
+        out.flush();
+        const QString photo = host.vinPhotoPath();
+        if (!photo.isEmpty())
+            err << "zqt-vin-capture: VIN photo " << photo << "\n";
+        err.flush();
+        if (exitOnResult)
+            QApplication::exit(ResultReported);
+    });
+    const int timeout = parser.value(QStringLiteral("timeout")).toInt();
+    if (timeout > 0) {
+        QTimer::singleShot(timeout * 1000, &app, [&] {
+            err << "zqt-vin-capture: nothing reported in " << timeout << " s\n";
+            QApplication::exit(NoResult);
+        });
+    }
+
+    const bool landscape = options.landscape;
+    host.show(landscape ? screenSize.transposed() : screenSize);
+    return QApplication::exec();
+}

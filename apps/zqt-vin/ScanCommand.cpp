@@ -1,0 +1,111 @@
+// zqt-vin scan: runs the capture screen's barcode session over image and video files, one after
+// the other, each standing in for the camera.
+#include "Commands.h"
+#include "ScanHost.h"
+
+#include "platform/CaptureDevice.h"
+
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+
+using namespace ZQTPlatform;
+
+namespace ZqtVin {
+
+namespace {
+
+// A picture is given this long (its frames cycle through the reader's strategies); a video
+// plays once to its end, within the same overall limit.
+constexpr int pictureMs = 2000;
+constexpr int fileLimitMs = 60000;
+
+struct FileOutcome
+{
+    std::optional<ZqtApps::ScanResult> result;
+    QString photoPath;
+    QString problem; // why the file could not be scanned
+};
+
+FileOutcome scanFile(const QString &claimId, const QString &path)
+{
+    FileOutcome outcome;
+    CaptureDevice::removeStandIns();
+    CaptureDevice *device = CaptureDevice::addStandIn(path);
+    if (!device) {
+        outcome.problem = QStringLiteral("cannot be read");
+        return outcome;
+    }
+    ZqtApps::ScanHostOptions options;
+    options.claimId = claimId;
+    ZqtApps::ScanHost host(options);
+    if (!host.screen()) {
+        outcome.problem = QStringLiteral("no capture screen");
+        return outcome;
+    }
+    QEventLoop loop;
+    QObject::connect(&host, &ZqtApps::ScanHost::scanned, &loop, [&](const ZqtApps::ScanResult &result) {
+        outcome.result = result;
+        loop.quit();
+    });
+    QObject::connect(device, &CaptureDevice::endOfStream, &loop, &QEventLoop::quit);
+    QTimer::singleShot(fileLimitMs, &loop, &QEventLoop::quit);
+    host.show(QSize(375, 812));
+    // A picture repeats itself: after a while more frames tell nothing new.
+    QTimer pictureLimit;
+    pictureLimit.setSingleShot(true);
+    QObject::connect(&pictureLimit, &QTimer::timeout, &loop, &QEventLoop::quit);
+    if (device->uniqueID().startsWith(QLatin1String("picture:")))
+        pictureLimit.start(pictureMs);
+    loop.exec();
+    if (!outcome.result && !device->availabilityError().isNull())
+        outcome.problem = device->availabilityError().localizedDescription();
+    outcome.photoPath = host.vinPhotoPath();
+    return outcome;
+}
+
+} // namespace
+
+int runScan(const QStringList &args, Streams io)
+{
+    QString claimId;
+    bool json = false;
+    QStringList files;
+    for (int i = 0; i < args.size(); ++i) {
+        if (args[i] == QLatin1String("--claim") && i + 1 < args.size())
+            claimId = args[++i];
+        else if (args[i] == QLatin1String("--json"))
+            json = true;
+        else
+            files << args[i];
+    }
+    if (claimId.isEmpty() || files.isEmpty()) {
+        io.err << "usage: zqt-vin scan --claim ID [--json] FILE...\n";
+        return UsageError;
+    }
+    bool everyFileGaveAVin = true;
+    for (const QString &file : std::as_const(files)) {
+        const FileOutcome outcome = scanFile(claimId, file);
+        everyFileGaveAVin = everyFileGaveAVin && outcome.result.has_value();
+        if (json) {
+            QJsonObject line = outcome.result ? outcome.result->toJson() : QJsonObject{{QStringLiteral("vin"), QJsonValue::Null}};
+            line.insert(QStringLiteral("file"), file);
+            line.insert(QStringLiteral("photo"), outcome.photoPath.isEmpty() ? QJsonValue(QJsonValue::Null)
+                                                                              : QJsonValue(outcome.photoPath));
+            if (!outcome.result)
+                line.insert(QStringLiteral("result"), outcome.problem.isEmpty() ? QStringLiteral("no barcode") : outcome.problem);
+            io.out << QJsonDocument(line).toJson(QJsonDocument::Compact) << "\n";
+        } else if (outcome.result) {
+            io.out << file << "\t" << outcome.result->vin << "\t" << (outcome.result->isVINValid ? "valid" : "invalid")
+                   << "\t" << (outcome.photoPath.isEmpty() ? QStringLiteral("-") : outcome.photoPath) << "\n";
+        } else {
+            io.out << file << "\t" << (outcome.problem.isEmpty() ? QStringLiteral("no barcode") : outcome.problem) << "\n";
+        }
+        io.out.flush();
+    }
+    CaptureDevice::removeStandIns();
+    return everyFileGaveAVin ? Success : Negative;
+}
+
+} // namespace ZqtVin
