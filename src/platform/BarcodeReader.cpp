@@ -1,0 +1,382 @@
+// ZXing-cpp stays inside this file: its headers define macros (FormatError, ChecksumError) that
+// clash with ordinary names elsewhere.
+//
+// ZXing-cpp 1.4 as packaged is built with assertions on. Two of its options are never used here:
+// tryDownscale (ReadBarcodes aborts the process when a 1-D code is found at more than one scale,
+// which ordinary 720p frames trigger; the half-size strategy replaces it) and the Code 39 check
+// digit validation (it silently drops the last character of VINs that happen to end in their own
+// mod 43 value).
+#include "platform/BarcodeReader_p.h"
+
+#include "platform/MetadataOutput.h"
+
+#include <ZXing/ReadBarcode.h>
+
+#include <QImage>
+#include <QPainter>
+#include <QVideoFrame>
+
+#include <array>
+#include <exception>
+#include <optional>
+
+namespace ZQTPlatform {
+
+namespace {
+
+struct TypeFormat
+{
+    const QString &type;
+    int formats; // ZXing::BarcodeFormat bits
+};
+
+constexpr int formatBits(ZXing::BarcodeFormat format)
+{
+    return int(format);
+}
+
+// The platform's types and the ZXing formats that find them. UPC-A is a part of EAN-13 on the
+// platform; ITF-14 is the 14-digit Interleaved 2 of 5.
+const std::array<TypeFormat, 13> &typeFormats()
+{
+    using F = ZXing::BarcodeFormat;
+    static const std::array<TypeFormat, 13> table{{
+        {MetadataObject::typeCode39, formatBits(F::Code39)},
+        {MetadataObject::typeCode39Mod43, formatBits(F::Code39)},
+        {MetadataObject::typeCode93, formatBits(F::Code93)},
+        {MetadataObject::typeCode128, formatBits(F::Code128)},
+        {MetadataObject::typeDataMatrix, formatBits(F::DataMatrix)},
+        {MetadataObject::typeQRCode, formatBits(F::QRCode)},
+        {MetadataObject::typeEAN13, formatBits(F::EAN13) | formatBits(F::UPCA)},
+        {MetadataObject::typeEAN8, formatBits(F::EAN8)},
+        {MetadataObject::typeUPCE, formatBits(F::UPCE)},
+        {MetadataObject::typePDF417, formatBits(F::PDF417)},
+        {MetadataObject::typeAztec, formatBits(F::Aztec)},
+        {MetadataObject::typeITF14, formatBits(F::ITF)},
+        {MetadataObject::typeInterleaved2of5, formatBits(F::ITF)},
+    }};
+    return table;
+}
+
+// Whether the last character of a Code 39 text is the mod 43 check character of the others.
+bool endsInMod43Check(const QString &text)
+{
+    static const QString alphabet = QStringLiteral("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ-. $/+%");
+    if (text.size() < 2)
+        return false;
+    int sum = 0;
+    for (qsizetype i = 0; i + 1 < text.size(); ++i) {
+        const qsizetype value = alphabet.indexOf(text.at(i));
+        if (value < 0)
+            return false;
+        sum += int(value);
+    }
+    return alphabet.indexOf(text.back()) == sum % 43;
+}
+
+// The platform type of a ZXing result among the wanted types; an empty string when not wanted.
+QString platformType(ZXing::BarcodeFormat format, const QString &text, const QStringList &wanted)
+{
+    const auto pick = [&wanted](const QString &preferred, const QString &otherwise) {
+        return wanted.contains(preferred) ? preferred : wanted.contains(otherwise) ? otherwise : QString();
+    };
+    switch (format) {
+    case ZXing::BarcodeFormat::Code39:
+        return endsInMod43Check(text) ? pick(MetadataObject::typeCode39Mod43, MetadataObject::typeCode39)
+                                      : pick(MetadataObject::typeCode39, QString());
+    case ZXing::BarcodeFormat::UPCA:
+        return pick(MetadataObject::typeEAN13, QString());
+    case ZXing::BarcodeFormat::ITF:
+        return text.size() == 14 ? pick(MetadataObject::typeITF14, MetadataObject::typeInterleaved2of5)
+                                 : pick(MetadataObject::typeInterleaved2of5, QString());
+    default:
+        break;
+    }
+    for (const TypeFormat &entry : typeFormats()) {
+        if (entry.formats & formatBits(format))
+            return pick(entry.type, QString());
+    }
+    return {};
+}
+
+ZXing::DecodeHints hintsFor(const ReadStrategy &strategy, ZXing::BarcodeFormats formats)
+{
+    ZXing::DecodeHints hints;
+    hints.setFormats(formats)
+        .setBinarizer(strategy.binarizer == ReadStrategy::Binarizer::GlobalHistogram ? ZXing::Binarizer::GlobalHistogram
+                                                                                     : ZXing::Binarizer::LocalAverage)
+        .setTryHarder(strategy.tryHarder)
+        .setTryRotate(strategy.tryRotate)
+        .setTryDownscale(false)
+        .setMaxNumberOfSymbols(uint8_t(strategy.maxSymbols))
+        .setTryCode39ExtendedMode(true)
+        .setValidateCode39CheckSum(false);
+    return hints;
+}
+
+// The part of a frame a strategy reads: its rows, subsampled.
+struct StrategyView
+{
+    ZXing::ImageView view;
+    int top;   // first row, in frame pixels
+    int scale; // frame pixels per view pixel
+};
+
+StrategyView strategyView(const ZXing::ImageView &frame, const ReadStrategy &strategy)
+{
+    const int top = int(frame.height() * strategy.top);
+    const int height = int(frame.height() * strategy.height);
+    const ZXing::ImageView rows = frame.cropped(0, top, frame.width(), height);
+    return {strategy.subsampling > 1 ? rows.subsampled(strategy.subsampling) : rows, top, strategy.subsampling};
+}
+
+QList<DecodedBarcode> decode(const ZXing::ImageView &frame, quint64 frameNumber, int formats, const QStringList &wanted)
+{
+    // ZXing's detectors need a few pixels to work with; anything smaller holds no code.
+    constexpr int smallestSide = 16;
+    const ReadStrategy strategy = ReadStrategy::forFrame(frameNumber);
+    const StrategyView part = strategyView(frame, strategy);
+    if (formats == 0 || part.view.width() < smallestSide || part.view.height() < smallestSide)
+        return {};
+
+    QList<DecodedBarcode> codes;
+    try {
+        const ZXing::Results results
+            = ZXing::ReadBarcodes(part.view, hintsFor(strategy, ZXing::BarcodeFormats(ZXing::BarcodeFormat(formats))));
+        for (const ZXing::Result &result : results) {
+            if (!result.isValid())
+                continue;
+            DecodedBarcode code;
+            code.text = QString::fromStdString(result.text());
+            code.type = platformType(result.format(), code.text, wanted);
+            if (code.type.isEmpty())
+                continue;
+            if (result.format() == ZXing::BarcodeFormat::UPCA)
+                code.text.prepend(QLatin1Char('0'));
+            for (const ZXing::PointI &corner : result.position())
+                code.corners.append(QPointF(corner.x * part.scale, corner.y * part.scale + part.top));
+            codes.append(code);
+        }
+    } catch (const std::exception &) {
+        return {};
+    } catch (...) {
+        return {};
+    }
+    return codes;
+}
+
+// Where a frame's luminance lies in its first plane: the byte offset of the first pixel's luma
+// and the distance between pixels. 16-bit formats are read through their more significant byte.
+struct LumaLayout
+{
+    int offset;
+    int pixelStride;
+};
+
+constexpr int highByteOf16 = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? 1 : 0;
+
+std::optional<LumaLayout> lumaLayout(QVideoFrameFormat::PixelFormat format)
+{
+    using P = QVideoFrameFormat::PixelFormat;
+    switch (format) {
+    case P::Format_YUV420P:
+    case P::Format_YUV422P:
+    case P::Format_YV12:
+    case P::Format_NV12:
+    case P::Format_NV21:
+    case P::Format_IMC1:
+    case P::Format_IMC2:
+    case P::Format_IMC3:
+    case P::Format_IMC4:
+    case P::Format_Y8:
+        return LumaLayout{0, 1};
+    case P::Format_Y16:
+    case P::Format_P010:
+    case P::Format_P016:
+        return LumaLayout{highByteOf16, 2};
+    case P::Format_YUYV:
+        return LumaLayout{0, 2};
+    case P::Format_UYVY:
+        return LumaLayout{1, 2};
+    case P::Format_AYUV:
+    case P::Format_AYUV_Premultiplied:
+        return LumaLayout{1, 4};
+    default:
+        return std::nullopt;
+    }
+}
+
+// Packed RGB frames, named by their byte order in memory, as ZXing's formats.
+std::optional<ZXing::ImageFormat> rgbFormat(QVideoFrameFormat::PixelFormat format)
+{
+    using P = QVideoFrameFormat::PixelFormat;
+    switch (format) {
+    case P::Format_ARGB8888:
+    case P::Format_ARGB8888_Premultiplied:
+    case P::Format_XRGB8888:
+        return ZXing::ImageFormat::XRGB;
+    case P::Format_BGRA8888:
+    case P::Format_BGRA8888_Premultiplied:
+    case P::Format_BGRX8888:
+        return ZXing::ImageFormat::BGRX;
+    case P::Format_ABGR8888:
+    case P::Format_XBGR8888:
+        return ZXing::ImageFormat::XBGR;
+    case P::Format_RGBA8888:
+    case P::Format_RGBX8888:
+        return ZXing::ImageFormat::RGBX;
+    default:
+        return std::nullopt;
+    }
+}
+
+// A view over the first plane of a mapped frame, if the plane is as large as the frame says.
+std::optional<ZXing::ImageView> frameView(const QVideoFrame &frame)
+{
+    const QVideoFrameFormat::PixelFormat format = frame.pixelFormat();
+    int offset = 0;
+    int pixelStride = 0;
+    ZXing::ImageFormat imageFormat = ZXing::ImageFormat::Lum;
+    if (const auto luma = lumaLayout(format)) {
+        offset = luma->offset;
+        pixelStride = luma->pixelStride;
+    } else if (const auto rgb = rgbFormat(format)) {
+        imageFormat = *rgb;
+        pixelStride = ZXing::PixStride(imageFormat);
+    } else {
+        return std::nullopt;
+    }
+    const int width = frame.width();
+    const int height = frame.height();
+    const int rowStride = frame.bytesPerLine(0);
+    const uchar *bits = frame.bits(0);
+    if (!bits || width <= 0 || height <= 0 || rowStride < width * pixelStride
+        || qint64(frame.mappedBytes(0)) < qint64(rowStride) * (height - 1) + qint64(width) * pixelStride)
+        return std::nullopt;
+    return ZXing::ImageView(bits + offset, width, height, imageFormat, rowStride, pixelStride);
+}
+
+// A view over a picture in one of the layouts read in place.
+std::optional<ZXing::ImageView> imageView(const QImage &image)
+{
+    ZXing::ImageFormat format;
+    int offset = 0;
+    int pixelStride = 0;
+    switch (image.format()) {
+    case QImage::Format_Grayscale8:
+        format = ZXing::ImageFormat::Lum;
+        break;
+    case QImage::Format_Grayscale16:
+        format = ZXing::ImageFormat::Lum;
+        offset = highByteOf16;
+        pixelStride = 2;
+        break;
+    case QImage::Format_RGB32:
+        format = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? ZXing::ImageFormat::BGRX : ZXing::ImageFormat::XRGB;
+        break;
+    case QImage::Format_RGBX8888:
+        format = ZXing::ImageFormat::RGBX;
+        break;
+    case QImage::Format_RGB888:
+        format = ZXing::ImageFormat::RGB;
+        break;
+    case QImage::Format_BGR888:
+        format = ZXing::ImageFormat::BGR;
+        break;
+    default:
+        return std::nullopt;
+    }
+    return ZXing::ImageView(image.constBits() + offset, image.width(), image.height(), format,
+                            int(image.bytesPerLine()), pixelStride);
+}
+
+} // namespace
+
+ReadStrategy ReadStrategy::forFrame(quint64 frameNumber)
+{
+    ReadStrategy strategy;
+    switch (frameNumber % cycleLength()) {
+    case 0:
+        break;
+    case 1:
+        strategy.binarizer = Binarizer::GlobalHistogram;
+        strategy.tryRotate = true;
+        break;
+    case 2:
+        strategy.tryHarder = true;
+        strategy.tryRotate = true;
+        break;
+    case 3:
+        strategy.tryHarder = true;
+        strategy.tryRotate = true;
+        strategy.subsampling = 2;
+        break;
+    case 4:
+        strategy.height = 0.5;
+        break;
+    default:
+        strategy.top = 0.5;
+        strategy.height = 0.5;
+        break;
+    }
+    return strategy;
+}
+
+int ReadStrategy::cycleLength()
+{
+    return 6;
+}
+
+QStringList BarcodeReader::knownTypes()
+{
+    QStringList types;
+    for (const TypeFormat &entry : typeFormats())
+        types.append(entry.type);
+    return types;
+}
+
+BarcodeReader::BarcodeReader(const QStringList &types)
+{
+    for (const TypeFormat &entry : typeFormats()) {
+        if (types.contains(entry.type)) {
+            m_types.append(entry.type);
+            m_formats |= entry.formats;
+        }
+    }
+}
+
+QList<DecodedBarcode> BarcodeReader::read(const QVideoFrame &frame, quint64 frameNumber) const
+{
+    if (m_formats == 0 || !frame.isValid())
+        return {};
+    // Compressed frames and the rare layouts not read in place go through Qt's conversion.
+    if (!lumaLayout(frame.pixelFormat()) && !rgbFormat(frame.pixelFormat()))
+        return read(frame.toImage(), frameNumber);
+    QVideoFrame mapped = frame;
+    if (!mapped.map(QVideoFrame::ReadOnly))
+        return {};
+    QList<DecodedBarcode> codes;
+    if (const auto view = frameView(mapped))
+        codes = decode(*view, frameNumber, m_formats, m_types);
+    mapped.unmap();
+    return codes;
+}
+
+QList<DecodedBarcode> BarcodeReader::read(const QImage &image, quint64 frameNumber) const
+{
+    if (m_formats == 0 || image.isNull())
+        return {};
+    // Transparent pixels are the paper the code is printed on (their colour is often black).
+    if (image.hasAlphaChannel()) {
+        QImage flattened(image.size(), QImage::Format_RGB32);
+        flattened.fill(Qt::white);
+        QPainter(&flattened).drawImage(0, 0, image);
+        return read(flattened, frameNumber);
+    }
+    if (const auto view = imageView(image))
+        return decode(*view, frameNumber, m_formats, m_types);
+    const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
+    return decode(*imageView(grey), frameNumber, m_formats, m_types);
+}
+
+} // namespace ZQTPlatform

@@ -1,0 +1,81 @@
+// The barcode reader behind the metadata output: ZXing-cpp over the luminance of a camera frame,
+// read straight from the mapped frame, with the decoding strategy cycled from frame to frame so
+// that every frame stays cheap while a steady stream still gets the expensive searches.
+#pragma once
+
+#include <QList>
+#include <QPointF>
+#include <QString>
+#include <QStringList>
+
+class QImage;
+class QVideoFrame;
+
+namespace ZQTPlatform {
+
+// One code found in a frame.
+struct DecodedBarcode
+{
+    QString type;           // the platform's type name, e.g. "org.iso.Code39Mod43"
+    QString text;           // the whole payload, check characters included
+    QList<QPointF> corners; // frame pixels, clockwise from the symbol's top left
+};
+
+// How one frame is searched. The cycle, one entry per frame (frameNumber modulo its length):
+//   0  fast:        local-average binarizer, a few rows for 1-D codes, no rotation
+//   1  histogram:   global-histogram binarizer (low contrast, glare), also turned by 90 degrees
+//   2  thorough:    local-average, every row, turned by 90 too, the slow 2-D detectors
+//   3  half size:   the thorough search on a 2x subsampled view (large-module Data Matrix,
+//                   codes close to the lens, heavy blur)
+//   4  upper half:  the fast search on the upper half of the frame
+//   5  lower half:  the fast search on the lower half
+// ZXing's Data Matrix detector only finds symbols that cross the middle row of what it is given;
+// the two halves move that row to a quarter and three quarters of the frame height.
+// Cost per frame, 1920 x 1080 without a code, one core (bench_barcode_reader): COSTS
+// A frame that holds a code is cheaper than one without. Up to four codes are returned per frame.
+struct ReadStrategy
+{
+    enum class Binarizer { LocalAverage, GlobalHistogram };
+
+    Binarizer binarizer = Binarizer::LocalAverage;
+    bool tryHarder = false;  // every row for 1-D codes, the slow detector for 2-D codes
+    bool tryRotate = false;  // also look for codes turned by 90 degrees
+    int subsampling = 1;     // read every n-th pixel of every n-th row
+    double top = 0;          // the rows read, as fractions of the frame height
+    double height = 1;
+    int maxSymbols = 4;      // stop after this many codes
+
+    // The strategy of a frame.
+    static ReadStrategy forFrame(quint64 frameNumber);
+    // The length of the cycle.
+    static int cycleLength();
+};
+
+// Reads the codes of the types it was made for. Immutable after construction: read() runs on any
+// thread, concurrently too. It never throws, and tolerates any frame, garbage included.
+class BarcodeReader
+{
+public:
+    // Every type name the reader knows, in the platform's order.
+    static QStringList knownTypes();
+
+    // The reader of the given platform type names (unknown names are ignored). Code 39 symbols
+    // whose last character is the mod 43 check character of the others are reported as Code 39
+    // mod 43 when that type is wanted, otherwise as Code 39; either way the text stays whole.
+    explicit BarcodeReader(const QStringList &types);
+
+    QStringList types() const { return m_types; }
+
+    // The codes in a frame, read with the frame's strategy. The frame is mapped read-only; the
+    // luminance plane of YUV frames (and ZXing's own RGB handling for packed RGB) is read in place.
+    QList<DecodedBarcode> read(const QVideoFrame &frame, quint64 frameNumber) const;
+    // The same for a picture. Grey, RGB32 and 24-bit RGB pictures are read in place; transparent
+    // pixels count as white paper.
+    QList<DecodedBarcode> read(const QImage &image, quint64 frameNumber) const;
+
+private:
+    QStringList m_types;
+    int m_formats = 0; // ZXing's format flags of m_types
+};
+
+} // namespace ZQTPlatform

@@ -1,0 +1,396 @@
+// The barcode reader on generated camera frames (VIN labels in every symbology, in the pixel
+// layouts cameras deliver), and the metadata output end to end: a picture stand-in streaming
+// through a capture session to the delegate on the GUI thread.
+#include "platform/BarcodeReader_p.h"
+#include "platform/CaptureDevice.h"
+#include "platform/CaptureSession.h"
+#include "platform/MetadataOutput.h"
+#include "platform/VideoFrames_p.h"
+#include "support/TestData.h"
+
+#include <BarcodeArt.h>
+
+#include <gtest/gtest.h>
+
+#include <QPainter>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTest>
+#include <QtEndian>
+#include <QThread>
+#include <QVideoFrame>
+
+#include <functional>
+#include <memory>
+
+using namespace ZQTPlatform;
+using BarcodeArt::Symbology;
+
+namespace {
+
+const QString vin = QStringLiteral("1HGCM82633A004352");
+const QStringList vinTypes{MetadataObject::typeCode39, MetadataObject::typeCode39Mod43, MetadataObject::typeCode93,
+                           MetadataObject::typeCode128, MetadataObject::typeDataMatrix};
+
+QImage labelFrame(Symbology symbology, const QString &text, int modulePixels = 3, QSize size = {1280, 720})
+{
+    BarcodeArt::Scene scene;
+    scene.frameSize = size;
+    scene.caption = QStringLiteral("VIN ") + text;
+    return BarcodeArt::renderScene(BarcodeArt::renderSymbol(symbology, text, modulePixels), scene);
+}
+
+// The codes of the first frame of the strategy cycle that finds any.
+QList<DecodedBarcode> readWithinCycle(const std::function<QList<DecodedBarcode>(quint64)> &read)
+{
+    for (int frame = 0; frame < ReadStrategy::cycleLength(); ++frame) {
+        const QList<DecodedBarcode> codes = read(frame);
+        if (!codes.isEmpty())
+            return codes;
+    }
+    return {};
+}
+
+QPointF centroid(const QList<QPointF> &points)
+{
+    QPointF sum;
+    for (const QPointF &point : points)
+        sum += point;
+    return points.isEmpty() ? sum : sum / points.size();
+}
+
+// A frame of the given layout with the picture's luminance (neutral chroma; grey RGB).
+QVideoFrame frameWithLayout(const QImage &picture, QVideoFrameFormat::PixelFormat format)
+{
+    const QImage grey = picture.convertToFormat(QImage::Format_Grayscale8);
+    QVideoFrame frame(QVideoFrameFormat(grey.size(), format));
+    if (!frame.map(QVideoFrame::WriteOnly))
+        return {};
+    for (int plane = 1; plane < frame.planeCount(); ++plane)
+        memset(frame.bits(plane), 128, frame.mappedBytes(plane));
+    for (int y = 0; y < grey.height(); ++y) {
+        const uchar *in = grey.constScanLine(y);
+        uchar *out = frame.bits(0) + y * frame.bytesPerLine(0);
+        for (int x = 0; x < grey.width(); ++x) {
+            switch (format) {
+            case QVideoFrameFormat::Format_NV12: out[x] = in[x]; break;
+            case QVideoFrameFormat::Format_Y16: qToLittleEndian<quint16>(in[x] << 8 | (x * 37 & 0xFF), out + 2 * x); break;
+            case QVideoFrameFormat::Format_UYVY: out[2 * x] = 128; out[2 * x + 1] = in[x]; break;
+            case QVideoFrameFormat::Format_YUYV: out[2 * x] = in[x]; out[2 * x + 1] = 128; break;
+            default: // 32-bit RGB with the padding byte last or first
+                memset(out + 4 * x, in[x], 4);
+                out[format == QVideoFrameFormat::Format_BGRX8888 ? 4 * x + 3 : 4 * x] = 0;
+                break;
+            }
+        }
+    }
+    frame.unmap();
+    return frame;
+}
+
+TEST(BarcodeReader, ReadsVinLabelsOfEverySymbologyInEveryFrameLayout)
+{
+    const BarcodeReader reader(vinTypes);
+    const struct { Symbology symbology; QString type; } cases[] = {
+        {Symbology::Code39, MetadataObject::typeCode39},
+        {Symbology::Code93, MetadataObject::typeCode93},
+        {Symbology::Code128, MetadataObject::typeCode128},
+        {Symbology::DataMatrix, MetadataObject::typeDataMatrix},
+    };
+    for (const auto &c : cases) {
+        const QImage picture = labelFrame(c.symbology, vin);
+        const QList<std::pair<const char *, QVideoFrame>> frames{
+            {"YUV420P", videoFrameFromImage(picture)},
+            {"NV12", frameWithLayout(picture, QVideoFrameFormat::Format_NV12)},
+            {"Y16", frameWithLayout(picture, QVideoFrameFormat::Format_Y16)},
+            {"UYVY", frameWithLayout(picture, QVideoFrameFormat::Format_UYVY)},
+            {"YUYV", frameWithLayout(picture, QVideoFrameFormat::Format_YUYV)},
+            {"BGRX8888", frameWithLayout(picture, QVideoFrameFormat::Format_BGRX8888)},
+            {"XRGB8888", frameWithLayout(picture, QVideoFrameFormat::Format_XRGB8888)},
+        };
+        for (const auto &[layout, frame] : frames) {
+            SCOPED_TRACE(c.type.toStdString() + " in " + layout);
+            ASSERT_TRUE(frame.isValid());
+            // A clean label is read by the cheapest strategy, in the first frame.
+            const QList<DecodedBarcode> codes = reader.read(frame, 0);
+            ASSERT_EQ(codes.size(), 1);
+            EXPECT_EQ(codes[0].type, c.type);
+            EXPECT_EQ(codes[0].text, vin);
+            ASSERT_EQ(codes[0].corners.size(), 4);
+            const QPointF centre = centroid(codes[0].corners);
+            EXPECT_NEAR(centre.x(), 640, 40);
+            EXPECT_NEAR(centre.y(), 360 - 15, 40); // the caption sits under the symbol
+        }
+        // A colour picture, read by ZXing's own RGB handling.
+        const QList<DecodedBarcode> fromImage = reader.read(picture, 0);
+        ASSERT_EQ(fromImage.size(), 1) << c.type.toStdString();
+        EXPECT_EQ(fromImage[0].text, vin);
+    }
+}
+
+// Each strategy reads its own part of the frame; a Data Matrix on the middle row of that part is
+// found, and its corners come back in frame pixels.
+TEST(BarcodeReader, EveryStrategyFindsDataMatrixOnItsMiddleRowInFramePixels)
+{
+    const BarcodeReader reader({MetadataObject::typeDataMatrix});
+    const QImage symbol = BarcodeArt::renderSymbol(Symbology::DataMatrix, vin, 8);
+    for (int frame = 0; frame < ReadStrategy::cycleLength(); ++frame) {
+        SCOPED_TRACE(frame);
+        const ReadStrategy strategy = ReadStrategy::forFrame(frame);
+        BarcodeArt::Scene scene;
+        scene.centre = QPointF(0.25, strategy.top + strategy.height / 2);
+        const QList<DecodedBarcode> codes = reader.read(videoFrameFromImage(BarcodeArt::renderScene(symbol, scene)), frame);
+        ASSERT_EQ(codes.size(), 1);
+        EXPECT_NEAR(centroid(codes[0].corners).x(), scene.centre.x() * 1280, 12);
+        EXPECT_NEAR(centroid(codes[0].corners).y(), scene.centre.y() * 720, 12);
+    }
+}
+
+// Code 39 text always comes back whole: a leading "I", and real VINs whose last character
+// happens to be the mod 43 check character of the others (which the check-digit option would cut off).
+TEST(BarcodeReader, Code39KeepsEveryCharacterAndTellsMod43Apart)
+{
+    const QString mod43Alphabet = QStringLiteral("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ-. $/+%");
+    QStringList mod43Vins;
+    const QList<QStringList> rows = TestData::readCsv(TestData::directory() + "/vins/real-vins.csv");
+    for (const QStringList &row : rows.mid(1)) {
+        const QString &text = row[0];
+        int sum = 0;
+        for (const QChar c : text.chopped(1))
+            sum += int(mod43Alphabet.indexOf(c));
+        if (text.size() == 17 && !text.contains(QRegularExpression("[^0-9A-Z]")) && mod43Alphabet.indexOf(text.back()) == sum % 43)
+            mod43Vins.append(text);
+    }
+    ASSERT_GE(mod43Vins.size(), 2);
+
+    const BarcodeReader both(vinTypes);
+    const BarcodeReader plainOnly({MetadataObject::typeCode39});
+    const BarcodeReader mod43Only({MetadataObject::typeCode39Mod43});
+    for (const QString &text : mod43Vins) {
+        const QImage picture = labelFrame(Symbology::Code39, text);
+        const QList<DecodedBarcode> codes = both.read(picture, 0);
+        ASSERT_EQ(codes.size(), 1) << text.toStdString();
+        EXPECT_EQ(codes[0].text, text);
+        EXPECT_EQ(codes[0].type, MetadataObject::typeCode39Mod43);
+        ASSERT_EQ(plainOnly.read(picture, 0).size(), 1);
+        EXPECT_EQ(plainOnly.read(picture, 0)[0].type, MetadataObject::typeCode39);
+    }
+
+    const QImage prefixed = labelFrame(Symbology::Code39, QStringLiteral("I") + vin);
+    const QList<DecodedBarcode> codes = both.read(prefixed, 0);
+    ASSERT_EQ(codes.size(), 1);
+    EXPECT_EQ(codes[0].text, QStringLiteral("I") + vin);
+    EXPECT_EQ(codes[0].type, MetadataObject::typeCode39);
+    EXPECT_TRUE(mod43Only.read(prefixed, 0).isEmpty());
+}
+
+TEST(BarcodeReader, ReportsOtherTypesOnlyWhenAskedFor)
+{
+    const QImage picture = labelFrame(Symbology::QRCode, QStringLiteral("https://example.com/claim"), 5);
+    const BarcodeReader vinReader(vinTypes);
+    EXPECT_TRUE(readWithinCycle([&](quint64 f) { return vinReader.read(picture, f); }).isEmpty());
+    const BarcodeReader qrReader({MetadataObject::typeQRCode, QStringLiteral("org.example.Unknown")});
+    EXPECT_EQ(qrReader.types(), QStringList{MetadataObject::typeQRCode});
+    const QList<DecodedBarcode> codes = qrReader.read(picture, 0);
+    ASSERT_EQ(codes.size(), 1);
+    EXPECT_EQ(codes[0].type, MetadataObject::typeQRCode);
+    EXPECT_EQ(codes[0].text, QStringLiteral("https://example.com/claim"));
+}
+
+TEST(BarcodeReader, ReadsTwoCodesOfOneFrame)
+{
+    // A label with a Code 128 VIN beside a Data Matrix of the same VIN.
+    const QImage linear = BarcodeArt::renderSymbol(Symbology::Code128, vin, 3);
+    const QImage matrix = BarcodeArt::renderSymbol(Symbology::DataMatrix, vin + "-B", 6);
+    QImage both(linear.width() + matrix.width(), qMax(linear.height(), matrix.height()), QImage::Format_Grayscale8);
+    both.fill(255);
+    QPainter(&both).drawImage(0, 0, linear);
+    QPainter(&both).drawImage(linear.width(), 0, matrix);
+    const QVideoFrame frame = videoFrameFromImage(BarcodeArt::renderScene(both, {}));
+
+    const BarcodeReader reader(vinTypes);
+    QStringList texts;
+    for (const DecodedBarcode &code : reader.read(frame, 0))
+        texts.append(code.text);
+    texts.sort();
+    EXPECT_EQ(texts, QStringList({vin, vin + "-B"}));
+}
+
+TEST(BarcodeReader, FramesWithoutCodesOrWithoutSenseGiveNothing)
+{
+    const BarcodeReader reader(BarcodeReader::knownTypes());
+    QImage blank(1280, 720, QImage::Format_RGB32);
+    blank.fill(Qt::white);
+    QImage emptySymbol(400, 100, QImage::Format_Grayscale8);
+    emptySymbol.fill(255);
+    const QImage labelWithoutCode = BarcodeArt::renderScene(emptySymbol, {});
+    for (const QImage &picture : {blank, labelWithoutCode}) {
+        EXPECT_TRUE(readWithinCycle([&](quint64 f) { return reader.read(videoFrameFromImage(picture), f); }).isEmpty());
+    }
+
+    // Noise of odd and tiny sizes in every layout, and frames that are not frames.
+    QRandomGenerator random(7);
+    for (const QSize size : {QSize(1, 1), QSize(3, 7), QSize(17, 1), QSize(641, 479), QSize(1921, 3)}) {
+        QImage noise(size, QImage::Format_RGB32);
+        for (int y = 0; y < size.height(); ++y)
+            random.fillRange(reinterpret_cast<quint32 *>(noise.scanLine(y)), size.width());
+        for (int f = 0; f < ReadStrategy::cycleLength(); ++f) {
+            EXPECT_TRUE(reader.read(noise, f).isEmpty());
+            EXPECT_TRUE(reader.read(frameWithLayout(noise, QVideoFrameFormat::Format_UYVY), f).isEmpty());
+            EXPECT_TRUE(reader.read(videoFrameFromImage(noise), f).isEmpty());
+        }
+    }
+    EXPECT_TRUE(reader.read(QVideoFrame(), 0).isEmpty());
+    EXPECT_TRUE(reader.read(QImage(), 0).isEmpty());
+    EXPECT_TRUE(BarcodeReader({}).read(labelFrame(Symbology::Code39, vin), 0).isEmpty());
+}
+
+// --- The metadata output.
+
+// Gives the tests the session's way in.
+class FrameFedOutput : public MetadataOutput
+{
+public:
+    using MetadataOutput::videoFrameArrived;
+};
+
+struct Delivery
+{
+    QList<MetadataObject> objects;
+    bool onGuiThread = false;
+};
+
+class MetadataOutputTest : public ::testing::Test
+{
+protected:
+    void TearDown() override { CaptureDevice::removeStandIns(); }
+
+    // A running session over a picture stand-in, with an output reporting the given types.
+    std::shared_ptr<MetadataOutput> startSession(const QImage &picture, const QStringList &types)
+    {
+        CaptureDevice *device = CaptureDevice::addStandIn(picture);
+        EXPECT_NE(device, nullptr);
+        session = std::make_unique<CaptureSession>();
+        session->addInput(CaptureDeviceInput::deviceInputWithDevice(device, nullptr));
+        auto output = std::make_shared<MetadataOutput>();
+        session->addOutput(output);
+        output->setMetadataObjectTypes(types);
+        output->setMetadataObjectsDelegate(
+            [this](const QList<MetadataObject> &objects, CaptureConnection *connection) {
+                deliveries.append({objects, QThread::currentThread() == qApp->thread()});
+                connectionSeen = connection != nullptr;
+            },
+            nullptr);
+        session->startRunning();
+        return output;
+    }
+
+    std::unique_ptr<CaptureSession> session;
+    QList<Delivery> deliveries;
+    bool connectionSeen = false;
+};
+
+TEST_F(MetadataOutputTest, StreamsCodesToTheDelegateOnTheGuiThread)
+{
+    BarcodeArt::Scene scene;
+    scene.frameSize = QSize(960, 540);
+    scene.centre = QPointF(0.5, 0.25);
+    const QImage symbol = BarcodeArt::renderSymbol(Symbology::Code128, vin, 3);
+    // The bars in the frame's unit square: the symbol less its 10-module quiet zone, centred.
+    const QSizeF barsSize((symbol.width() - 60) / 960.0, (symbol.height() - 60) / 540.0);
+    const QRectF bars = QRectF(QPointF(0.5, 0.25) - QPointF(barsSize.width(), barsSize.height()) / 2, barsSize)
+                            .adjusted(-0.005, -0.005, 0.005, 0.005);
+    const std::shared_ptr<MetadataOutput> output = startSession(BarcodeArt::renderScene(symbol, scene), vinTypes);
+
+    QTRY_VERIFY_WITH_TIMEOUT(deliveries.size() >= 3, 10000);
+    for (const Delivery &delivery : std::as_const(deliveries)) {
+        EXPECT_TRUE(delivery.onGuiThread);
+        ASSERT_EQ(delivery.objects.size(), 1);
+        const MetadataObject &object = delivery.objects[0];
+        EXPECT_EQ(object.type, MetadataObject::typeCode128);
+        EXPECT_EQ(object.stringValue, vin);
+        EXPECT_EQ(object.frameSize, QSizeF(960, 540));
+        // The rows the code was read on, across all of its bars.
+        EXPECT_TRUE(bars.contains(object.bounds));
+        EXPECT_NEAR(object.bounds.width(), bars.width(), 0.02);
+        EXPECT_EQ(object.corners.size(), 4);
+    }
+    EXPECT_TRUE(connectionSeen);
+    EXPECT_GE(output->framesRead(), quint64(deliveries.size()));
+}
+
+TEST_F(MetadataOutputTest, ReportsOnlyTheSelectedTypes)
+{
+    const QImage linear = BarcodeArt::renderSymbol(Symbology::Code39, vin, 3);
+    const QImage qr = BarcodeArt::renderSymbol(Symbology::QRCode, QStringLiteral("claim 42"), 5);
+    QImage both(linear.width() + qr.width(), qMax(linear.height(), qr.height()), QImage::Format_Grayscale8);
+    both.fill(255);
+    QPainter(&both).drawImage(0, 0, linear);
+    QPainter(&both).drawImage(linear.width(), 0, qr);
+    const std::shared_ptr<MetadataOutput> output = startSession(BarcodeArt::renderScene(both, {}), {});
+
+    // Nothing is read while no type is wanted.
+    QTest::qWait(300);
+    EXPECT_EQ(output->framesRead(), 0u);
+    EXPECT_EQ(output->availableMetadataObjectTypes(), BarcodeReader::knownTypes());
+
+    output->setMetadataObjectTypes({MetadataObject::typeQRCode, QStringLiteral("org.example.Unknown")});
+    EXPECT_EQ(output->metadataObjectTypes(), QStringList{MetadataObject::typeQRCode});
+    QTRY_VERIFY_WITH_TIMEOUT(deliveries.size() >= 2, 10000);
+    output->setMetadataObjectTypes(vinTypes);
+    const qsizetype beforeSwitch = deliveries.size();
+    QTRY_VERIFY_WITH_TIMEOUT(deliveries.size() >= beforeSwitch + 3, 10000);
+    // Frames in flight at the switch may still carry the QR code; the last ones may not.
+    for (const Delivery &delivery : deliveries.mid(beforeSwitch + 2)) {
+        ASSERT_EQ(delivery.objects.size(), 1);
+        EXPECT_EQ(delivery.objects[0].type, MetadataObject::typeCode39);
+    }
+    EXPECT_EQ(deliveries.first().objects[0].type, MetadataObject::typeQRCode);
+}
+
+TEST_F(MetadataOutputTest, NewestFrameWinsWhileTheWorkerIsBusy)
+{
+    FrameFedOutput output;
+    output.setMetadataObjectTypes(vinTypes);
+    QStringList texts;
+    output.setMetadataObjectsDelegate(
+        [&texts](const QList<MetadataObject> &objects, CaptureConnection *) { texts.append(objects[0].stringValue); },
+        nullptr);
+    // Ten frames in one turn of the event loop: the first goes to the worker, each later one
+    // replaces the one waiting, and only the tenth is read after the first.
+    for (int i = 0; i < 10; ++i)
+        output.videoFrameArrived(videoFrameFromImage(labelFrame(Symbology::Code128, QStringLiteral("FRAME-%1").arg(i))));
+    QTRY_COMPARE_WITH_TIMEOUT(output.framesRead(), 2u, 10000);
+    QTest::qWait(100);
+    EXPECT_EQ(output.framesRead(), 2u);
+    EXPECT_EQ(output.framesDropped(), 8u);
+    EXPECT_EQ(texts, QStringList({QStringLiteral("FRAME-0"), QStringLiteral("FRAME-9")}));
+}
+
+TEST_F(MetadataOutputTest, StopsCallingWhenTheContextGoesAndTearsDownWithAFrameInFlight)
+{
+    auto output = std::make_unique<FrameFedOutput>();
+    output->setMetadataObjectTypes(vinTypes);
+    int calls = 0;
+    auto context = std::make_unique<QObject>();
+    output->setMetadataObjectsDelegate([&calls](const QList<MetadataObject> &, CaptureConnection *) { ++calls; },
+                                       context.get());
+    const QVideoFrame frame = videoFrameFromImage(labelFrame(Symbology::DataMatrix, vin, 4, QSize(1920, 1080)));
+    output->videoFrameArrived(frame);
+    QTRY_COMPARE_WITH_TIMEOUT(calls, 1, 10000);
+
+    context.reset();
+    output->videoFrameArrived(frame);
+    QTest::qWait(300);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(output->framesRead(), 1u); // no delegate left: the frame is not even read
+
+    output->setMetadataObjectsDelegate([&calls](const QList<MetadataObject> &, CaptureConnection *) { ++calls; }, nullptr);
+    output->videoFrameArrived(frame);
+    output->videoFrameArrived(frame);
+    output.reset(); // joins the worker in the middle of the frame
+    QTest::qWait(200);
+    EXPECT_EQ(calls, 1);
+}
+
+} // namespace
