@@ -5,6 +5,8 @@
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
 #include "Utils/ZQTVINScanUtils.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
+#include "lib/StillCamera/StillCamera.h"
+#include "platform/CaptureDevice.h"
 #include "platform/Log.h"
 #include "platform/View.h"
 
@@ -17,6 +19,15 @@ namespace {
 
 const QString photosToBeSavedKey = QStringLiteral("PHOTOS_NAMES_TO_BE_SAVED");
 const QString saveImageCompletedKey = QStringLiteral("SAVE_IMAGE_COMPLETED");
+
+// An error as the platform's "%@" writes one.
+QString errorDescription(const Error &error)
+{
+    return QStringLiteral("Error Domain=%1 Code=%2 \"%3\" UserInfo={NSLocalizedDescription=%3}")
+        .arg(error.domain())
+        .arg(error.code())
+        .arg(error.localizedDescription());
+}
 
 } // namespace
 
@@ -58,15 +69,28 @@ void ZQTVINCaptureVC::initCameraImageView()
 void ZQTVINCaptureVC::initCamera()
 {
     logStep("initCamera");
-    // With the still-camera controller this makes the rear camera at quality 3 over the frame of
-    // cameraImageView, fixes the orientation of its pictures, logs its errors as
-    // "Camera error: %@" and puts its view behind every overlay. Until then there is no camera.
+    // A camera of an earlier call is replaced.
+    delete d->camera;
+    const QRectF frame = d->cameraImageView ? QRectF(d->cameraImageView->geometry()) : QRectF();
+    d->camera = new StillCamera(StillCamera::CameraQuality::Photo, StillCamera::CameraPosition::Back);
+    d->camera->attachToViewController(this, frame);
+    d->camera->setFixOrientationAfterCapture(true);
+    d->camera->setOnError([](StillCamera *, const Error &error) {
+        log(QStringLiteral("Camera error: %1").arg(errorDescription(error)));
+    });
+    d->camera->setGeometry(frame.toRect());
+    // Behind the overlays, which stay on top.
+    d->camera->lower();
 }
 
 void ZQTVINCaptureVC::deinitCamera()
 {
     logStep("deinitCamera");
-    // No camera is ever made yet (see initCamera), so there is nothing to detach or drop.
+    if (!d->camera)
+        return;
+    if (d->camera->parentWidget())
+        d->camera->removeFromParentViewController();
+    delete std::exchange(d->camera, nullptr);
 }
 
 void ZQTVINCaptureVC::onTapCamera(const QPointF &tapLocation)
@@ -74,7 +98,22 @@ void ZQTVINCaptureVC::onTapCamera(const QPointF &tapLocation)
     // The focus point is the centre of the preview, not the tap.
     Q_UNUSED(tapLocation);
     logStep("onTapCamera");
-    // Without a still camera there is no preview to focus (see initCamera).
+    StillCamera *camera = d->camera;
+    if (!camera)
+        return;
+    const QPointF centre(camera->width() * 0.5, camera->height() * 0.5);
+    const QPointF pointOfInterest = camera->convertToPointOfInterestFromViewCoordinates(centre);
+    camera->focusAtPoint(pointOfInterest);
+    CaptureDevice *device = camera->captureDevice();
+    if (!device || !device->isFocusPointOfInterestSupported()
+        || !device->isFocusModeSupported(CaptureDevice::FocusMode::AutoFocus))
+        return;
+    // A device that cannot be locked is left as it is, without a word.
+    if (!device->lockForConfiguration(nullptr))
+        return;
+    device->setFocusPointOfInterest(pointOfInterest);
+    device->setFocusMode(CaptureDevice::FocusMode::AutoFocus);
+    device->unlockForConfiguration();
 }
 
 void ZQTVINCaptureVC::processUsePhotoCompletionHandler(const Image &image)

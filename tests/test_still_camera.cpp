@@ -1,0 +1,329 @@
+// The still camera over picture stand-ins: session presets, switching cameras, flash, tap to
+// focus, points of interest under each gravity, still pictures and errors; and the capture
+// screen's camera made, focused and dropped.
+#include "ZQTVINScanComponent.h"
+#include "lib/StillCamera/StillCamera.h"
+#include "platform/CaptureDevice.h"
+#include "platform/CaptureSession.h"
+#include "platform/StillImageOutput.h"
+#include "platform/VideoPreviewLayer.h"
+#include "platform/Window.h"
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QGraphicsOpacityEffect>
+#include <QPainter>
+#include <QPropertyAnimation>
+#include <QTest>
+#include <QThread>
+
+#include <atomic>
+
+using namespace ZQTPlatform;
+using Position = StillCamera::CameraPosition;
+using Flash = StillCamera::CameraFlash;
+using Quality = StillCamera::CameraQuality;
+
+namespace {
+
+constexpr QSize pictureSize(640, 480);
+// A 300 x 400 preview filled with a 640 x 480 picture shows its columns 140 to 500.
+constexpr QSize previewSize(300, 400);
+constexpr int firstSeenColumn = 140;
+constexpr int lastSeenColumn = 500;
+
+// Red left of the part the preview shows, green in it, blue right of it.
+QImage stripes()
+{
+    QImage picture(pictureSize, QImage::Format_RGB32);
+    QPainter painter(&picture);
+    painter.fillRect(0, 0, firstSeenColumn, 480, Qt::red);
+    painter.fillRect(firstSeenColumn, 0, lastSeenColumn - firstSeenColumn, 480, Qt::green);
+    painter.fillRect(lastSeenColumn, 0, 640 - lastSeenColumn, 480, Qt::blue);
+    return picture;
+}
+
+bool isGreen(QRgb pixel) { return qGreen(pixel) > 180 && qRed(pixel) < 80 && qBlue(pixel) < 80; }
+bool isRed(QRgb pixel) { return qRed(pixel) > 180 && qGreen(pixel) < 80 && qBlue(pixel) < 80; }
+
+CaptureDevice::Capabilities without(bool CaptureDevice::Capabilities::*capability)
+{
+    CaptureDevice::Capabilities capabilities;
+    capabilities.*capability = false;
+    return capabilities;
+}
+
+class StillCameraTest : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        cameras.clear();
+        CaptureDevice::removeStandIns();
+    }
+
+    // A camera shown at the size and started; waits for the preview's first picture.
+    StillCamera *startedCamera(Position position = Position::Back, Quality quality = Quality::Photo,
+                               QSize size = previewSize)
+    {
+        auto *camera = new StillCamera(quality, position);
+        cameras.emplace_back(camera);
+        camera->loadViewIfNeeded();
+        camera->resize(size);
+        camera->show();
+        camera->setOnDeviceChange([this](StillCamera *, CaptureDevice *device) { deviceChanges << device; });
+        camera->setOnError([this](StillCamera *, const Error &error) { errors << error; });
+        camera->start();
+        if (camera->captureVideoPreviewLayer() && !camera->session()->inputs().isEmpty()) {
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !camera->captureVideoPreviewLayer()->currentPicture().isNull(); }, 5000));
+        }
+        return camera;
+    }
+
+    CaptureDevice *back = CaptureDevice::addStandIn(stripes(), CaptureDevice::Position::Back);
+    std::vector<std::unique_ptr<StillCamera>> cameras;
+    QList<CaptureDevice *> deviceChanges;
+    QList<Error> errors;
+};
+
+} // namespace
+
+// --- Session, cameras and flash
+
+TEST_F(StillCameraTest, QualityChoosesThePresetAtTheFirstStartAnyOtherValueIsPhoto)
+{
+    const QList<std::pair<uint, QString>> table = {{0, CaptureSession::presetLow},  {1, CaptureSession::presetMedium},
+                                                   {2, CaptureSession::presetHigh}, {3, CaptureSession::presetPhoto},
+                                                   {7, CaptureSession::presetPhoto}};
+    for (const auto &[quality, preset] : table) {
+        StillCamera *camera = startedCamera(Position::Back, Quality(quality));
+        EXPECT_EQ(camera->session()->sessionPreset(), preset) << quality;
+        EXPECT_TRUE(camera->session()->isRunning());
+        EXPECT_EQ(camera->captureVideoPreviewLayer()->videoGravity(), VideoPreviewLayer::gravityResizeAspectFill);
+        EXPECT_EQ(camera->stillImageOutput()->outputSettings().value(StillImageOutput::videoCodecKey),
+                  StillImageOutput::videoCodecJPEG);
+    }
+}
+
+TEST_F(StillCameraTest, PositionSwitchesRelativeToTheCurrentDevice)
+{
+    CaptureDevice *front = CaptureDevice::addStandIn(stripes(), CaptureDevice::Position::Front);
+    StillCamera *camera = startedCamera();
+    ASSERT_EQ(deviceChanges, QList<CaptureDevice *>{back});
+
+    camera->setCameraPosition(Position::Back);
+    EXPECT_EQ(deviceChanges.size(), 1);
+
+    camera->setCameraPosition(Position::Front);
+    EXPECT_EQ(camera->captureDevice(), front);
+    EXPECT_EQ(camera->session()->videoDevice(), front);
+    EXPECT_EQ(deviceChanges.last(), front);
+
+    // A value of no side still switches, to the other side of the current camera; so asking for
+    // the back afterwards lands on the front.
+    camera->setCameraPosition(Position(5));
+    EXPECT_EQ(camera->captureDevice(), back);
+    camera->setCameraPosition(Position::Back);
+    EXPECT_EQ(camera->cameraPosition(), Position::Back);
+    EXPECT_EQ(camera->captureDevice(), front);
+    EXPECT_EQ(camera->togglePosition(), Position::Front);
+    EXPECT_EQ(camera->captureDevice(), back);
+    EXPECT_EQ(camera->session()->inputs().size(), 1);
+    EXPECT_TRUE(errors.isEmpty());
+}
+
+TEST_F(StillCameraTest, FailedSwitchesDropTheOldInput)
+{
+    // No front camera: the input is out and the configuration open, so the back camera still
+    // runs until someone commits.
+    StillCamera *camera = startedCamera();
+    camera->setCameraPosition(Position::Front);
+    EXPECT_EQ(camera->cameraPosition(), Position::Back);
+    EXPECT_EQ(camera->captureDevice(), back);
+    EXPECT_TRUE(camera->session()->inputs().isEmpty());
+    EXPECT_TRUE(back->isRunning());
+    camera->session()->commitConfiguration();
+    EXPECT_FALSE(back->isRunning());
+
+    // A front camera that gives no input: the error is reported and the change committed.
+    CaptureDevice::addStandIn(QImage(1, 1, QImage::Format_RGB32), CaptureDevice::Position::Front);
+    StillCamera *second = startedCamera();
+    second->setCameraPosition(Position::Front);
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_EQ(errors.first().localizedDescription(), "The picture is too small to stream.");
+    EXPECT_EQ(second->cameraPosition(), Position::Back);
+    EXPECT_TRUE(second->session()->inputs().isEmpty());
+    EXPECT_FALSE(back->isRunning());
+}
+
+TEST_F(StillCameraTest, NoInputAtStartReportsTheErrorAndLeavesTheSessionStopped)
+{
+    CaptureDevice::removeStandIns();
+    CaptureDevice::addStandIn(QImage(1, 1, QImage::Format_RGB32), CaptureDevice::Position::Back);
+    StillCamera *camera = startedCamera();
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_FALSE(camera->session()->isRunning());
+    EXPECT_EQ(camera->stillImageOutput(), nullptr);
+    // Later starts do not retry: they run the session without an input.
+    camera->start();
+    EXPECT_TRUE(camera->session()->isRunning());
+    EXPECT_TRUE(camera->session()->inputs().isEmpty());
+    EXPECT_EQ(errors.size(), 1);
+}
+
+TEST_F(StillCameraTest, FlashModesTheDeviceRefusesAreRecordedAsOff)
+{
+    StillCamera *camera = startedCamera();
+    camera->setCameraFlash(Flash::Auto);
+    EXPECT_EQ(camera->cameraFlash(), Flash::Auto);
+    EXPECT_EQ(back->flashMode(), CaptureDevice::FlashMode::Auto);
+    EXPECT_TRUE(camera->isFlashAvailable());
+
+    back->setCapabilities(without(&CaptureDevice::Capabilities::flash));
+    EXPECT_FALSE(camera->isFlashAvailable());
+    camera->setCameraFlash(Flash::Auto);
+    EXPECT_EQ(camera->cameraFlash(), Flash::Off);
+}
+
+// --- Tap to focus
+
+TEST_F(StillCameraTest, TapFocusesAndShowsTheBoxOnlyWhenTapToFocusIsOn)
+{
+    StillCamera *camera = startedCamera();
+    QWidget *box = camera->focusBoxLayer();
+    ASSERT_TRUE(box && camera->focusBoxAnimation());
+    EXPECT_EQ(box->size(), QSize(70, 60));
+    const QPoint restingBox = box->pos();
+
+    camera->setTapToFocus(false);
+    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(60, 100));
+    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::ContinuousAutoFocus);
+    EXPECT_EQ(box->pos(), restingBox);
+    EXPECT_NE(camera->focusBoxAnimation()->state(), QAbstractAnimation::Running);
+
+    camera->setTapToFocus(true);
+    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(60, 100));
+    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::AutoFocus);
+    EXPECT_EQ(back->focusPointOfInterest(), QPointF(0.25, 0.8));
+    EXPECT_EQ(box->geometry().center(), QPoint(60, 100) - QPoint(1, 1)); // QRect's centre rounds down
+    EXPECT_EQ(camera->focusBoxAnimation()->state(), QAbstractAnimation::Running);
+    EXPECT_EQ(camera->focusBoxAnimation()->objectName(), "animateOpacity");
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return static_cast<QGraphicsOpacityEffect *>(box->graphicsEffect())->opacity() == 0.0; }, 2000));
+
+    back->setCapabilities(without(&CaptureDevice::Capabilities::lockable));
+    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(10, 10));
+    EXPECT_EQ(errors.size(), 1);
+}
+
+TEST_F(StillCameraTest, PointsOfInterestFollowTheGravity)
+{
+    struct Case { QSize view; QString gravity; QPointF point; QPointF expected; };
+    const QList<Case> cases = {
+        {{300, 400}, VideoPreviewLayer::gravityResize, {75, 100}, {0.25, 0.75}},
+        // Fill with the aperture's ratio: the centre is the centre.
+        {{300, 400}, VideoPreviewLayer::gravityResizeAspectFill, {150, 200}, {0.5, 0.5}},
+        {{300, 400}, VideoPreviewLayer::gravityResizeAspectFill, {60, 100}, {0.25, 0.8}},
+        {{400, 400}, VideoPreviewLayer::gravityResizeAspectFill, {100, 200}, {0.5, 0.75}},
+        {{400, 400}, VideoPreviewLayer::gravityResizeAspectFill, {0, 0}, {0.125, 1.0}},
+        // Aspect: the picture is 300 wide with 50-point bars, or 400 high with 100-point bars.
+        {{400, 400}, VideoPreviewLayer::gravityResizeAspect, {20, 200}, {0.5, 0.5}},
+        {{400, 400}, VideoPreviewLayer::gravityResizeAspect, {50, 100}, {0.25, 1.0}},
+        {{300, 600}, VideoPreviewLayer::gravityResizeAspect, {150, 50}, {0.5, 0.5}},
+        {{300, 600}, VideoPreviewLayer::gravityResizeAspect, {75, 200}, {0.25, 0.75}},
+    };
+    for (const Case &c : cases) {
+        StillCamera *camera = startedCamera(Position::Back, Quality::Photo, c.view);
+        camera->captureVideoPreviewLayer()->setVideoGravity(c.gravity);
+        const QPointF poi = camera->convertToPointOfInterestFromViewCoordinates(c.point);
+        EXPECT_NEAR(poi.x(), c.expected.x(), 1e-9) << c.gravity.toStdString() << " " << c.point.x();
+        EXPECT_NEAR(poi.y(), c.expected.y(), 1e-9) << c.gravity.toStdString() << " " << c.point.x();
+    }
+}
+
+// --- Still pictures
+
+TEST_F(StillCameraTest, CaptureCallsBackOffTheGuiThreadAndFreezesThePreviewUntilTheNextStart)
+{
+    StillCamera *camera = startedCamera();
+    for (const bool exactSeenImage : {false, true}) {
+        std::atomic<bool> done{false};
+        bool offGuiThread = false;
+        Image image;
+        QVariantMap metadata;
+        Error error;
+        camera->capture(
+            [&](StillCamera *, const Image &i, const QVariantMap &m, const Error &e) {
+                offGuiThread = QThread::currentThread() != qApp->thread();
+                image = i, metadata = m, error = e;
+                done = true;
+            },
+            exactSeenImage);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return done.load(); }, 5000));
+        EXPECT_TRUE(offGuiThread);
+        EXPECT_TRUE(error.isNull());
+        EXPECT_EQ(metadata.value("PixelXDimension").toInt(), 640);
+        const QImage bitmap = image.bitmap();
+        if (exactSeenImage) {
+            EXPECT_EQ(bitmap.size(), QSize(lastSeenColumn - firstSeenColumn, 480));
+            for (const QPoint corner : {QPoint(2, 2), QPoint(bitmap.width() - 3, bitmap.height() - 3)})
+                EXPECT_TRUE(isGreen(bitmap.pixel(corner))) << corner.x();
+        } else {
+            EXPECT_EQ(bitmap.size(), pictureSize);
+            EXPECT_TRUE(isRed(bitmap.pixel(10, 240)));
+        }
+        CaptureConnection *preview = camera->captureVideoPreviewLayer()->connection();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !preview->isEnabled(); }, 2000));
+        camera->start();
+        EXPECT_TRUE(preview->isEnabled());
+    }
+}
+
+// --- The capture screen's camera
+
+TEST_F(StillCameraTest, ScreenMakesItsCameraBehindTheOverlaysFocusesTheCentreAndDropsIt)
+{
+    LogCapture log;
+    // On screen, so that the views have their sizes.
+    Window window;
+    window.resize(375, 812);
+    auto *screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, "CLM-1");
+    window.setRootViewController(screen);
+    window.makeKeyAndVisible();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return log.steps().contains("startBarCodeScanner"); }, 5000));
+    const QRect frame = screen->findChild<QWidget *>("cameraImageView")->geometry();
+    ASSERT_FALSE(frame.isEmpty());
+    screen->initCamera();
+    const QPointer<StillCamera> camera = screen->camera();
+    ASSERT_TRUE(camera);
+    EXPECT_EQ(screen->geometry(), frame); // attaching gives the host the frame
+    EXPECT_EQ(camera->parentViewController(), screen);
+    EXPECT_EQ(camera->geometry(), frame);
+    EXPECT_EQ(screen->findChildren<QWidget *>(Qt::FindDirectChildrenOnly).first(), camera.data());
+    EXPECT_TRUE(camera->fixOrientationAfterCapture());
+    EXPECT_EQ(camera->cameraQuality(), Quality::Photo);
+
+    camera->start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !camera->captureVideoPreviewLayer()->currentPicture().isNull(); }, 5000));
+    screen->onTapCamera(QPointF(3, 3));
+    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::AutoFocus);
+    EXPECT_EQ(back->focusPointOfInterest(),
+              camera->convertToPointOfInterestFromViewCoordinates(QPointF(frame.width() / 2.0, frame.height() / 2.0)));
+
+    screen->deinitCamera();
+    EXPECT_EQ(screen->camera(), nullptr);
+    EXPECT_TRUE(camera.isNull());
+    EXPECT_TRUE(screen->childViewControllers().isEmpty());
+
+    // Errors are logged.
+    CaptureDevice::removeStandIns();
+    CaptureDevice::addStandIn(QImage(1, 1, QImage::Format_RGB32), CaptureDevice::Position::Back);
+    screen->initCamera();
+    screen->camera()->start();
+    EXPECT_TRUE(log.lines().contains("Camera error: Error Domain=AVFoundationErrorDomain Code=-11814 "
+                                     "\"The picture is too small to stream.\" "
+                                     "UserInfo={NSLocalizedDescription=The picture is too small to stream.}"))
+        << log.lines().join('\n').toStdString();
+}
