@@ -65,10 +65,9 @@ protected:
     }
 
     // A camera shown at the size and started; waits for the preview's first picture.
-    StillCamera *startedCamera(Position position = Position::Back, Quality quality = Quality::Photo,
-                               QSize size = previewSize)
+    StillCamera *startedCamera(Quality quality = Quality::Photo, QSize size = previewSize)
     {
-        auto *camera = new StillCamera(quality, position);
+        auto *camera = new StillCamera(quality, Position::Back);
         cameras.emplace_back(camera);
         camera->loadViewIfNeeded();
         camera->resize(size);
@@ -98,7 +97,7 @@ TEST_F(StillCameraTest, QualityChoosesThePresetAtTheFirstStartAnyOtherValueIsPho
                                                    {2, CaptureSession::presetHigh}, {3, CaptureSession::presetPhoto},
                                                    {7, CaptureSession::presetPhoto}};
     for (const auto &[quality, preset] : table) {
-        StillCamera *camera = startedCamera(Position::Back, Quality(quality));
+        StillCamera *camera = startedCamera(Quality(quality));
         EXPECT_EQ(camera->session()->sessionPreset(), preset) << quality;
         EXPECT_TRUE(camera->session()->isRunning());
         EXPECT_EQ(camera->captureVideoPreviewLayer()->videoGravity(), VideoPreviewLayer::gravityResizeAspectFill);
@@ -235,7 +234,7 @@ TEST_F(StillCameraTest, PointsOfInterestFollowTheGravity)
         {{300, 600}, VideoPreviewLayer::gravityResizeAspect, {75, 200}, {0.25, 0.75}},
     };
     for (const Case &c : cases) {
-        StillCamera *camera = startedCamera(Position::Back, Quality::Photo, c.view);
+        StillCamera *camera = startedCamera(Quality::Photo, c.view);
         camera->captureVideoPreviewLayer()->setVideoGravity(c.gravity);
         const QPointF poi = camera->convertToPointOfInterestFromViewCoordinates(c.point);
         EXPECT_NEAR(poi.x(), c.expected.x(), 1e-9) << c.gravity.toStdString() << " " << c.point.x();
@@ -257,7 +256,9 @@ TEST_F(StillCameraTest, CaptureCallsBackOffTheGuiThreadAndFreezesThePreviewUntil
         camera->capture(
             [&](StillCamera *, const Image &i, const QVariantMap &m, const Error &e) {
                 offGuiThread = QThread::currentThread() != qApp->thread();
-                image = i, metadata = m, error = e;
+                image = i;
+                metadata = m;
+                error = e;
                 done = true;
             },
             exactSeenImage);

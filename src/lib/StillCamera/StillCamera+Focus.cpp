@@ -19,8 +19,9 @@ void StillCamera::addDefaultFocusBox()
     box->setObjectName(QStringLiteral("focusBox"));
     box->setAttribute(Qt::WA_StyledBackground);
     box->setAttribute(Qt::WA_TransparentForMouseEvents);
-    box->setStyleSheet(QStringLiteral("QWidget#focusBox { background: transparent; border: %1px solid yellow; border-radius: %2px; }")
+    box->setStyleSheet(QStringLiteral("QWidget#focusBox { background: transparent; border: %1px solid %2; border-radius: %3px; }")
                            .arg(focusBoxBorderWidth)
+                           .arg(QColor(focusBoxBorderColor).name())
                            .arg(focusBoxCornerRadius));
     box->setGeometry(-focusBoxWidth / 2, -focusBoxHeight / 2, focusBoxWidth, focusBoxHeight);
     auto *opacity = new QGraphicsOpacityEffect(box);

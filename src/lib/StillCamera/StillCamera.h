@@ -55,6 +55,7 @@ public:
     static constexpr int focusBoxHeight = 60;
     static constexpr qreal focusBoxCornerRadius = 5.0;
     static constexpr qreal focusBoxBorderWidth = 3.0;
+    static constexpr Qt::GlobalColor focusBoxBorderColor = Qt::yellow;
     static constexpr qreal focusBoxRestingOpacity = 0.0;
     // Its animation: opacity 1 to 0 over 0.75 s, played once, kept under this key (the
     // animation's object name).
@@ -147,6 +148,7 @@ public:
     // The tap recogniser's action (GUI thread).
     void previewTapped(ZQTPlatform::TapGestureRecognizer *recognizer);
 
+    // View life; appearing, disappearing and memory warnings are the base class's.
     void viewDidLoad() override;
     void viewWillLayoutSubviews() override;
 

@@ -7,10 +7,6 @@
 #include <QPointer>
 #include <QPropertyAnimation>
 
-namespace ZQTPlatform {
-class CaptureSession;
-}
-
 // Lets a completion on the capture queue reach its camera only while the camera lives: the
 // destructor clears `camera` under the lock, so it waits for a completion that is running.
 struct StillCameraCompletionGuard
