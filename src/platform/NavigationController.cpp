@@ -44,6 +44,15 @@ void NavigationController::pushViewController(ViewController *viewController, bo
         if (topViewController() == viewController)
             showTitleOf(viewController);
     });
+    // A controller deleted by its owner leaves the stack; the one below becomes the top.
+    connect(viewController, &QObject::destroyed, this, [this](QObject *gone) {
+        const bool wasTop = !m_stack.isEmpty() && m_stack.last() == gone;
+        m_stack.removeAll(static_cast<ViewController *>(gone));
+        if (wasTop && !m_stack.isEmpty()) {
+            m_stack.last()->show();
+            showTitleOf(m_stack.last());
+        }
+    });
     if (previous) {
         setNextTransitionAnimated(previous, animated);
         previous->hide();
@@ -58,7 +67,7 @@ ViewController *NavigationController::popViewControllerAnimated(bool animated)
     if (m_stack.size() < 2)
         return nullptr;
     ViewController *popped = m_stack.takeLast();
-    disconnect(popped, &ViewController::titleChanged, this, nullptr);
+    disconnect(popped, nullptr, this, nullptr);
     releaseAfterDisappearing(popped, animated);
     ViewController *top = topViewController();
     setNextTransitionAnimated(top, animated);

@@ -1,0 +1,236 @@
+// The capture screen's barcode session end to end: generated label frames stream from a picture
+// stand-in through the session and the reader to the delegate, the VIN photo and the scanner's
+// views; plus the reader callback's rules (types, order, repeats) and the failed still.
+#include "BarcodeArt.h"
+#include "ZQTVINScanComponent.h"
+#include "platform/CaptureDevice.h"
+#include "platform/DeviceProfile.h"
+#include "platform/MetadataOutput.h"
+#include "platform/NavigationController.h"
+#include "platform/VideoPreviewLayer.h"
+#include "platform/Window.h"
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <QLabel>
+#include <QMutex>
+#include <QPushButton>
+#include <QTest>
+#include <QThread>
+
+using namespace ZQTPlatform;
+using BarcodeArt::Symbology;
+
+namespace {
+
+const QString validVin = QStringLiteral("1HGCM82633A004352");
+const QString claimId = QStringLiteral("CLM-SCAN");
+
+// Delegate calls arrive on the capture queue; the test reads them on the GUI thread.
+struct RecordingDelegate : VinScannerVCDelegate
+{
+    struct Call { QString vin; bool scanned, valid; Error error; bool onGuiThread; };
+    void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid, const ZQTError &error) override
+    {
+        QMutexLocker locker(&lock);
+        calls.append({VIN, isVINScanned, isVINValid, error, QThread::currentThread() == qApp->thread()});
+    }
+    QList<Call> snapshot() const
+    {
+        QMutexLocker locker(&lock);
+        return calls;
+    }
+    mutable QMutex lock;
+    QList<Call> calls;
+};
+
+QImage labelScene(Symbology symbology, const QString &text, int module = 3)
+{
+    BarcodeArt::Scene scene;
+    scene.noiseSigma = 3;
+    scene.blurRadius = 0.6;
+    scene.tiltDegrees = 2;
+    return BarcodeArt::renderScene(BarcodeArt::renderSymbol(symbology, text, module), scene);
+}
+
+MetadataObject code(const QString &type, const QString &text, const QRectF &bounds = QRectF(0.25, 0.4, 0.5, 0.2))
+{
+    MetadataObject object;
+    object.type = type;
+    object.stringValue = text;
+    object.bounds = bounds;
+    object.frameSize = QSizeF(1280, 720);
+    return object;
+}
+
+class BarcodeSession : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        DeviceProfile profile;
+        profile.mainScreenBounds = QSizeF(375, 812);
+        profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
+        profile.statusBarHeight = 44;
+        DeviceProfile::setCurrent(profile);
+        QFile::remove(vinPhotoPath());
+    }
+    void TearDown() override
+    {
+        delete screen.data();
+        CaptureDevice::removeStandIns();
+    }
+
+    // Pushes a scanning screen over the stand-in picture (none: no video device) and waits
+    // until the scanner runs.
+    void startScreen(const QImage &picture, bool manualOption = false)
+    {
+        if (!picture.isNull())
+            ASSERT_TRUE(CaptureDevice::addStandIn(picture));
+        screen = manualOption ? ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, claimId)
+                              : ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, claimId);
+        ASSERT_TRUE(screen);
+        window.resize(375, 812);
+        window.setRootViewController(navigation);
+        navigation->pushViewController(screen, false);
+        window.makeKeyAndVisible();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return capture.steps().contains("startBarCodeScanner"); }, 5000));
+    }
+    // Waits for the first report and a moment more, so that a second one would show.
+    QList<RecordingDelegate::Call> reports(int timeoutMs = 8000)
+    {
+        QTest::qWaitFor([&] { return !delegate.snapshot().isEmpty(); }, timeoutMs);
+        QTest::qWait(150);
+        return delegate.snapshot();
+    }
+    QString vinPhotoPath() const { return ZQTVINScanUtils::getPhotoPathWithClaimId(claimId, "VIN"); }
+
+    LogCapture capture;
+    RecordingDelegate delegate;
+    Window window;
+    NavigationController *navigation = new NavigationController;
+    QPointer<ZQTVINCaptureVC> screen;
+};
+
+} // namespace
+
+TEST_F(BarcodeSession, ScannedLabelIsSavedReportedAndStopsTheScanner)
+{
+    startScreen(labelScene(Symbology::Code39, validVin), true);
+    EXPECT_TRUE(screen->session()->isRunning());
+    EXPECT_EQ(screen->prevLayer()->parentWidget(), screen->findChild<QLabel *>("cameraImageView"));
+
+    const auto calls = reports();
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].vin, validVin);
+    EXPECT_TRUE(calls[0].scanned);
+    EXPECT_TRUE(calls[0].valid);
+    EXPECT_TRUE(calls[0].error.isNull());
+    EXPECT_FALSE(calls[0].onGuiThread); // reported from the capture queue
+
+    // The photo is on disk before the report, and the screen has stopped scanning.
+    EXPECT_TRUE(QFileInfo(vinPhotoPath()).isFile());
+    EXPECT_FALSE(screen->vinBarCodeImage().isNull());
+    EXPECT_FALSE(screen->session()->isRunning());
+    EXPECT_FALSE(screen->isVINScanInProcess());
+    EXPECT_EQ(screen->scanResultLbl()->parentWidget(), nullptr);
+    EXPECT_EQ(screen->prevLayer()->parentWidget(), nullptr);
+    EXPECT_TRUE(screen->findChild<QPushButton *>("manuallyEnterVINBtn")->isHidden());
+
+    const QStringList steps = capture.steps();
+    const QStringList order = {"captureOutput", "stillImageCaptureCompleted", "processUsePhotoCompletionHandler",
+                               "stopBarCodeScanner", "dismissOverlayIfShown", "validateVIN", "sendTimeSpent"};
+    qsizetype previous = -1;
+    for (const QString &step : order) {
+        const qsizetype at = steps.indexOf(step, previous + 1);
+        EXPECT_GT(at, previous) << step.toStdString();
+        previous = at;
+    }
+}
+
+TEST_F(BarcodeSession, PayloadsOfEveryVinSymbologyFollowTheVinRule)
+{
+    const QList<std::tuple<Symbology, QString, QString, bool>> cases = {
+        {Symbology::Code128, "I" + validVin, validVin, true},
+        {Symbology::DataMatrix, validVin + "XYZ", validVin, true},
+        {Symbology::Code128, "XY" + validVin, validVin, true},
+        {Symbology::Code39, "AB" + validVin + "CD", "AB" + validVin + "CD", false},
+        {Symbology::DataMatrix, validVin.left(16), validVin.left(16), false},
+    };
+    for (const auto &[symbology, payload, vin, valid] : cases) {
+        SCOPED_TRACE(payload.toStdString());
+        delegate.calls.clear();
+        startScreen(labelScene(symbology, payload, symbology == Symbology::DataMatrix ? 8 : 3));
+        const auto calls = reports();
+        ASSERT_EQ(calls.size(), 1);
+        EXPECT_EQ(calls[0].vin, vin);
+        EXPECT_EQ(calls[0].valid, valid);
+        TearDown();
+    }
+}
+
+TEST_F(BarcodeSession, OtherSymbologiesOnlyResetThePrompt)
+{
+    startScreen(labelScene(Symbology::QRCode, validVin, 8));
+    const QString prompt = ZQTVINScanComponentConstants::getConfigStringForKey("ScanningLabelText");
+    screen->scanResultLbl()->setText("stale");
+    // The reader reports the QR code (every type is asked for); the screen ignores it.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return screen->output()->framesRead() >= 4; }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return screen->scanResultLbl()->text() == prompt; }, 3000));
+    EXPECT_TRUE(delegate.snapshot().isEmpty());
+    EXPECT_FALSE(screen->isVINScanInProcess());
+    EXPECT_TRUE(screen->session()->isRunning());
+}
+
+TEST_F(BarcodeSession, FirstAcceptedCodeWinsAndRepeatsAreIgnored)
+{
+    startScreen(QImage(), true); // no video device: nothing arrives by itself
+    MetadataOutput *output = screen->output();
+    QPushButton *manualButton = screen->findChild<QPushButton *>("manuallyEnterVINBtn");
+    ASSERT_FALSE(manualButton->isHidden());
+    const QRectF qrBounds(0.1, 0.1, 0.2, 0.2);
+    MetadataObject noText = code(MetadataObject::typeCode128, QString());
+    screen->captureOutput(output, {code(MetadataObject::typeQRCode, "QR", qrBounds), noText,
+                                   code(MetadataObject::typeDataMatrix, "I" + validVin),
+                                   code(MetadataObject::typeCode39, "SECOND")},
+                          nullptr);
+    EXPECT_TRUE(screen->isVINScanInProcess());
+    EXPECT_EQ(screen->scanResultLbl()->text(), "I" + validVin);
+    const QRectF expected = screen->prevLayer()->transformedMetadataObjectForMetadataObject(code(MetadataObject::typeDataMatrix, "x")).bounds;
+    EXPECT_EQ(screen->highlightView()->geometry(), expected.toRect());
+    EXPECT_FALSE(expected.isEmpty());
+
+    // While the hit is processed, further codes change nothing but the highlight.
+    screen->captureOutput(output, {code(MetadataObject::typeCode39, "OTHER")}, nullptr);
+    EXPECT_EQ(screen->scanResultLbl()->text(), "I" + validVin);
+    EXPECT_EQ(screen->highlightView()->geometry(), QRect());
+
+    // Without a video input the still fails: reported with the error, scanning state kept.
+    const auto calls = reports();
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].vin, validVin);
+    EXPECT_TRUE(calls[0].scanned && calls[0].valid);
+    EXPECT_FALSE(calls[0].error.isNull());
+    EXPECT_TRUE(screen->isVINScanInProcess());
+    EXPECT_FALSE(manualButton->isHidden());
+    EXPECT_FALSE(QFileInfo::exists(vinPhotoPath()));
+    EXPECT_TRUE(screen->vinBarCodeImage().isNull());
+
+    // Starting again clears the flag; toggling to "picture exists" leaves the scanner alone.
+    screen->processToggleBarCodeWithImageExists(false);
+    EXPECT_FALSE(screen->isVINScanInProcess());
+    screen->processToggleBarCodeWithImageExists(true);
+    EXPECT_TRUE(manualButton->isHidden());
+    EXPECT_EQ(screen->scanResultLbl()->text(), ZQTVINScanComponentConstants::getConfigStringForKey("ScanningLabelText"));
+}
+
+TEST_F(BarcodeSession, ClosingTheScreenDuringAReadIsClean)
+{
+    startScreen(labelScene(Symbology::Code39, validVin));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return screen->isVINScanInProcess() || !delegate.snapshot().isEmpty(); }, 8000));
+    delete screen.data();
+    QTest::qWait(300);
+    EXPECT_LE(delegate.snapshot().size(), 1);
+}
