@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
+
 #include <QCameraDevice>
 #include <QCoreApplication>
 #include <QMediaDevices>
@@ -87,6 +89,22 @@ TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)
     };
     for (const auto &c : cases)
         EXPECT_EQ(ZQTDeviceUtilsPrivate::hasRoomForImage(c.image, c.free), c.enough) << c.image << " in " << c.free;
+
+    // The quick answer stands in for the PNG length only if it is never smaller, also for
+    // pictures that do not compress at all.
+    for (const QImage::Format format : {QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_RGBA64}) {
+        QImage noise(97, 61, format);
+        quint32 seed = 7;
+        for (int y = 0; y < noise.height(); ++y)
+            for (int x = 0; x < noise.width(); ++x, seed = seed * 1664525u + 1013904223u)
+                noise.setPixelColor(x, y, QColor::fromRgba64(seed & 0xffff, seed >> 16, (seed >> 8) & 0xffff, seed >> 20));
+        noise.setText("Comment", QString(300, QChar(0x263A)));
+        QByteArray png;
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        ASSERT_TRUE(noise.save(&buffer, "PNG"));
+        EXPECT_GE(ZQTDeviceUtilsPrivate::pngLengthBound(noise), quint64(png.size())) << format;
+    }
 }
 
 TEST_F(DeviceUtils, FreeSpaceIsReadFromTheHomeVolumeAndAFailureMeansNone)

@@ -59,6 +59,16 @@ quint64 freeBytesOfHome()
 
 } // namespace
 
+// More than the PNG encoding of the bitmap can take: every row unfiltered and stored without
+// compression at 8 bytes a pixel, plus deflate's and the chunks' overhead and the text chunks.
+quint64 ZQTDeviceUtilsPrivate::pngLengthBound(const QImage &bitmap)
+{
+    quint64 raw = quint64(bitmap.height()) * (1 + quint64(bitmap.width()) * 8);
+    for (const QString &key : bitmap.textKeys())
+        raw += quint64(key.size() + bitmap.text(key).size()) * 4 + 12;
+    return raw + raw / 100 + 65536;
+}
+
 bool ZQTDeviceUtilsPrivate::hasRoomForImage(quint64 imageBytes, quint64 freeBytes)
 {
     return freeBytes > imageBytes && freeBytes - imageBytes > freeSpaceMargin;
@@ -105,7 +115,12 @@ bool ZQTDeviceUtils::isLocationUsePermitted()
 
 bool ZQTDeviceUtils::isEnoughFreeSpaceToSaveImage(const ZQTPlatform::Image &image)
 {
-    return ZQTDeviceUtilsPrivate::hasRoomForImage(pngLength(image.bitmap()), freeBytesOfHome());
+    // Encoding a camera photo as PNG takes seconds; it is only needed when the free space is
+    // close to what the PNG could take. The answer is the same either way.
+    const quint64 freeBytes = freeBytesOfHome();
+    if (ZQTDeviceUtilsPrivate::hasRoomForImage(ZQTDeviceUtilsPrivate::pngLengthBound(image.bitmap()), freeBytes))
+        return true;
+    return ZQTDeviceUtilsPrivate::hasRoomForImage(pngLength(image.bitmap()), freeBytes);
 }
 
 void ZQTDeviceUtils::locationManager(QObject *, int)

@@ -4,6 +4,7 @@
 
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
+#include "platform/VideoPreviewLayer.h"
 #include "platform/Application.h"
 #include "platform/DeviceProfile.h"
 #include "platform/Font.h"
@@ -169,7 +170,11 @@ void ZQTVINCaptureVC::viewWillTransitionToSize(const QSizeF &, TransitionCoordin
 void ZQTVINCaptureVC::viewWillLayoutSubviews()
 {
     ViewController::viewWillLayoutSubviews();
-    // The barcode preview follows cameraImageView here once the barcode session exists.
+    if (d->prevLayer && d->cameraImageView) {
+        const QRectF bounds(QPointF(0, 0), QSizeF(d->cameraImageView->size()));
+        d->prevLayer->setBounds(bounds);
+        d->prevLayer->setPosition(bounds.center());
+    }
 }
 
 unsigned ZQTVINCaptureVC::supportedInterfaceOrientations() const

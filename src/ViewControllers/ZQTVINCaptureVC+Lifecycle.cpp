@@ -5,6 +5,7 @@
 
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
+#include "lib/StillCamera/StillCamera.h"
 #include "platform/Application.h"
 #include "platform/ButtonStyle.h"
 #include "platform/DeviceProfile.h"
@@ -156,7 +157,8 @@ void ZQTVINCaptureVC::viewWillDisappear(bool animated)
     logStep("viewWillDisappear");
     ViewController::viewWillDisappear(animated);
     Application::sharedApplication()->setStatusBarHidden(false);
-    // The still camera is stopped here once initCamera can make one.
+    if (d->camera)
+        d->camera->stop();
     turnTorchOn(false);
     NotificationCenter::defaultCenter().removeObserver(this, QString::fromLatin1(UIKeyboardWillHideNotification));
 }
@@ -184,7 +186,8 @@ void ZQTVINCaptureVC::intialConfiguration()
     configMode();
     configLayout();
     initCameraRig();
-    // The still camera starts here once initCamera can make one.
+    if (d->camera)
+        d->camera->start();
     setVINPhotoCaptureEntity();
 }
 
