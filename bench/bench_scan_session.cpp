@@ -18,15 +18,18 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QLoggingCategory>
 #include <QMutex>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 
 using namespace ZQTPlatform;
 
@@ -104,6 +107,51 @@ struct ScreenRun
     ~ScreenRun() { delete screen; }
 };
 
+double threadCpuMs()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return now.tv_sec * 1e3 + now.tv_nsec / 1e6;
+}
+
+// An application that times each event it delivers on the GUI thread, to name the slowest.
+class TimedApplication : public QApplication
+{
+public:
+    using QApplication::QApplication;
+    struct Slow { double ms; QString what; };
+    QList<Slow> slowest;
+    double longestCpuMs = 0; // the most CPU time one event took on the GUI thread
+    bool recording = false;
+
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        if (!recording || QThread::currentThread() != thread())
+            return QApplication::notify(receiver, event);
+        ++depth;
+        QElapsedTimer clock;
+        clock.start();
+        const double cpuStart = threadCpuMs();
+        const int type = event->type();
+        const QString name = QString::fromLatin1(receiver->metaObject()->className()) + QLatin1Char('/') + receiver->objectName();
+        const bool result = QApplication::notify(receiver, event);
+        --depth;
+        const double ms = clock.nsecsElapsed() / 1e6;
+        if (depth == 0)
+            longestCpuMs = std::max(longestCpuMs, threadCpuMs() - cpuStart);
+        if (ms > 2.0) {
+            slowest.append({ms, QStringLiteral("%1 event %2 (%3 ms on the CPU)").arg(name).arg(type).arg(threadCpuMs() - cpuStart, 0, 'f', 2)});
+            std::sort(slowest.begin(), slowest.end(), [](const Slow &a, const Slow &b) { return a.ms > b.ms; });
+            if (slowest.size() > 5)
+                slowest.removeLast();
+        }
+        return result;
+    }
+
+private:
+    int depth = 0;
+};
+
 // The longest gap between 1 ms timer ticks on the GUI thread over the time, less the tick.
 double longestStallMs(int milliseconds)
 {
@@ -117,9 +165,12 @@ double longestStallMs(int milliseconds)
         longest = std::max(longest, now - last);
         last = now;
     });
+    // A plain event loop: QTest::qWait sleeps between its passes and would measure itself.
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     clock.start();
     tick.start();
-    QTest::qWait(milliseconds);
+    loop.exec();
     return std::max(0.0, longest / 1e6 - 1.0);
 }
 
@@ -147,7 +198,7 @@ double median(QList<double> values)
 int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
+    TimedApplication app(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("zqt.vin.lifecycle.debug=true\nzqt.vin.debug=false\nzqt.vin.warning=false"));
     StepClock::clock.start();
     qInstallMessageHandler(&StepClock::handler);
@@ -176,7 +227,9 @@ int main(int argc, char *argv[])
         CaptureDevice::addStandIn(clip);
         ScreenRun streaming(true);
         QTest::qWait(1000);
+        app.recording = true;
         streamingStall = longestStallMs(streamMs);
+        app.recording = false;
         reads = streaming.delegate.reports.loadAcquire();
         if (streaming.screen->output()) {
             framesRead = streaming.screen->output()->framesRead();
@@ -190,6 +243,11 @@ int main(int argc, char *argv[])
                 streamingStall, idleStall > 0 ? streamingStall / idleStall : 0.0, streamingStall < 8 ? "met" : "NOT met");
     std::printf("  reader: %llu frames read, %llu dropped while busy\n", (unsigned long long)framesRead,
                 (unsigned long long)framesDropped);
+    std::printf("  most GUI-thread CPU time for one event: %.2f ms (the rest of a stall is waiting for a core)\n",
+                app.longestCpuMs);
+    std::printf("  slowest GUI-thread events while streaming:\n");
+    for (const TimedApplication::Slow &slow : std::as_const(app.slowest))
+        std::printf("    %6.2f ms  %s\n", slow.ms, qPrintable(slow.what));
 
     // 2 and 3. Frames to the report, and the save on that path.
     std::printf("\nFrames from the first frame showing the code to the report (1280x720 label scene):\n");

@@ -149,13 +149,16 @@ void ZQTVINCaptureVC::startBarCodeScanner()
     if (!d->cameraOverlayImage) {
         auto *overlay = new QLabel;
         overlay->setObjectName(QStringLiteral("cameraOverlayImage"));
-        overlay->setScaledContents(true);
         overlay->setAttribute(Qt::WA_TransparentForMouseEvents);
         d->cameraOverlayImage = overlay;
     }
     QLabel *overlay = d->cameraOverlayImage;
+    // The picture fills the camera area; it is scaled once here rather than at every frame's repaint.
     const Image overlayPicture = d->vinScanItem ? d->vinScanItem->cameraOverlayImage() : Image();
-    overlay->setPixmap(overlayPicture.isNull() ? QPixmap() : QPixmap::fromImage(overlayPicture.bitmap()));
+    overlay->setPixmap(overlayPicture.isNull() || cameraFrame.isEmpty()
+                           ? QPixmap()
+                           : QPixmap::fromImage(overlayPicture.bitmap().scaled(
+                                 cameraFrame.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)));
     overlay->setGeometry(0, 0, cameraFrame.width(), cameraFrame.height());
     setBackgroundColor(overlay, QColor());
 

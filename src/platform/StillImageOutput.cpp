@@ -1,6 +1,7 @@
 #include "platform/StillImageOutput.h"
 
 #include "platform/VideoFrames_p.h"
+#include "platform/WorkerPriority_p.h"
 
 #include <QBuffer>
 #include <QImageWriter>
@@ -40,6 +41,7 @@ void StillImageOutput::captureQueueAsync(std::function<void()> work)
 {
     captureQueue().start([work = std::move(work)] {
         QThread::currentThread()->setObjectName(QStringLiteral("zqt.vin.capture"));
+        lowerCurrentThreadPriority();
         work();
     });
 }

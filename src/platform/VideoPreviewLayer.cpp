@@ -1,6 +1,7 @@
 #include "platform/VideoPreviewLayer.h"
 
 #include "platform/VideoFrames_p.h"
+#include "platform/WorkerPriority_p.h"
 
 #include <QMutex>
 #include <QPainter>
@@ -242,6 +243,7 @@ void VideoPreviewLayer::scheduleDrawing()
 void VideoPreviewLayer::drawPending()
 {
     // The drawing worker's thread.
+    lowerCurrentThreadPriority();
     for (;;) {
         QVideoFrame frame;
         QString gravity;
