@@ -9,6 +9,7 @@
 #include "platform/BarcodeReader_p.h"
 
 #include "platform/MetadataOutput.h"
+#include "platform/TurnedLuminance_p.h"
 
 #include <ZXing/ReadBarcode.h>
 
@@ -114,20 +115,39 @@ ZXing::DecodeHints hintsFor(const ReadStrategy &strategy, ZXing::BarcodeFormats 
     return hints;
 }
 
-// The part of a frame a strategy reads: its rows, subsampled.
+// The part of a frame a strategy reads, and where its pixels lie in the frame.
 struct StrategyView
 {
-    ZXing::ImageView view;
-    int top;   // first row, in frame pixels
-    int scale; // frame pixels per view pixel
+    ZXing::ImageView view{nullptr, 0, 0, ZXing::ImageFormat::Lum};
+    TurnedLuminance turned; // the pixels of view when the strategy turns the frame
+    QTransform toFrame;
 };
+
+PixelLayout pixelLayout(const ZXing::ImageView &view)
+{
+    const ZXing::ImageFormat format = view.format();
+    const bool grey = format == ZXing::ImageFormat::Lum;
+    return {view.data(0, 0), view.width(), view.height(), view.rowStride(), view.pixStride(),
+            grey ? 0 : ZXing::RedIndex(format), grey ? 0 : ZXing::GreenIndex(format), grey ? 0 : ZXing::BlueIndex(format)};
+}
 
 StrategyView strategyView(const ZXing::ImageView &frame, const ReadStrategy &strategy)
 {
+    StrategyView part;
     const int top = int(frame.height() * strategy.top);
     const int height = int(frame.height() * strategy.height);
+    if (strategy.turnDegrees != 0) {
+        part.turned = turnedLuminance(pixelLayout(frame), QRectF(0, top, frame.width(), height), strategy.turnDegrees,
+                                      strategy.subsampling);
+        part.view = ZXing::ImageView(part.turned.pixels.data(), part.turned.width, part.turned.height, ZXing::ImageFormat::Lum);
+        part.toFrame = part.turned.toFrame;
+        return part;
+    }
     const ZXing::ImageView rows = frame.cropped(0, top, frame.width(), height);
-    return {strategy.subsampling > 1 ? rows.subsampled(strategy.subsampling) : rows, top, strategy.subsampling};
+    part.view = strategy.subsampling > 1 ? rows.subsampled(strategy.subsampling) : rows;
+    part.toFrame.translate(0, top);
+    part.toFrame.scale(strategy.subsampling, strategy.subsampling);
+    return part;
 }
 
 QList<DecodedBarcode> decode(const ZXing::ImageView &frame, quint64 frameNumber, int formats, const QStringList &wanted)
@@ -154,7 +174,7 @@ QList<DecodedBarcode> decode(const ZXing::ImageView &frame, quint64 frameNumber,
             if (result.format() == ZXing::BarcodeFormat::UPCA)
                 code.text.prepend(QLatin1Char('0'));
             for (const ZXing::PointI &corner : result.position())
-                code.corners.append(QPointF(corner.x * part.scale, corner.y * part.scale + part.top));
+                code.corners.append(part.toFrame.map(QPointF(corner.x, corner.y)));
             codes.append(code);
         }
     } catch (const std::exception &) {
@@ -295,23 +315,33 @@ std::optional<ZXing::ImageView> imageView(const QImage &image)
 ReadStrategy ReadStrategy::forFrame(quint64 frameNumber)
 {
     ReadStrategy strategy;
-    switch (frameNumber % cycleLength()) {
+    const int step = int(frameNumber % cycleLength());
+    switch (step) {
     case 0:
         break;
     case 1:
-        strategy.binarizer = Binarizer::GlobalHistogram;
-        strategy.tryRotate = true;
-        break;
-    case 2:
+    case 3:
         strategy.tryHarder = true;
         strategy.tryRotate = true;
+        strategy.subsampling = 2;
+        strategy.top = 0.25;
+        strategy.height = 0.5;
+        strategy.turnDegrees = step == 1 ? 6 : -6;
         break;
-    case 3:
+    case 2:
         strategy.tryHarder = true;
         strategy.tryRotate = true;
         strategy.subsampling = 2;
         break;
     case 4:
+        strategy.tryHarder = true;
+        strategy.tryRotate = true;
+        break;
+    case 5:
+        strategy.binarizer = Binarizer::GlobalHistogram;
+        strategy.tryRotate = true;
+        break;
+    case 6:
         strategy.height = 0.5;
         break;
     default:
@@ -324,7 +354,7 @@ ReadStrategy ReadStrategy::forFrame(quint64 frameNumber)
 
 int ReadStrategy::cycleLength()
 {
-    return 6;
+    return 8;
 }
 
 QStringList BarcodeReader::knownTypes()

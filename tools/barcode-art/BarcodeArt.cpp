@@ -10,6 +10,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <exception>
 #include <random>
@@ -59,13 +60,17 @@ int inkLevel(double contrast)
 // shading and a fine grain. Independent of the noise seed, so frames of one scene differ by noise only.
 QImage backgroundTexture(const QSize &size)
 {
+    std::vector<double> across(size.width());
+    for (int x = 0; x < size.width(); ++x)
+        across[x] = 22 * std::sin(x / 41.0);
     QImage frame(size, QImage::Format_RGB32);
     for (int y = 0; y < size.height(); ++y) {
+        const double down = std::cos(y / 57.0);
         auto *line = reinterpret_cast<QRgb *>(frame.scanLine(y));
         for (int x = 0; x < size.width(); ++x) {
             const quint32 hash = (quint32(x) * 73856093u) ^ (quint32(y) * 19349663u);
             const int grain = int((hash * 2654435761u) >> 28) - 8;
-            const int shade = 75 + int(22 * std::sin(x / 41.0) * std::cos(y / 57.0)) + grain;
+            const int shade = 75 + int(across[x] * down) + grain;
             line[x] = qRgb(std::clamp(shade + 12, 0, 255), std::clamp(shade, 0, 255), std::clamp(shade - 10, 0, 255));
         }
     }
@@ -106,62 +111,80 @@ QImage labelCard(const QImage &symbol, const QString &caption, double contrast)
     return card;
 }
 
-std::vector<float> gaussianKernel(double sigma)
+// Weights of a Gaussian kernel in 1/4096ths.
+std::vector<int> gaussianKernel(double sigma)
 {
     const int radius = std::max(1, int(std::ceil(3 * sigma)));
-    std::vector<float> kernel(2 * radius + 1);
-    float sum = 0;
+    std::vector<double> weights(2 * radius + 1);
+    double sum = 0;
     for (int i = -radius; i <= radius; ++i)
-        sum += kernel[i + radius] = float(std::exp(-(i * i) / (2 * sigma * sigma)));
-    for (float &k : kernel)
-        k /= sum;
+        sum += weights[i + radius] = std::exp(-(i * i) / (2 * sigma * sigma));
+    std::vector<int> kernel;
+    for (double weight : weights)
+        kernel.push_back(int(std::lround(4096 * weight / sum)));
     return kernel;
 }
 
-// One separable pass over the three colour channels; horizontal when dx is 1, vertical when dy is 1.
-void blurPass(QImage &image, const std::vector<float> &kernel, int dx, int dy)
+// A separable blur of the three colour channels; rows and columns past the edge repeat the edge.
+void blur(QImage &image, double sigma)
 {
-    const QImage source = image.copy();
+    const std::vector<int> kernel = gaussianKernel(sigma);
     const int radius = int(kernel.size() / 2);
     const int w = image.width();
     const int h = image.height();
+    const auto channels = [](QRgb p) { return std::array<int, 3>{qRed(p), qGreen(p), qBlue(p)}; };
+
+    // Across, into 3 channels per pixel.
+    std::vector<std::array<int, 3>> across(size_t(w) * h);
     for (int y = 0; y < h; ++y) {
-        auto *out = reinterpret_cast<QRgb *>(image.scanLine(y));
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 0; x < w; ++x) {
-            float r = 0, g = 0, b = 0;
+            std::array<int, 3> sum{0, 0, 0};
             for (int i = -radius; i <= radius; ++i) {
-                const int sx = std::clamp(x + i * dx, 0, w - 1);
-                const int sy = std::clamp(y + i * dy, 0, h - 1);
-                const QRgb p = reinterpret_cast<const QRgb *>(source.constScanLine(sy))[sx];
-                const float k = kernel[i + radius];
-                r += k * qRed(p);
-                g += k * qGreen(p);
-                b += k * qBlue(p);
+                const auto c = channels(line[std::clamp(x + i, 0, w - 1)]);
+                for (int k = 0; k < 3; ++k)
+                    sum[k] += kernel[i + radius] * c[k];
             }
-            out[x] = qRgb(int(r + 0.5f), int(g + 0.5f), int(b + 0.5f));
+            across[size_t(y) * w + x] = sum;
         }
+    }
+    // Down, a whole row at a time.
+    std::vector<std::array<qint64, 3>> down(w);
+    for (int y = 0; y < h; ++y) {
+        std::fill(down.begin(), down.end(), std::array<qint64, 3>{0, 0, 0});
+        for (int i = -radius; i <= radius; ++i) {
+            const auto *row = &across[size_t(std::clamp(y + i, 0, h - 1)) * w];
+            for (int x = 0; x < w; ++x)
+                for (int k = 0; k < 3; ++k)
+                    down[x][k] += qint64(kernel[i + radius]) * row[x][k];
+        }
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        const auto level = [](qint64 value) { return std::clamp(int((value + (1 << 23)) >> 24), 0, 255); };
+        for (int x = 0; x < w; ++x)
+            line[x] = qRgb(level(down[x][0]), level(down[x][1]), level(down[x][2]));
     }
 }
 
-// Luminance noise with a normal distribution (Box-Muller over a fixed generator, so a seed gives
-// the same frame everywhere).
+// Luminance noise with a normal distribution: a table of normal deviates (Box-Muller over a fixed
+// generator, so a seed gives the same frame everywhere), picked at random for each pixel.
 void addNoise(QImage &image, double sigma, quint32 seed)
 {
     std::mt19937 generator(seed);
     const double scale = 1.0 / (double(std::mt19937::max()) + 1.0);
+    std::array<int, 4096> deviates;
+    for (size_t i = 0; i < deviates.size(); i += 2) {
+        const double radius = sigma * std::sqrt(-2 * std::log((generator() + 1.0) * scale));
+        const double angle = 2 * M_PI * generator() * scale;
+        deviates[i] = int(std::lround(radius * std::cos(angle)));
+        deviates[i + 1] = int(std::lround(radius * std::sin(angle)));
+    }
     for (int y = 0; y < image.height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < image.width(); x += 2) {
-            const double u1 = (generator() + 1.0) * scale;
-            const double u2 = generator() * scale;
-            const double radius = sigma * std::sqrt(-2 * std::log(u1));
-            const double pair[2] = {radius * std::cos(2 * M_PI * u2), radius * std::sin(2 * M_PI * u2)};
-            for (int i = 0; i < 2 && x + i < image.width(); ++i) {
-                const int n = int(std::lround(pair[i]));
-                const QRgb p = line[x + i];
-                line[x + i] = qRgb(std::clamp(qRed(p) + n, 0, 255), std::clamp(qGreen(p) + n, 0, 255),
-                                   std::clamp(qBlue(p) + n, 0, 255));
-            }
+        for (int x = 0; x < image.width(); ++x) {
+            const int n = deviates[generator() % deviates.size()];
+            const QRgb p = line[x];
+            line[x] = qRgb(std::clamp(qRed(p) + n, 0, 255), std::clamp(qGreen(p) + n, 0, 255),
+                           std::clamp(qBlue(p) + n, 0, 255));
         }
     }
 }
@@ -211,11 +234,8 @@ QImage renderScene(const QImage &symbol, const Scene &scene)
             painter.drawImage(QPointF(-card.width() / 2.0, -card.height() / 2.0), card);
         }
     }
-    if (scene.blurRadius > 0) {
-        const std::vector<float> kernel = gaussianKernel(scene.blurRadius);
-        blurPass(frame, kernel, 1, 0);
-        blurPass(frame, kernel, 0, 1);
-    }
+    if (scene.blurRadius > 0)
+        blur(frame, scene.blurRadius);
     if (scene.noiseSigma > 0)
         addNoise(frame, scene.noiseSigma, scene.seed);
     return frame;

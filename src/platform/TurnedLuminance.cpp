@@ -1,0 +1,59 @@
+#include "platform/TurnedLuminance_p.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ZQTPlatform {
+
+namespace {
+
+// Luminance of one pixel with the weights of BT.601 in 1/1024ths; exact for a luminance plane.
+inline int luminanceAt(const PixelLayout &frame, int x, int y)
+{
+    const uchar *pixel = frame.data + qsizetype(y) * frame.rowStride + qsizetype(x) * frame.pixelStride;
+    return (306 * pixel[frame.red] + 601 * pixel[frame.green] + 117 * pixel[frame.blue] + 512) >> 10;
+}
+
+} // namespace
+
+TurnedLuminance turnedLuminance(const PixelLayout &frame, const QRectF &band, double degrees, int step)
+{
+    TurnedLuminance turned;
+    if (frame.width < 2 || frame.height < 2 || step < 1)
+        return turned;
+    turned.width = int(band.width()) / step;
+    turned.height = int(band.height()) / step;
+    turned.toFrame.translate(band.center().x(), band.center().y());
+    turned.toFrame.rotate(degrees);
+    turned.toFrame.translate(-band.width() / 2, -band.height() / 2);
+    turned.toFrame.scale(step, step);
+    turned.pixels.resize(size_t(std::max(0, turned.width)) * std::max(0, turned.height));
+
+    // Walk each row in 16.16 fixed point: one sample step is a constant move in the frame.
+    constexpr int one = 1 << 16;
+    const QPointF across = turned.toFrame.map(QPointF(1, 0)) - turned.toFrame.map(QPointF(0, 0));
+    const int dx = int(std::lround(across.x() * one));
+    const int dy = int(std::lround(across.y() * one));
+    const int maxX = (frame.width - 1) * one - 1;
+    const int maxY = (frame.height - 1) * one - 1;
+    for (int row = 0; row < turned.height; ++row) {
+        const QPointF start = turned.toFrame.map(QPointF(0, row));
+        int x = int(std::lround(start.x() * one));
+        int y = int(std::lround(start.y() * one));
+        uchar *out = turned.pixels.data() + size_t(row) * turned.width;
+        for (int column = 0; column < turned.width; ++column, x += dx, y += dy) {
+            const int cx = std::clamp(x, 0, maxX);
+            const int cy = std::clamp(y, 0, maxY);
+            const int left = cx >> 16;
+            const int top = cy >> 16;
+            const int fx = (cx & (one - 1)) >> 8; // 0..255
+            const int fy = (cy & (one - 1)) >> 8;
+            const int upper = luminanceAt(frame, left, top) * (256 - fx) + luminanceAt(frame, left + 1, top) * fx;
+            const int lower = luminanceAt(frame, left, top + 1) * (256 - fx) + luminanceAt(frame, left + 1, top + 1) * fx;
+            out[column] = uchar((upper * (256 - fy) + lower * fy + (1 << 15)) >> 16);
+        }
+    }
+    return turned;
+}
+
+} // namespace ZQTPlatform
