@@ -50,6 +50,7 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
         loop.quit();
     });
     QObject::connect(device, &CaptureDevice::endOfStream, &loop, &QEventLoop::quit);
+    QObject::connect(device, &CaptureDevice::failed, &loop, &QEventLoop::quit);
     QTimer::singleShot(fileLimitMs, &loop, &QEventLoop::quit);
     host.show(QSize(375, 812));
     // A picture repeats itself: after a while more frames tell nothing new.

@@ -53,6 +53,9 @@ public:
             if (frame.isValid())
                 emit frameReady(frame);
         });
+        connect(&m_camera, &QCamera::errorOccurred, this, [this](QCamera::Error, const QString &text) {
+            emit failed(captureDeviceError(text));
+        });
         connect(&m_imageCapture, &QImageCapture::imageCaptured, this, [this](int id, const QImage &image) {
             finishStill(id, image, Error());
         });

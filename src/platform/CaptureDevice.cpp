@@ -97,6 +97,7 @@ CaptureDevice::CaptureDevice(std::unique_ptr<CaptureDeviceBackend> backend, Posi
     // Runs on the GUI thread: the backends deliver there.
     connect(d->backend.get(), &CaptureDeviceBackend::frameReady, this, &CaptureDevice::takeFrame);
     connect(d->backend.get(), &CaptureDeviceBackend::endOfStream, this, &CaptureDevice::endOfStream);
+    connect(d->backend.get(), &CaptureDeviceBackend::failed, this, &CaptureDevice::failed);
 }
 
 CaptureDevice::~CaptureDevice()

@@ -120,6 +120,8 @@ Q_SIGNALS:
     void frameArrived(const QVideoFrame &frame);
     // A video file stand-in reached its end; it plays from the start again.
     void endOfStream();
+    // The device stopped working (availabilityError() says why).
+    void failed(const ZQTPlatform::Error &error);
 
 private:
     CaptureDevice(std::unique_ptr<CaptureDeviceBackend> backend, Position position, QObject *parent);

@@ -42,6 +42,7 @@ public:
 Q_SIGNALS:
     void frameReady(const QVideoFrame &frame);
     void endOfStream();
+    void failed(const ZQTPlatform::Error &error);
 };
 
 std::unique_ptr<CaptureDeviceBackend> makeCameraBackend(const QByteArray &cameraId);

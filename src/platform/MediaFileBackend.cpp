@@ -33,6 +33,7 @@ public:
         connect(&m_player, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error, const QString &text) {
             m_error = captureDeviceError(text.isEmpty() ? QStringLiteral("The video could not be played.") : text);
             log(QStringLiteral("Video source %1: %2").arg(m_path, m_error.localizedDescription()));
+            emit failed(m_error);
         });
     }
 

@@ -1,4 +1,5 @@
-// Runs the zqt-vin tool as a separate process, the way scripts use it.
+// Runs the project's programs (zqt-vin, zqt-vin-capture) as separate processes, the way scripts
+// use them. They share the test's home and standard folders.
 #pragma once
 
 #include <QString>
@@ -12,3 +13,4 @@ struct ZqtVinRun
 };
 
 ZqtVinRun runZqtVin(const QStringList &args);
+ZqtVinRun runZqtVinCapture(const QStringList &args);

@@ -1,0 +1,97 @@
+// The capture app and zqt-vin scan, run as a user runs them: headless over the shipped sample
+// clip, pictures and files that cannot be scanned.
+#include "BarcodeArt.h"
+#include "support/ZqtVinRun.h"
+
+#include "Utils/ZQTVINScanUtils.h"
+
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+namespace {
+
+const QString sampleVin = QStringLiteral("1HGCM82633A004352");
+
+QJsonObject jsonLine(const QString &line)
+{
+    return QJsonDocument::fromJson(line.toUtf8()).object();
+}
+
+} // namespace
+
+TEST(CaptureApp, ScansTheSampleClipReportsOneJsonLineAndStoresTheVinPhoto)
+{
+    const ZqtVinRun run = runZqtVinCapture({"--claim", "CLM-APP", "--source", ZQT_SAMPLE_CLIP, "--exit-on-result",
+                                            "--timeout", "50"});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QStringList lines = run.out.split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 1) << run.out.toStdString();
+    const QJsonObject report = jsonLine(lines.first());
+    EXPECT_EQ(report.value("vin").toString(), sampleVin);
+    EXPECT_TRUE(report.value("isVINScanned").toBool());
+    EXPECT_TRUE(report.value("isVINValid").toBool());
+    EXPECT_TRUE(report.value("error").isNull());
+    const QString photo = ZQTVINScanUtils::getPhotoPathWithClaimId("CLM-APP", "VIN");
+    EXPECT_TRUE(QFileInfo(photo).isFile());
+    EXPECT_TRUE(run.err.contains(photo));
+}
+
+TEST(CaptureApp, RefusesMissingClaimsAndUnreadableSourcesAndGivesUpAfterItsTimeout)
+{
+    EXPECT_EQ(runZqtVinCapture({"--exit-on-result"}).status, 2);
+    const ZqtVinRun missing = runZqtVinCapture({"--claim", "C", "--source", "/nonexistent/clip.webm"});
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_TRUE(missing.err.contains("/nonexistent/clip.webm"));
+
+    QTemporaryDir dir;
+    const QString blank = dir.filePath("blank.png");
+    QImage picture(640, 480, QImage::Format_RGB32);
+    picture.fill(Qt::lightGray);
+    ASSERT_TRUE(picture.save(blank));
+    const ZqtVinRun nothing = runZqtVinCapture({"--claim", "C", "--source", blank, "--exit-on-result", "--timeout", "2"});
+    EXPECT_EQ(nothing.status, 1);
+    EXPECT_TRUE(nothing.out.isEmpty());
+}
+
+TEST(ZqtVinScan, OneLinePerFileAndSuccessOnlyWhenEveryFileGaveAVin)
+{
+    QTemporaryDir dir;
+    const QString label = dir.filePath("label.png");
+    const QString blank = dir.filePath("blank.png");
+    const QString text = dir.filePath("notes.txt");
+    ASSERT_TRUE(BarcodeArt::renderScene(BarcodeArt::renderSymbol(BarcodeArt::Symbology::Code128, "I" + sampleVin, 3), {})
+                    .save(label));
+    QImage picture(320, 240, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    ASSERT_TRUE(picture.save(blank));
+    QFile notes(text);
+    ASSERT_TRUE(notes.open(QIODevice::WriteOnly));
+    notes.write("not a picture");
+    notes.close();
+
+    const ZqtVinRun plain = runZqtVin({"scan", "--claim", "CLM-B", ZQT_SAMPLE_CLIP, label});
+    ASSERT_EQ(plain.status, 0) << plain.err.toStdString();
+    const QStringList lines = plain.out.split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2);
+    const QString photo = ZQTVINScanUtils::getPhotoPathWithClaimId("CLM-B", "VIN");
+    EXPECT_EQ(lines[0], QString(ZQT_SAMPLE_CLIP) + "\t" + sampleVin + "\tvalid\t" + photo);
+    EXPECT_EQ(lines[1], label + "\t" + sampleVin + "\tvalid\t" + photo);
+
+    const ZqtVinRun json = runZqtVin({"scan", "--claim", "CLM-B", "--json", blank, label, text});
+    EXPECT_EQ(json.status, 1);
+    const QStringList jsonLines = json.out.split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(jsonLines.size(), 3) << json.out.toStdString();
+    const QJsonObject none = jsonLine(jsonLines[0]);
+    EXPECT_TRUE(none.value("vin").isNull());
+    EXPECT_EQ(none.value("result").toString(), "no barcode");
+    EXPECT_EQ(jsonLine(jsonLines[1]).value("vin").toString(), sampleVin);
+    EXPECT_EQ(jsonLine(jsonLines[1]).value("photo").toString(), photo);
+    EXPECT_TRUE(jsonLine(jsonLines[2]).value("vin").isNull());
+    EXPECT_EQ(jsonLine(jsonLines[2]).value("file").toString(), text);
+
+    EXPECT_EQ(runZqtVin({"scan", "--json", label}).status, 2);
+}
