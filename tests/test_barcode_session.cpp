@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMutex>
@@ -173,7 +174,11 @@ TEST_F(BarcodeSession, PayloadsOfEveryVinSymbologyFollowTheVinRule)
 
 TEST_F(BarcodeSession, OtherSymbologiesOnlyResetThePrompt)
 {
-    startScreen(labelScene(Symbology::QRCode, validVin, 8));
+    BarcodeArt::Scene scene;
+    scene.caption = "VIN " + validVin;
+    scene.tiltDegrees = 3;
+    scene.noiseSigma = 3;
+    startScreen(BarcodeArt::renderScene(BarcodeArt::renderSymbol(Symbology::QRCode, validVin, 8), scene));
     const QString prompt = ZQTVINScanComponentConstants::getConfigStringForKey("ScanningLabelText");
     screen->scanResultLbl()->setText("stale");
     // The reader reports the QR code (every type is asked for); the screen ignores it.
@@ -182,6 +187,11 @@ TEST_F(BarcodeSession, OtherSymbologiesOnlyResetThePrompt)
     EXPECT_TRUE(delegate.snapshot().isEmpty());
     EXPECT_FALSE(screen->isVINScanInProcess());
     EXPECT_TRUE(screen->session()->isRunning());
+
+    // The scanning screen as the user sees it: live picture, prompt, aiming line, frame.
+    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
+    folder.mkpath(".");
+    EXPECT_TRUE(window.grab().save(folder.filePath("scanning_375x812.png")));
 }
 
 TEST_F(BarcodeSession, FirstAcceptedCodeWinsAndRepeatsAreIgnored)

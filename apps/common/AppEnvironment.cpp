@@ -9,13 +9,27 @@
 namespace ZqtApps {
 
 namespace {
+
 const char sampleClipName[] = "vin-label-code39.webm";
+QtMessageHandler previousHandler = nullptr;
+
+// Qt's offscreen platform warns on every window that it cannot pass size hints on; that says
+// nothing to a user of a headless run.
+void quietOffscreenHandler(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (message == QLatin1String("This plugin does not support propagateSizeHints()"))
+        return;
+    if (previousHandler)
+        previousHandler(type, context, message);
 }
+
+} // namespace
 
 void prepareEnvironment(bool headless)
 {
     if (headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    previousHandler = qInstallMessageHandler(quietOffscreenHandler);
     if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
         const QString runtime = QDir::tempPath() + QStringLiteral("/runtime-") + QString::number(getuid());
         QDir().mkpath(runtime);
