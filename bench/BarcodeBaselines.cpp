@@ -1,0 +1,103 @@
+#include "BarcodeBaselines.h"
+
+// zbar first: ZXing's Error.h defines macros (UnsupportedError) that break zbar's C++ headers.
+#include <zbar.h>
+
+#include <ZXing/ReadBarcode.h>
+
+#include <cstring>
+#include <exception>
+
+using namespace zbar; // its C interface, which the C++ header puts in the namespace
+
+namespace BarcodeBaselines {
+
+namespace {
+
+const ZXing::BarcodeFormats vinFormats = ZXing::BarcodeFormat::Code39 | ZXing::BarcodeFormat::Code93
+                                         | ZXing::BarcodeFormat::Code128 | ZXing::BarcodeFormat::DataMatrix;
+
+ZXing::ImageView view(const Luminance &picture)
+{
+    return {picture.bits, picture.width, picture.height, ZXing::ImageFormat::Lum, picture.stride};
+}
+
+QStringList texts(const ZXing::Results &results)
+{
+    QStringList found;
+    for (const ZXing::Result &result : results) {
+        if (result.isValid())
+            found.append(QString::fromStdString(result.text()));
+    }
+    return found;
+}
+
+} // namespace
+
+QStringList zxingWithStrategy(const Luminance &picture, const ZQTPlatform::ReadStrategy &strategy)
+{
+    ZXing::DecodeHints hints;
+    hints.setFormats(vinFormats)
+        .setBinarizer(strategy.binarizer == ZQTPlatform::ReadStrategy::Binarizer::GlobalHistogram
+                          ? ZXing::Binarizer::GlobalHistogram
+                          : ZXing::Binarizer::LocalAverage)
+        .setTryHarder(strategy.tryHarder)
+        .setTryRotate(strategy.tryRotate)
+        .setTryDownscale(false)
+        .setMaxNumberOfSymbols(uint8_t(strategy.maxSymbols))
+        .setTryCode39ExtendedMode(true);
+    const ZXing::ImageView rows
+        = view(picture).cropped(0, int(picture.height * strategy.top), picture.width, int(picture.height * strategy.height));
+    try {
+        return texts(ZXing::ReadBarcodes(strategy.subsampling > 1 ? rows.subsampled(strategy.subsampling) : rows, hints));
+    } catch (const std::exception &) {
+        return {};
+    }
+}
+
+QStringList zxingDefaults(const Luminance &picture)
+{
+    ZXing::DecodeHints hints;
+    hints.setFormats(vinFormats);
+    try {
+        return texts({ZXing::ReadBarcode(view(picture), hints)});
+    } catch (const std::exception &) {
+        return {};
+    }
+}
+
+ZbarReader::ZbarReader() : m_scanner(zbar_image_scanner_create())
+{
+    zbar_image_scanner_set_config(m_scanner, ZBAR_NONE, ZBAR_CFG_ENABLE, 0);
+    for (const zbar_symbol_type_t type : {ZBAR_CODE39, ZBAR_CODE93, ZBAR_CODE128})
+        zbar_image_scanner_set_config(m_scanner, type, ZBAR_CFG_ENABLE, 1);
+}
+
+ZbarReader::~ZbarReader()
+{
+    zbar_image_scanner_destroy(m_scanner);
+}
+
+QStringList ZbarReader::read(const Luminance &picture)
+{
+    const uchar *bits = picture.bits;
+    if (picture.stride != picture.width) {
+        m_packed.resize(size_t(picture.width) * picture.height);
+        for (int y = 0; y < picture.height; ++y)
+            std::memcpy(m_packed.data() + size_t(y) * picture.width, picture.bits + size_t(y) * picture.stride, picture.width);
+        bits = m_packed.data();
+    }
+    zbar_image_t *image = zbar_image_create();
+    zbar_image_set_format(image, zbar_fourcc('Y', '8', '0', '0'));
+    zbar_image_set_size(image, unsigned(picture.width), unsigned(picture.height));
+    zbar_image_set_data(image, bits, size_t(picture.width) * picture.height, nullptr);
+    QStringList found;
+    if (zbar_scan_image(m_scanner, image) > 0) {
+        for (const zbar_symbol_t *symbol = zbar_image_first_symbol(image); symbol; symbol = zbar_symbol_next(symbol))
+            found.append(QString::fromUtf8(zbar_symbol_get_data(symbol), int(zbar_symbol_get_data_length(symbol))));
+    }
+    zbar_image_destroy(image);
+    return found;
+}
+
+} // namespace BarcodeBaselines
