@@ -38,6 +38,11 @@ struct RecordingDelegate : VinScannerVCDelegate
         QMutexLocker locker(&lock);
         calls.append({VIN, isVINScanned, isVINValid, error, QThread::currentThread() == qApp->thread()});
     }
+    void clear()
+    {
+        QMutexLocker locker(&lock);
+        calls.clear();
+    }
     QList<Call> snapshot() const
     {
         QMutexLocker locker(&lock);
@@ -162,7 +167,7 @@ TEST_F(BarcodeSession, PayloadsOfEveryVinSymbologyFollowTheVinRule)
     };
     for (const auto &[symbology, payload, vin, valid] : cases) {
         SCOPED_TRACE(payload.toStdString());
-        delegate.calls.clear();
+        delegate.clear();
         startScreen(labelScene(symbology, payload, symbology == Symbology::DataMatrix ? 8 : 3));
         const auto calls = reports();
         ASSERT_EQ(calls.size(), 1);

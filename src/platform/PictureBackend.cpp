@@ -1,10 +1,11 @@
-// A picture shown as a steady stream: the same frame 30 times a second, and the picture itself
-// as the still.
+// A picture shown as a steady stream: the same frame 30 times a second through a video sink, as
+// the other sources deliver theirs, and the picture itself as the still.
 #include "platform/CaptureDevice_p.h"
 #include "platform/VideoFrames_p.h"
 
 #include <QDateTime>
 #include <QTimer>
+#include <QVideoSink>
 
 namespace ZQTPlatform {
 
@@ -16,11 +17,12 @@ class PictureBackend : public CaptureDeviceBackend
 {
 public:
     PictureBackend(const QImage &picture, const QString &name)
-        : m_picture(picture), m_name(name), m_frame(videoFrameFromImage(picture))
+        : m_picture(picture), m_name(name), m_frames{videoFrameFromImage(picture), videoFrameFromImage(picture)}
     {
         m_timer.setInterval(frameIntervalMs);
-        // GUI thread.
-        connect(&m_timer, &QTimer::timeout, this, [this] { emit frameReady(m_frame); });
+        // Both on the GUI thread.
+        connect(&m_timer, &QTimer::timeout, this, [this] { showNextFrame(); });
+        connect(&m_sink, &QVideoSink::videoFrameChanged, this, &CaptureDeviceBackend::frameReady);
     }
 
     QString uniqueID() const override { return QStringLiteral("picture:") + m_name; }
@@ -28,15 +30,15 @@ public:
 
     Error availabilityError() const override
     {
-        return m_frame.isValid() ? Error() : captureDeviceError(QStringLiteral("The picture is too small to stream."));
+        return m_frames[0].isValid() ? Error() : captureDeviceError(QStringLiteral("The picture is too small to stream."));
     }
 
     void start() override
     {
-        if (!m_frame.isValid())
+        if (!m_frames[0].isValid())
             return;
         m_timer.start();
-        emit frameReady(m_frame);
+        showNextFrame();
     }
 
     void stop() override { m_timer.stop(); }
@@ -54,9 +56,18 @@ public:
     }
 
 private:
+    // A sink passes a frame on only when it differs from the one it has: two copies take turns.
+    void showNextFrame()
+    {
+        m_next = 1 - m_next;
+        m_sink.setVideoFrame(m_frames[m_next]);
+    }
+
     QImage m_picture;
     QString m_name;
-    QVideoFrame m_frame;
+    QVideoFrame m_frames[2];
+    int m_next = 0;
+    QVideoSink m_sink;
     QTimer m_timer;
 };
 
