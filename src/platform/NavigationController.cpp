@@ -22,6 +22,13 @@ NavigationController::NavigationController(ViewController *rootViewController, Q
         pushViewController(rootViewController, false);
 }
 
+NavigationController::~NavigationController()
+{
+    // The stack goes before the child widgets do: their deletion must not reach it.
+    for (ViewController *viewController : std::as_const(m_stack))
+        disconnect(viewController, nullptr, this, nullptr);
+}
+
 QList<ViewController *> NavigationController::viewControllers() const
 {
     return m_stack;

@@ -18,6 +18,7 @@ class ZQT_EXPORT NavigationController : public ViewController
 public:
     // rootViewController (may be nullptr) becomes the bottom of the stack.
     explicit NavigationController(ViewController *rootViewController = nullptr, QWidget *parent = nullptr);
+    ~NavigationController() override;
 
     QList<ViewController *> viewControllers() const;
     ViewController *topViewController() const;
