@@ -14,8 +14,9 @@ namespace BarcodeBaselines {
 
 namespace {
 
-const ZXing::BarcodeFormats vinFormats = ZXing::BarcodeFormat::Code39 | ZXing::BarcodeFormat::Code93
-                                         | ZXing::BarcodeFormat::Code128 | ZXing::BarcodeFormat::DataMatrix;
+const ZXing::BarcodeFormats linearFormats
+    = ZXing::BarcodeFormat::Code39 | ZXing::BarcodeFormat::Code93 | ZXing::BarcodeFormat::Code128;
+const ZXing::BarcodeFormats vinFormats = linearFormats | ZXing::BarcodeFormat::DataMatrix;
 
 ZXing::ImageView view(const Luminance &picture)
 {
@@ -37,19 +38,21 @@ QStringList texts(const ZXing::Results &results)
 QStringList zxingWithStrategy(const Luminance &picture, const ZQTPlatform::ReadStrategy &strategy)
 {
     ZXing::DecodeHints hints;
-    hints.setFormats(vinFormats)
-        .setBinarizer(strategy.binarizer == ZQTPlatform::ReadStrategy::Binarizer::GlobalHistogram
-                          ? ZXing::Binarizer::GlobalHistogram
-                          : ZXing::Binarizer::LocalAverage)
+    hints.setBinarizer(strategy.binarizer == ZQTPlatform::ReadStrategy::Binarizer::GlobalHistogram
+                           ? ZXing::Binarizer::GlobalHistogram
+                           : ZXing::Binarizer::LocalAverage)
         .setTryHarder(strategy.tryHarder)
         .setTryRotate(strategy.tryRotate)
         .setTryDownscale(false)
-        .setMaxNumberOfSymbols(uint8_t(strategy.maxSymbols))
         .setTryCode39ExtendedMode(true);
     const ZXing::ImageView rows
         = view(picture).cropped(0, int(picture.height * strategy.top), picture.width, int(picture.height * strategy.height));
+    const ZXing::ImageView pixels = strategy.subsampling > 1 ? rows.subsampled(strategy.subsampling) : rows;
+    // As the reader does: one 1-D code, then up to four Data Matrix.
     try {
-        return texts(ZXing::ReadBarcodes(strategy.subsampling > 1 ? rows.subsampled(strategy.subsampling) : rows, hints));
+        QStringList found = texts(ZXing::ReadBarcodes(pixels, ZXing::DecodeHints(hints).setFormats(linearFormats).setMaxNumberOfSymbols(1)));
+        found += texts(ZXing::ReadBarcodes(pixels, hints.setFormats(ZXing::BarcodeFormat::DataMatrix).setMaxNumberOfSymbols(4)));
+        return found;
     } catch (const std::exception &) {
         return {};
     }

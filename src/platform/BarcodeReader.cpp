@@ -100,19 +100,37 @@ QString platformType(ZXing::BarcodeFormat format, const QString &text, const QSt
     return {};
 }
 
-ZXing::DecodeHints hintsFor(const ReadStrategy &strategy, ZXing::BarcodeFormats formats)
+ZXing::DecodeHints hintsFor(const ReadStrategy &strategy, int formats, int maxSymbols)
 {
     ZXing::DecodeHints hints;
-    hints.setFormats(formats)
+    hints.setFormats(ZXing::BarcodeFormat(formats))
         .setBinarizer(strategy.binarizer == ReadStrategy::Binarizer::GlobalHistogram ? ZXing::Binarizer::GlobalHistogram
                                                                                      : ZXing::Binarizer::LocalAverage)
         .setTryHarder(strategy.tryHarder)
         .setTryRotate(strategy.tryRotate)
         .setTryDownscale(false)
-        .setMaxNumberOfSymbols(uint8_t(strategy.maxSymbols))
+        .setMaxNumberOfSymbols(uint8_t(maxSymbols))
         .setTryCode39ExtendedMode(true)
         .setValidateCode39CheckSum(false);
     return hints;
+}
+
+// ZXing-cpp 1.4 asserts that a 1-D result it compares was seen on one row only, and aborts when it
+// merges two that were each seen on several: a frame that shows one label twice is enough, as soon
+// as it may return more than one 1-D code. 1-D codes are therefore read one per frame, in a pass of
+// their own; 2-D codes up to four.
+ZXing::Results readBarcodes(const ZXing::ImageView &view, const ReadStrategy &strategy, int formats)
+{
+    constexpr int linear = formatBits(ZXing::BarcodeFormat::LinearCodes);
+    constexpr int maxMatrixCodes = 4;
+    ZXing::Results results;
+    if (formats & linear)
+        results = ZXing::ReadBarcodes(view, hintsFor(strategy, formats & linear, 1));
+    if (formats & ~linear) {
+        ZXing::Results matrix = ZXing::ReadBarcodes(view, hintsFor(strategy, formats & ~linear, maxMatrixCodes));
+        results.insert(results.end(), matrix.begin(), matrix.end());
+    }
+    return results;
 }
 
 // The part of a frame a strategy reads, and where its pixels lie in the frame.
@@ -161,9 +179,7 @@ QList<DecodedBarcode> decode(const ZXing::ImageView &frame, quint64 frameNumber,
 
     QList<DecodedBarcode> codes;
     try {
-        const ZXing::Results results
-            = ZXing::ReadBarcodes(part.view, hintsFor(strategy, ZXing::BarcodeFormats(ZXing::BarcodeFormat(formats))));
-        for (const ZXing::Result &result : results) {
+        for (const ZXing::Result &result : readBarcodes(part.view, strategy, formats)) {
             if (!result.isValid())
                 continue;
             DecodedBarcode code;
