@@ -1,7 +1,9 @@
 // Frames arrive on the GUI thread and go to the worker one at a time; while the worker is busy the
 // newest frame waits in a single slot, replacing (and dropping) the one that waited before it.
 #include "platform/MetadataOutput.h"
+
 #include "platform/MetadataOutput_p.h"
+#include "platform/WorkerPriority_p.h"
 
 #include <QPointer>
 #include <QThread>
@@ -108,7 +110,9 @@ void MetadataOutput::Private::frameRead(const QList<DecodedBarcode> &codes, cons
         if (types.contains(code.type))
             objects.append(metadataObject(code, frameSize));
     }
-    if (objects.isEmpty() || !wantsCodes())
+    // A frame read while its session was being stopped is not reported: a stopped session
+    // delivers nothing.
+    if (objects.isEmpty() || !wantsCodes() || (q->session() && !q->session()->isRunning()))
         return;
     // The delegate may stop the session or even destroy the output: nothing touches it after the call.
     const Delegate call = delegate;
@@ -118,6 +122,8 @@ void MetadataOutput::Private::frameRead(const QList<DecodedBarcode> &codes, cons
 MetadataOutput::MetadataOutput() : d(std::make_unique<Private>(this))
 {
     d->thread.setObjectName(QStringLiteral("zqt.vin.metadata"));
+    // Runs on the new thread as it starts.
+    connect(&d->thread, &QThread::started, [] { lowerCurrentThreadPriority(); });
     d->worker.moveToThread(&d->thread);
     // Runs on the GUI thread, after the worker finished a frame.
     connect(&d->worker, &MetadataReadWorker::frameRead, this,
