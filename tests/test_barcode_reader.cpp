@@ -179,10 +179,12 @@ TEST(BarcodeReader, Code39KeepsEveryCharacterAndTellsMod43Apart)
     const QList<QStringList> rows = TestData::readCsv(TestData::directory() + "/vins/real-vins.csv");
     for (const QStringList &row : rows.mid(1)) {
         const QString &text = row[0];
+        if (text.size() != 17 || text.contains(QRegularExpression("[^0-9A-Z]")))
+            continue;
         int sum = 0;
         for (const QChar c : text.chopped(1))
             sum += int(mod43Alphabet.indexOf(c));
-        if (text.size() == 17 && !text.contains(QRegularExpression("[^0-9A-Z]")) && mod43Alphabet.indexOf(text.back()) == sum % 43)
+        if (mod43Alphabet.indexOf(text.back()) == sum % 43)
             mod43Vins.append(text);
     }
     ASSERT_GE(mod43Vins.size(), 2);

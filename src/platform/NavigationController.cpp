@@ -51,10 +51,12 @@ void NavigationController::pushViewController(ViewController *viewController, bo
         if (topViewController() == viewController)
             showTitleOf(viewController);
     });
-    // A controller deleted by its owner leaves the stack; the one below becomes the top.
+    // A controller deleted by its owner leaves the stack; the one below becomes the top. The
+    // controller is half destroyed by now: it is only compared by address.
     connect(viewController, &QObject::destroyed, this, [this](QObject *gone) {
-        const bool wasTop = !m_stack.isEmpty() && m_stack.last() == gone;
-        m_stack.removeAll(static_cast<ViewController *>(gone));
+        auto isGone = [gone](ViewController *entry) { return static_cast<void *>(entry) == static_cast<void *>(gone); };
+        const bool wasTop = !m_stack.isEmpty() && isGone(m_stack.last());
+        m_stack.removeIf(isGone);
         if (wasTop && !m_stack.isEmpty()) {
             m_stack.last()->show();
             showTitleOf(m_stack.last());
