@@ -91,6 +91,9 @@ struct Totals
 
 int main(int argc, char **argv)
 {
+    // Pictures and fonts only: no display needed.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     const int iterations = argc > 1 ? std::max(1, atoi(argv[1])) : 15;
     const BarcodeReader reader({MetadataObject::typeCode39, MetadataObject::typeCode39Mod43, MetadataObject::typeCode93,

@@ -75,6 +75,9 @@ bool contains(const QList<DecodedBarcode> &codes, const QString &text)
 
 int main(int argc, char **argv)
 {
+    // Pictures and fonts only: no display needed.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     const int scenes = argc > 1 ? std::max(1, atoi(argv[1])) : 40;
     const BarcodeReader reader({MetadataObject::typeCode39, MetadataObject::typeCode39Mod43, MetadataObject::typeCode93,
