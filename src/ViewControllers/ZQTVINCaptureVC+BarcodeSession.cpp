@@ -84,6 +84,9 @@ CaptureConnection *videoConnection(const StillImageOutput &output)
 void ZQTVINCaptureVC::initBarCodeScanner()
 {
     logStep("initBarCodeScanner");
+    const int labelHeight = d->scanResultLbl ? d->scanResultLbl->height() : 0;
+    // Every appearance builds the pipeline again; the one of an earlier appearance goes.
+    dropBarcodePipeline();
     QWidget *cameraImageView = d->cameraImageView;
     if (cameraImageView)
         cameraImageView->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -94,7 +97,6 @@ void ZQTVINCaptureVC::initBarCodeScanner()
     highlight->setStyleSheet(QStringLiteral("border: 3px solid transparent;"));
     d->highlightView = highlight;
 
-    const int labelHeight = d->scanResultLbl ? d->scanResultLbl->height() : 0;
     auto *line = new QWidget;
     line->setObjectName(QStringLiteral("centerLine"));
     line->setGeometry(0, height() / 2 - labelHeight, width(), centerLineHeight);
@@ -210,6 +212,11 @@ void ZQTVINCaptureVC::stopBarCodeScanner()
 void ZQTVINCaptureVC::deinitBarCodeScanner()
 {
     logStep("deinitBarCodeScanner");
+    dropBarcodePipeline();
+}
+
+void ZQTVINCaptureVC::dropBarcodePipeline()
+{
     delete d->highlightView.data();
     delete d->scanResultLbl.data();
     delete d->centerLine.data();

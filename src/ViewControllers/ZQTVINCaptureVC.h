@@ -324,6 +324,8 @@ public:
 
 private:
     static ZQTVINCaptureVC *instantiateFromStoryboard();
+    // What deinitBarCodeScanner drops, without its log step.
+    void dropBarcodePipeline();
     // stillImageCaptureCompleted with the capture gate held by the caller.
     void completeStillCapture(const QString &payload, const std::shared_ptr<const ZQTPlatform::SampleBuffer> &buffer,
                               const ZQTPlatform::Error &error);
