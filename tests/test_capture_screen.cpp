@@ -231,7 +231,7 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
     auto *button = manual->findChild<QPushButton *>("manuallyEnterVINBtn");
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(button->text(), Constants::getConfigStringForKey("ManualVINButtonText"));
-    EXPECT_EQ(ButtonStyle::backgroundColor(button, ButtonStyle::State::Highlighted),
+    EXPECT_EQ(ButtonStyle::backgroundImage(button, ButtonStyle::State::Highlighted).bitmap().pixelColor(0, 0),
               configured("ManualVINButtonHighlightedColor"));
     EXPECT_EQ(ButtonStyle::titleColor(button, ButtonStyle::State::Normal), configured("ManualVINButtonFontColor"));
     EXPECT_DOUBLE_EQ(ButtonStyle::cornerRadius(button), Constants::getGlobalFloatForKey("ManualVINButtonCornerRadius"));

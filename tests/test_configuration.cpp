@@ -1,6 +1,6 @@
 // Configuration lookup: the host file before the framework file, groups one level deep,
 // neutral values, the platform's number and boolean readings of text, font fallbacks, help
-// pages, colour text, and configuration errors that end the program after one log line.
+// pages, and configuration errors that end the program after one log line.
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/Bundle.h"
 #include "platform/Exception.h"
@@ -66,12 +66,10 @@ TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyAndOtherKeysComeFromThe
     TemporaryMainBundle host;
     host.writeSettings("<key>TextTitle</key><string>Host title</string>"
                        "<key>ScanningLabelText</key><string></string>"
-                       "<key>ManualVINButtonBorderColor</key><string></string>"
                        "<key>Colours</key><dict><key>VINScanNavigationBarColor</key><string>#123abc</string></dict>");
     EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Host title");
     EXPECT_EQ(C::getConfigStringForKey("ScanningLabelText"), "");
     EXPECT_TRUE(C::getConfigurableValueForKey("ScanningLabelText").isValid());
-    EXPECT_EQ(C::getGlobalColorForKey("ManualVINButtonBorderColor").rgba(), qRgba(0, 0, 0, 0)) << "the clear colour";
     EXPECT_EQ(C::getGlobalColorForKey("VINScanNavigationBarColor").rgba(), qRgb(0x12, 0x3A, 0xBC));
     EXPECT_FALSE(frameworkString("ManualVINButtonText").isEmpty());
     EXPECT_EQ(C::getConfigStringForKey("ManualVINButtonText"), frameworkString("ManualVINButtonText"));
@@ -112,7 +110,6 @@ TEST(ConfigurationLookupOrder, MissingKeysGiveNeutralValues)
     const QString key = "NoSuchKeyAnywhere";
     EXPECT_FALSE(C::getConfigurableValueForKey(key).isValid());
     EXPECT_EQ(C::getConfigStringForKey(key), "(null)");
-    EXPECT_EQ(C::getGlobalColorForKey(key).rgba(), qRgb(0, 0, 0));
     EXPECT_EQ(C::getGlobalFloatForKey(key), 0.0f);
     EXPECT_FALSE(C::getGlobalBoolForKey(key));
     EXPECT_TRUE(C::getConfigArrayForKey(key).isEmpty());
@@ -255,30 +252,6 @@ TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLineAndNoP
 
     host.writeSettings("<key>HelpOverlayDetailsDictionary</key><dict><key>pages</key><array/></dict>");
     EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("title", 5).isValid());
-}
-
-// --- colours --------------------------------------------------------------------------------
-
-TEST(ConfigurationColours, ColourTextIsScannedAsThePlatformScannerDoes)
-{
-    const QList<std::pair<QString, QColor>> cases = {
-        {"#FF8800", QColor(0xFF, 0x88, 0x00)},   {"#00ff00", QColor(0, 255, 0)},
-        {"#FFFFFF", QColor(255, 255, 255)},      {"FF0000", QColor(0x0F, 0, 0)}, // first digit taken for the marker
-        {"#F80", QColor(0, 0x0F, 0x80)},         // a number, not a short form
-        {"#80FF8800", QColor(0xFF, 0x88, 0x00)}, // no alpha in colour text
-        {"#12345678", QColor(0x34, 0x56, 0x78)}, {"#", QColor(0, 0, 0)},
-        {"#zz", QColor(0, 0, 0)},                {"#123456789", QColor(255, 255, 255)}, // overflow sets every bit
-        {"#0x1A2B3C", QColor(0x1A, 0x2B, 0x3C)}, {"# 0X0000FF", QColor(0, 0, 255)},
-        {"#12G456", QColor(0, 0, 0x12)},         // stops at the first non-digit
-        {"(null)", QColor(0, 0, 0)}};
-    for (const auto &[text, colour] : cases)
-        EXPECT_EQ(C::getColorWithHexString(text).rgba(), colour.rgba()) << text.toStdString();
-    try {
-        C::getColorWithHexString(QString());
-        ADD_FAILURE() << "empty colour text must raise";
-    } catch (const ZQTPlatform::Exception &e) {
-        EXPECT_EQ(e.name(), "NSRangeException");
-    }
 }
 
 // --- the shipped theme ----------------------------------------------------------------------

@@ -1,62 +1,312 @@
-// Button and label set-up of ZQTVINScanComponentConstants and the button looks behind it.
+// Styling: colours from text and keys, colour images and tinted icons, button and label set-up,
+// label height, and the label attributes that scenes set from configuration keys.
 #include "Model/ZQTVINScanComponentConstants.h"
+#include "lib/Categories/Label+IBLabel.h"
 #include "platform/ButtonStyle.h"
+#include "platform/Exception.h"
+#include "platform/Font.h"
+#include "platform/Storyboard.h"
+#include "platform/ViewController.h"
+#include "support/LogCapture.h"
+#include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
+#include <QFontMetricsF>
 #include <QLabel>
 #include <QPushButton>
 
+#include <memory>
+
+using C = ZQTVINScanComponentConstants;
 using ZQTPlatform::ButtonStyle;
+using ZQTPlatform::Image;
 using State = ButtonStyle::State;
 
-TEST(ConfigButton, EachArgumentReachesItsLook)
+namespace {
+
+QColor textColour(const QLabel &label)
+{
+    return label.palette().color(QPalette::WindowText);
+}
+
+QByteArray png(const QImage &image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+} // namespace
+
+// --- colours ---------------------------------------------------------------------------------
+
+TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoes)
+{
+    const QList<std::pair<QString, QColor>> cases = {
+        {"#FF8800", QColor(0xFF, 0x88, 0x00)},   {"#00ff00", QColor(0, 255, 0)},
+        {"#000000", QColor(0, 0, 0)},            {"#FFFFFF", QColor(255, 255, 255)},
+        {"FF8800", QColor(0x0F, 0x88, 0x00)},    // first digit taken for the marker
+        {"#F80", QColor(0, 0x0F, 0x80)},         // a number, not a short form
+        {"#80FF8800", QColor(0xFF, 0x88, 0x00)}, // no alpha in colour text
+        {"#12345678", QColor(0x34, 0x56, 0x78)}, {"#", QColor(0, 0, 0)},
+        {"#zz", QColor(0, 0, 0)},                {"(null)", QColor(0, 0, 0)},
+        {"#123456789", QColor(255, 255, 255)},   // overflow sets every bit
+        {"#FFFFFFFFFFFF", QColor(255, 255, 255)},
+        {"# \t\n0000FF", QColor(0, 0, 255)},     // white space before the number
+        {"#0x1A2B3C", QColor(0x1A, 0x2B, 0x3C)}, {"# 0X0000ff", QColor(0, 0, 255)},
+        {"##FF8800", QColor(0, 0, 0)},           // only one marker is skipped
+        {"#12G456", QColor(0, 0, 0x12)}};        // stops at the first non-digit
+    for (const auto &[text, colour] : cases)
+        EXPECT_EQ(C::getColorWithHexString(text).rgba(), colour.rgba()) << text.toStdString();
+}
+
+TEST(StylingColours, EmptyColourTextRaisesARangeErrorAfterOneLogLine)
+{
+    LogCapture log;
+    try {
+        C::getColorWithHexString(QString());
+        ADD_FAILURE() << "empty colour text must raise";
+    } catch (const ZQTPlatform::Exception &e) {
+        EXPECT_EQ(e.name(), "NSRangeException");
+    }
+    EXPECT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
+}
+
+TEST(StylingColours, AnEmptyKeyValueIsClearAndAMissingKeyOpaqueBlack)
+{
+    TemporaryMainBundle host;
+    host.writeSettings("<key>ManualVINButtonBorderColor</key><string></string>"
+                       "<key>Theme</key><dict><key>OwnColor</key><string>#336699</string></dict>");
+    EXPECT_EQ(C::getGlobalColorForKey("ManualVINButtonBorderColor").rgba(), qRgba(0, 0, 0, 0));
+    EXPECT_EQ(C::getGlobalColorForKey("NoSuchColorAnywhere").rgba(), qRgb(0, 0, 0));
+    EXPECT_EQ(C::getGlobalColorForKey("OwnColor").rgba(), qRgb(0x33, 0x66, 0x99));
+}
+
+// --- images ----------------------------------------------------------------------------------
+
+TEST(StylingImages, AColourImageIsOnePointAtScaleOneAndKeepsTheColoursAlpha)
+{
+    const Image image = C::imageFromColor(QColor(255, 0, 0, 128));
+    EXPECT_EQ(image.size(), QSizeF(1, 1));
+    EXPECT_EQ(image.scale(), 1.0);
+    EXPECT_TRUE(image.bitmap().hasAlphaChannel());
+    const QColor pixel = image.bitmap().pixelColor(0, 0);
+    EXPECT_EQ(pixel.red(), 255);
+    EXPECT_NEAR(pixel.alpha(), 128, 1);
+}
+
+TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndTakesTheColour)
+{
+    // Four pixels of different colours and alphas, at scale 2 and turned a quarter.
+    QImage bitmap(4, 2, QImage::Format_ARGB32);
+    const int alphas[] = {255, 200, 100, 0};
+    const QColor colours[] = {Qt::red, Qt::green, Qt::white, Qt::black};
+    for (int x = 0; x < 4; ++x) {
+        for (int y = 0; y < 2; ++y) {
+            QColor c = colours[x];
+            c.setAlpha(alphas[x]);
+            bitmap.setPixelColor(x, y, c);
+        }
+    }
+    const Image icon(bitmap, 2.0, Image::Orientation::Right);
+    const Image tinted = C::getGlobalImageFrom(icon, QColor(0x12, 0x34, 0x56));
+    EXPECT_EQ(tinted.size(), icon.size());
+    EXPECT_EQ(tinted.scale(), 2.0);
+    EXPECT_EQ(tinted.imageOrientation(), Image::Orientation::Up);
+    ASSERT_EQ(tinted.bitmap().size(), QSize(2, 4)) << "drawn as shown, upright";
+    for (int y = 0; y < 4; ++y) {
+        const QColor pixel = tinted.bitmap().pixelColor(0, y);
+        const int alpha = alphas[y]; // turned right: the first row runs down the picture
+        EXPECT_NEAR(pixel.alpha(), alpha, 1) << y;
+        if (alpha >= 100) {
+            EXPECT_NEAR(pixel.red(), 0x12, 2) << y;
+            EXPECT_NEAR(pixel.green(), 0x34, 2) << y;
+            EXPECT_NEAR(pixel.blue(), 0x56, 2) << y;
+        }
+    }
+    EXPECT_TRUE(C::getGlobalImageFrom(Image(), Qt::red).isNull());
+}
+
+TEST(StylingImages, NamedImagesComeFromTheHostFirstThenTheFrameworkOrNowhere)
+{
+    TemporaryMainBundle host;
+    const Image framework = C::getGlobalImageWithName("help_info_vin", Qt::blue);
+    ASSERT_FALSE(framework.isNull());
+    EXPECT_EQ(framework.size(), Image::imageNamed("help_info_vin", ZQTPlatform::Bundle::frameworkBundle()).size());
+
+    QImage own(6, 3, QImage::Format_ARGB32);
+    own.fill(QColor(0, 0, 0, 255));
+    host.writeFile("help_info_vin.png", png(own));
+    const Image hosted = C::getGlobalImageWithName("help_info_vin", Qt::blue);
+    EXPECT_EQ(hosted.size(), QSizeF(6, 3));
+    EXPECT_EQ(hosted.bitmap().pixelColor(5, 2), QColor(Qt::blue));
+
+    EXPECT_TRUE(C::getGlobalImageWithName("no_such_icon", Qt::blue).isNull());
+}
+
+// --- buttons ---------------------------------------------------------------------------------
+
+TEST(StylingButton, EachArgumentReachesItsLookWithPerStateBackgroundImages)
 {
     QPushButton button;
     QFont font = button.font();
     font.setPointSizeF(19.0);
-    ZQTVINScanComponentConstants::configButton(&button, Qt::red, "Enter VIN", Qt::darkRed, 6.0f, Qt::blue, 2.0f,
-                                               font, Qt::white);
+    C::configButton(&button, Qt::red, "Enter VIN", Qt::darkRed, 6.0f, Qt::blue, 2.0f, font, Qt::white);
     EXPECT_EQ(button.text(), "Enter VIN");
     EXPECT_EQ(button.font(), font);
-    EXPECT_EQ(ButtonStyle::backgroundColor(&button, State::Normal), QColor(Qt::red));
-    EXPECT_EQ(ButtonStyle::backgroundColor(&button, State::Highlighted), QColor(Qt::darkRed));
-    EXPECT_EQ(ButtonStyle::titleColor(&button, State::Highlighted), QColor(Qt::white));
+    for (const auto &[state, colour] : {std::pair{State::Normal, QColor(Qt::red)}, {State::Highlighted, QColor(Qt::darkRed)}}) {
+        const Image background = ButtonStyle::backgroundImage(&button, state);
+        EXPECT_EQ(background.size(), QSizeF(1, 1));
+        EXPECT_EQ(background.bitmap().pixelColor(0, 0), colour);
+        EXPECT_EQ(ButtonStyle::titleColor(&button, state), QColor(Qt::white)) << "both states share the title colour";
+    }
     EXPECT_DOUBLE_EQ(ButtonStyle::cornerRadius(&button), 6.0);
     EXPECT_DOUBLE_EQ(ButtonStyle::borderWidth(&button), 2.0);
     EXPECT_EQ(ButtonStyle::borderColor(&button), QColor(Qt::blue));
+    EXPECT_TRUE(ButtonStyle::clipsToBounds(&button));
 }
 
-TEST(ConfigButton, DrawsTheNormalBackgroundAndTheRoundedCornersOnlyWhenClipping)
+TEST(StylingButton, DrawsTheBackgroundOfItsStateCutToTheCornersOnlyWhenClipping)
 {
     QWidget container;
     container.setStyleSheet("background-color: white;");
     container.resize(120, 40);
     auto *button = new QPushButton(&container);
     button->setGeometry(0, 0, 120, 40);
-    ZQTVINScanComponentConstants::configButton(button, QColor(0, 128, 0), "B", Qt::red, 12.0f, QColor(), 0.0f,
-                                               button->font(), Qt::black);
+    C::configButton(button, QColor(0, 128, 0), "B", Qt::red, 12.0f, QColor(), 0.0f, button->font(), Qt::black);
     EXPECT_EQ(ButtonStyle::borderColor(button).alpha(), 0) << "no border colour gives a clear border";
     const QImage rounded = container.grab().toImage();
     EXPECT_EQ(rounded.pixelColor(60, 3), QColor(0, 128, 0));
     EXPECT_EQ(rounded.pixelColor(0, 0), QColor(Qt::white)) << "the corner is cut off";
+
+    button->setDown(true);
+    EXPECT_EQ(container.grab().toImage().pixelColor(60, 3), QColor(Qt::red)) << "the highlighted background";
+    button->setDown(false);
+
     ButtonStyle::setClipsToBounds(button, false);
     EXPECT_EQ(container.grab().toImage().pixelColor(0, 0), QColor(0, 128, 0));
 }
 
-TEST(ConfigLabel, AKnownFontKeepsTheLabelsSizeAndAnUnknownOneLeavesTheFontAlone)
+// --- labels ----------------------------------------------------------------------------------
+
+TEST(StylingLabel, AKnownFontKeepsTheLabelsSizeAndAnUnknownOneGivesTheDefaultLabelFont)
 {
     QLabel label;
-    QFont font = label.font();
-    font.setPointSizeF(13.0);
-    label.setFont(font);
-    ZQTVINScanComponentConstants::configLabel(&label, Qt::cyan, "NoSuchFont-Regular");
-    EXPECT_EQ(label.font(), font);
-    EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(Qt::cyan));
-
-    ZQTVINScanComponentConstants::configLabel(&label, Qt::magenta, "DejaVuSans-Bold");
+    label.setFont(*ZQTPlatform::Font::fontWithName("DejaVuSans", 13.0));
+    C::configLabel(&label, Qt::magenta, "DejaVuSans-Bold");
     EXPECT_EQ(label.font().family(), "DejaVu Sans");
     EXPECT_TRUE(label.font().bold());
-    EXPECT_DOUBLE_EQ(label.font().pointSizeF() > 0 ? label.font().pointSizeF() : label.font().pixelSize(), 13.0);
-    EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(Qt::magenta));
+    EXPECT_EQ(label.font().pixelSize(), 13);
+    EXPECT_EQ(textColour(label), QColor(Qt::magenta));
+
+    C::configLabel(&label, Qt::cyan, "NoSuchFont-Regular");
+    EXPECT_EQ(label.font(), ZQTPlatform::Font::systemFontOfSize(17.0));
+    EXPECT_EQ(textColour(label), QColor(Qt::cyan));
+}
+
+TEST(StylingLabel, HeightIsTheTextsAreaOverTheWidthInWholeRoundedLines)
+{
+    QLabel label("The vehicle identification number");
+    label.setFont(*ZQTPlatform::Font::fontWithName("DejaVuSans", 20.0));
+    const QFontMetricsF metrics(label.font());
+    const double area = metrics.horizontalAdvance(label.text()) * metrics.height();
+    const double line = metrics.lineSpacing();
+
+    label.resize(int(std::ceil(area / metrics.height())) + 10, 30);
+    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), line) << "fits on one line";
+    label.resize(int(std::round(area / (2.5 * line))), 30);
+    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), 3 * line) << "two and a half lines take three";
+
+    // The area over the width is rounded to whole pixels before it is cut into lines: find a
+    // width whose quotient lies between a line boundary and the whole number nearest to it, so
+    // that rounding moves it across the boundary.
+    bool crossed = false;
+    for (int lines = 1; lines <= 3 && !crossed; ++lines) {
+        const double boundary = lines * line, nearest = std::round(boundary);
+        for (int width = int(area / (boundary + 1)); width <= int(area / (boundary - 1)) && !crossed; ++width) {
+            const double quotient = area / width;
+            if (quotient == boundary || (quotient - boundary) * (quotient - nearest) >= 0
+                || std::abs(quotient - nearest) >= 0.5)
+                continue;
+            label.resize(width, 30);
+            const int expected = nearest > boundary ? lines + 1 : lines;
+            EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), expected * line) << "width " << width;
+            crossed = true;
+        }
+    }
+    EXPECT_TRUE(crossed) << "no width near a line boundary for line height " << line;
+
+    label.setText(QString());
+    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), 0.0);
+}
+
+TEST(StylingLabel, ConfigKeysApplyTheirValuesAtOnceAndEmptyKeysNothing)
+{
+    TemporaryMainBundle host;
+    host.writeSettings("<key>Title</key><string>Scan the label</string>"
+                       "<key>TitleColor</key><string>#204060</string>"
+                       "<key>TitleFont</key><string>DejaVuSans-Bold</string>");
+    QLabel label("as drawn");
+    label.setFont(*ZQTPlatform::Font::fontWithName("DejaVuSans", 15.0));
+    IBLabel::setTextConfigKey(&label, QString());
+    IBLabel::setColorConfigKey(&label, QString());
+    IBLabel::setFontConfigKey(&label, QString());
+    EXPECT_EQ(label.text(), "as drawn");
+    EXPECT_EQ(label.font().family(), "DejaVu Sans");
+    EXPECT_FALSE(label.font().bold());
+
+    IBLabel::setTextConfigKey(&label, "Title");
+    IBLabel::setColorConfigKey(&label, "TitleColor");
+    IBLabel::setFontConfigKey(&label, "TitleFont");
+    EXPECT_EQ(label.text(), "Scan the label");
+    EXPECT_EQ(textColour(label), QColor(0x20, 0x40, 0x60));
+    EXPECT_TRUE(label.font().bold());
+    EXPECT_EQ(label.font().pixelSize(), 15);
+}
+
+TEST(StylingLabel, ScenesSetTheThreeKeysOfTheirLabelsWhenLoaded)
+{
+    TemporaryMainBundle host;
+    host.writeSettings("<key>Title</key><string>Scan the label</string>"
+                       "<key>TitleColor</key><string>#204060</string>"
+                       "<key>TitleFont</key><string>DejaVuSans-Bold</string>");
+    host.writeFile("Labels/Scene.ui", R"(<?xml version="1.0" encoding="UTF-8"?>
+<ui version="4.0">
+ <class>Scene</class>
+ <widget class="QWidget" name="root">
+  <property name="geometry"><rect><x>0</x><y>0</y><width>200</width><height>100</height></rect></property>
+  <widget class="QLabel" name="title">
+   <property name="font"><font><pointsize>20</pointsize></font></property>
+   <property name="text"><string>as drawn</string></property>
+   <property name="TextConfigKey" stdset="0"><string>Title</string></property>
+   <property name="ColorConfigKey" stdset="0"><string>TitleColor</string></property>
+   <property name="FontConfigKey" stdset="0"><string>TitleFont</string></property>
+  </widget>
+  <widget class="QLabel" name="plain">
+   <property name="text"><string>kept</string></property>
+   <property name="TextConfigKey" stdset="0"><string></string></property>
+  </widget>
+  <widget class="QPushButton" name="button">
+   <property name="text"><string>not a label</string></property>
+   <property name="TextConfigKey" stdset="0"><string>Title</string></property>
+  </widget>
+ </widget>
+</ui>
+)");
+    const auto storyboard = ZQTPlatform::Storyboard::storyboardWithName("Labels", ZQTPlatform::Bundle::mainBundle());
+    std::unique_ptr<ZQTPlatform::ViewController> scene(storyboard.instantiateViewControllerWithIdentifier("Scene"));
+    auto *title = scene->findChild<QLabel *>("title");
+    ASSERT_NE(title, nullptr);
+    EXPECT_EQ(title->text(), "Scan the label");
+    EXPECT_EQ(textColour(*title), QColor(0x20, 0x40, 0x60));
+    EXPECT_EQ(title->font().family(), "DejaVu Sans");
+    EXPECT_TRUE(title->font().bold());
+    EXPECT_EQ(title->font().pixelSize(), 20) << "the font at the size the scene gave the label";
+    EXPECT_FALSE(title->property("TextConfigKey").isValid()) << "the keys are write-only";
+    EXPECT_EQ(scene->findChild<QLabel *>("plain")->text(), "kept");
+    EXPECT_EQ(scene->findChild<QPushButton *>("button")->text(), "not a label");
 }

@@ -56,4 +56,9 @@ void raiseOutOfRange(const QString &key, const QString &file, const QString &pro
     raise(QStringLiteral("NSRangeException"), QStringLiteral("key \"%1\" in \"%2\": %3").arg(key, file, problem));
 }
 
+void raiseOutOfRange(const QString &problem)
+{
+    raise(QStringLiteral("NSRangeException"), problem);
+}
+
 } // namespace ConfigurationError

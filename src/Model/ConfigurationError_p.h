@@ -20,5 +20,8 @@ QString kindOf(const QVariant &value);
 // Logs `Configuration error: key "<key>" in "<file>": <problem>` and throws
 // ZQTPlatform::Exception("NSRangeException", ...).
 [[noreturn]] void raiseOutOfRange(const QString &key, const QString &file, const QString &problem);
+// Logs `Configuration error: <problem>` and throws ZQTPlatform::Exception("NSRangeException", ...),
+// for a bad value that no key or file names.
+[[noreturn]] void raiseOutOfRange(const QString &problem);
 
 } // namespace ConfigurationError

@@ -5,7 +5,6 @@
 #include "Model/ConfigurationError_p.h"
 #include "Model/ConfigurationFileCache_p.h"
 #include "platform/Description_p.h"
-#include "platform/Exception.h"
 #include "platform/Font.h"
 #include "platform/StringScanner_p.h"
 
@@ -191,22 +190,4 @@ QVariant ZQTVINScanComponentConstants::getConfigHelpOverlayValueForKey(const QSt
         ConfigurationError::raiseWrongKind(dictionaryKey, file(), page,
                                            QStringLiteral("help page %1 to be a dictionary").arg(atIndex));
     return getObjectFrom(page.toMap(), key);
-}
-
-QColor ZQTVINScanComponentConstants::getColorWithHexString(const QString &hexString)
-{
-    if (hexString.isEmpty())
-        throw ZQTPlatform::Exception(QStringLiteral("NSRangeException"),
-                                     QStringLiteral("colour text is empty: cannot read from index 1"));
-    // The first character is a marker ("#") and is skipped whatever it is.
-    const quint32 value = ZQTPlatform::StringScanner::scanHexInt(QStringView(hexString).mid(1));
-    return QColor(int((value >> 16) & 0xFF), int((value >> 8) & 0xFF), int(value & 0xFF));
-}
-
-QColor ZQTVINScanComponentConstants::getGlobalColorForKey(const QString &key)
-{
-    const QString text = getConfigStringForKey(key);
-    if (text.isEmpty())
-        return QColor(0, 0, 0, 0); // the clear colour
-    return getColorWithHexString(text);
 }

@@ -47,19 +47,39 @@ public:
     // the "overlays" array. Invalid QVariant when the page lacks the key.
     static QVariant getConfigHelpOverlayValueForKey(const QString &key, qint64 atIndex);
 
-    // Colour text "#RRGGBB" (marker skipped, optional 0x, overflow to all bits set); always
-    // opaque. Throws ZQTPlatform::Exception ("NSRangeException") for an empty text.
+    // --- styling (ZQTVINScanComponentConstantsStyling.cpp); GUI thread only ---
+
+    // Colour text "#RRGGBB" read as the platform's scanner reads a hexadecimal number: the first
+    // character is skipped whatever it is, then white space, an optional "0x"/"0X" and digits of
+    // either case; no digit gives 0, more than 32 bits give all bits set; bits 24-31 are ignored
+    // and the colour is always opaque. An empty text is a configuration error: one log line,
+    // then ZQTPlatform::Exception ("NSRangeException").
     static QColor getColorWithHexString(const QString &hexString);
     // Colour of a key: clear for an empty text, opaque black for a missing key.
     static QColor getGlobalColorForKey(const QString &key);
+    // An image of 1 x 1 point at scale 1, not opaque, filled with the colour.
+    static ZQTPlatform::Image imageFromColor(const QColor &color);
+    // The named image (host images first, then the framework bundle) recoloured as by
+    // getGlobalImageFrom; the null image when no bundle has the name.
+    static ZQTPlatform::Image getGlobalImageWithName(const QString &name, const QColor &withColor);
+    // The image drawn as a template: every pixel keeps its alpha and takes the colour. Same size
+    // in points and same scale, orientation up; the null image for the null image.
+    static ZQTPlatform::Image getGlobalImageFrom(const ZQTPlatform::Image &image, const QColor &withColor);
 
-    // Styles a button in one call: border, font, title, title colour for the normal and
-    // highlighted states, per-state background colours, clipping. An invalid borderColor means none.
+    // Styles a button in one call, in this order: border width, corner radius, border colour
+    // (clear when borderColor is invalid), font, title, the title colour for the normal and
+    // highlighted states, imageFromColor backgrounds for the normal and highlighted states,
+    // clipping to bounds.
     static void configButton(QPushButton *button, const QColor &defaultColor, const QString &buttonText,
                              const QColor &highlighedColor, float cornerRadius, const QColor &borderColor,
                              float borderWidth, const QFont &font, const QColor &fontColor);
-    // Gives the label the named font at its current size (when such a font exists) and the colour.
+    // Gives the label the named font at its current size and the text colour; a name that no
+    // font has gives the label the platform's default font at the default size.
     static void configLabel(QLabel *label, const QColor &color, const QString &fontName);
+    // The height the label's text needs, estimated from its area: the one-line text's width x
+    // height over the label's width, rounded, in whole lines of the font's line height. It does
+    // not wrap words.
+    static double getHeightOfLabel(const QLabel *label);
 
 private:
     ZQTVINScanComponentConstants() = default;

@@ -1,5 +1,8 @@
 #include "platform/ButtonStyle.h"
 
+#include <QEvent>
+#include <QPainter>
+#include <QPainterPath>
 #include <QPushButton>
 #include <QStringList>
 #include <QVariant>
@@ -10,8 +13,8 @@ namespace {
 
 constexpr char titleNormal[] = "_zqt_titleColorNormal";
 constexpr char titleHighlighted[] = "_zqt_titleColorHighlighted";
-constexpr char backgroundNormal[] = "_zqt_backgroundColorNormal";
-constexpr char backgroundHighlighted[] = "_zqt_backgroundColorHighlighted";
+constexpr char backgroundNormal[] = "_zqt_backgroundImageNormal";
+constexpr char backgroundHighlighted[] = "_zqt_backgroundImageHighlighted";
 constexpr char cornerRadiusKey[] = "_zqt_cornerRadius";
 constexpr char borderWidthKey[] = "_zqt_borderWidth";
 constexpr char borderColorKey[] = "_zqt_borderColor";
@@ -20,6 +23,11 @@ constexpr char clipsKey[] = "_zqt_clipsToBounds";
 QColor colorProperty(const QPushButton *button, const char *key)
 {
     return button->property(key).value<QColor>();
+}
+
+Image imageProperty(const QPushButton *button, const char *key)
+{
+    return button->property(key).value<Image>();
 }
 
 QString cssColor(const QColor &color)
@@ -31,31 +39,66 @@ QString cssColor(const QColor &color)
         .arg(color.alphaF());
 }
 
-QString declarations(const QColor &title, const QColor &background)
+QString titleDeclaration(const QColor &title)
 {
-    QStringList lines;
-    if (title.isValid())
-        lines << QStringLiteral("color: %1;").arg(cssColor(title));
-    if (background.isValid())
-        lines << QStringLiteral("background-color: %1;").arg(cssColor(background));
-    return lines.join(QLatin1Char(' '));
+    return title.isValid() ? QStringLiteral("color: %1;").arg(cssColor(title)) : QString();
 }
 
-// Renders the stored looks as the button's style sheet.
+// Draws the background image of the button's current state before the button draws its title
+// and border over it. Runs on the GUI thread, inside the button's paint event.
+class BackgroundPainter : public QObject
+{
+public:
+    explicit BackgroundPainter(QPushButton *button) : QObject(button) {}
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        auto *button = static_cast<QPushButton *>(watched);
+        if (event->type() == QEvent::Paint)
+            paint(button);
+        return false;
+    }
+
+private:
+    static void paint(QPushButton *button)
+    {
+        Image image = button->isDown() ? imageProperty(button, backgroundHighlighted) : Image();
+        if (image.isNull())
+            image = imageProperty(button, backgroundNormal);
+        if (image.isNull())
+            return;
+        QPainter painter(button);
+        const QRectF bounds = button->rect();
+        if (ButtonStyle::clipsToBounds(button) && ButtonStyle::cornerRadius(button) > 0.0) {
+            painter.setRenderHint(QPainter::Antialiasing);
+            QPainterPath corners;
+            const qreal radius = ButtonStyle::cornerRadius(button);
+            corners.addRoundedRect(bounds, radius, radius);
+            painter.setClipPath(corners);
+        }
+        painter.drawImage(bounds, image.bitmap());
+    }
+};
+
+// Renders the stored title colours and border as the button's style sheet, and makes sure the
+// background images are drawn.
 void restyle(QPushButton *button)
 {
+    if (!button->findChild<BackgroundPainter *>(QString(), Qt::FindDirectChildrenOnly))
+        button->installEventFilter(new BackgroundPainter(button));
     const QColor border = colorProperty(button, borderColorKey);
     const qreal borderWidth = ButtonStyle::borderWidth(button);
     const qreal radius = ButtonStyle::clipsToBounds(button) ? ButtonStyle::cornerRadius(button) : 0.0;
-    QString base = declarations(colorProperty(button, titleNormal), colorProperty(button, backgroundNormal));
-    // A border is always declared: without one Qt may keep the native frame and not draw the
-    // background colour.
+    // The background is declared transparent so that the image drawn before shows through, and a
+    // border is always declared: without one Qt may keep the native frame.
     const QColor drawnBorder = border.isValid() && borderWidth > 0.0 ? border : QColor(Qt::transparent);
-    base += QStringLiteral(" border: %1px solid %2;").arg(qMax(borderWidth, 0.0)).arg(cssColor(drawnBorder));
-    base += QStringLiteral(" border-radius: %1px;").arg(radius);
-    const QString pressed = declarations(colorProperty(button, titleHighlighted),
-                                         colorProperty(button, backgroundHighlighted));
-    button->setStyleSheet(QStringLiteral("QPushButton { %1 } QPushButton:pressed { %2 }").arg(base, pressed));
+    const QString base = QStringList{titleDeclaration(colorProperty(button, titleNormal)),
+                                     QStringLiteral("background: transparent;"),
+                                     QStringLiteral("border: %1px solid %2;").arg(qMax(borderWidth, 0.0)).arg(cssColor(drawnBorder)),
+                                     QStringLiteral("border-radius: %1px;").arg(radius)}
+                             .join(QLatin1Char(' '));
+    const QString pressed = titleDeclaration(colorProperty(button, titleHighlighted));
+    button->setStyleSheet(QStringLiteral("QPushButton { %1 } QPushButton:pressed { %2 }").arg(base.trimmed(), pressed));
 }
 
 void store(QPushButton *button, const char *key, const QVariant &value)
@@ -76,14 +119,15 @@ QColor ButtonStyle::titleColor(const QPushButton *button, State state)
     return colorProperty(button, state == State::Normal ? titleNormal : titleHighlighted);
 }
 
-void ButtonStyle::setBackgroundColor(QPushButton *button, const QColor &color, State state)
+void ButtonStyle::setBackgroundImage(QPushButton *button, const Image &image, State state)
 {
-    store(button, state == State::Normal ? backgroundNormal : backgroundHighlighted, color);
+    store(button, state == State::Normal ? backgroundNormal : backgroundHighlighted, QVariant::fromValue(image));
+    button->update();
 }
 
-QColor ButtonStyle::backgroundColor(const QPushButton *button, State state)
+Image ButtonStyle::backgroundImage(const QPushButton *button, State state)
 {
-    return colorProperty(button, state == State::Normal ? backgroundNormal : backgroundHighlighted);
+    return imageProperty(button, state == State::Normal ? backgroundNormal : backgroundHighlighted);
 }
 
 void ButtonStyle::setCornerRadius(QPushButton *button, qreal radius)
@@ -96,15 +140,19 @@ qreal ButtonStyle::cornerRadius(const QPushButton *button)
     return button->property(cornerRadiusKey).toReal();
 }
 
-void ButtonStyle::setBorder(QPushButton *button, qreal width, const QColor &color)
+void ButtonStyle::setBorderWidth(QPushButton *button, qreal width)
 {
-    button->setProperty(borderWidthKey, width);
-    store(button, borderColorKey, color);
+    store(button, borderWidthKey, width);
 }
 
 qreal ButtonStyle::borderWidth(const QPushButton *button)
 {
     return button->property(borderWidthKey).toReal();
+}
+
+void ButtonStyle::setBorderColor(QPushButton *button, const QColor &color)
+{
+    store(button, borderColorKey, color);
 }
 
 QColor ButtonStyle::borderColor(const QPushButton *button)

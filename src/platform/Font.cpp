@@ -79,4 +79,11 @@ QFont Font::systemFontOfSize(qreal size)
     return font;
 }
 
+QFont Font::labelFontWithName(const QString &name, const QFont &current)
+{
+    // Fonts made here carry their points as a pixel size; others may carry a Qt point size.
+    const qreal size = current.pixelSize() > 0 ? current.pixelSize() : current.pointSizeF();
+    return fontWithName(name, size).value_or(systemFontOfSize(17.0));
+}
+
 } // namespace ZQTPlatform

@@ -22,6 +22,10 @@ public:
     static std::optional<QFont> fontWithName(const QString &name, qreal size);
     // The platform's default font at a size.
     static QFont systemFontOfSize(qreal size);
+    // The font a label gets when it is given one by name at the size of its current font: that
+    // font, or, when no font has the name, the platform's default label font (the default font
+    // at 17 points).
+    static QFont labelFontWithName(const QString &name, const QFont &current);
 };
 
 } // namespace ZQTPlatform

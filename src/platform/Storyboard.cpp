@@ -30,6 +30,41 @@ QHash<QString, Storyboard::ControllerFactory> &controllerClasses()
     throw Exception(QStringLiteral("NSInvalidArgumentException"), reason);
 }
 
+struct WidgetAttribute
+{
+    const char *className;
+    Storyboard::AttributeSetter setter;
+};
+
+QMultiHash<QString, WidgetAttribute> &widgetAttributes()
+{
+    static QMultiHash<QString, WidgetAttribute> attributes;
+    return attributes;
+}
+
+void applyWidgetAttributes(QWidget *widget)
+{
+    for (const QByteArray &name : widget->dynamicPropertyNames()) {
+        const QString attribute = QString::fromLatin1(name);
+        const auto registered = widgetAttributes().equal_range(attribute);
+        for (auto it = registered.first; it != registered.second; ++it) {
+            if (!widget->inherits(it->className))
+                continue;
+            const QString value = widget->property(name.constData()).toString();
+            widget->setProperty(name.constData(), QVariant());
+            it->setter(widget, value);
+            break;
+        }
+    }
+}
+
+void applySceneAttributes(QWidget *root)
+{
+    applyWidgetAttributes(root);
+    for (QWidget *widget : root->findChildren<QWidget *>())
+        applyWidgetAttributes(widget);
+}
+
 ViewController *makeController(const QString &className)
 {
     if (className.isEmpty())
@@ -83,6 +118,7 @@ ViewController *Storyboard::instantiateViewControllerWithIdentifier(const QStrin
         raiseInvalidArgument(QStringLiteral("Could not load the scene '%1' of storyboard (%2): %3")
                                  .arg(identifier, m_name, loader.errorString()));
     }
+    applySceneAttributes(root);
     ViewController *controller = makeController(root->property(customClassProperty).toString());
     auto *layout = new QVBoxLayout(controller);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -97,6 +133,11 @@ ViewController *Storyboard::instantiateViewControllerWithIdentifier(const QStrin
 void Storyboard::registerViewControllerClass(const QString &className, ControllerFactory factory)
 {
     controllerClasses().insert(className, std::move(factory));
+}
+
+void Storyboard::registerWidgetAttribute(const char *className, const QString &attribute, AttributeSetter setter)
+{
+    widgetAttributes().insert(attribute, WidgetAttribute{className, std::move(setter)});
 }
 
 void Storyboard::registerWidgetClass(const QString &className, WidgetFactory factory)

@@ -3,6 +3,8 @@
 // component's own widget classes), makes the view controller of the class named by the dynamic
 // property "customClass" of the scene's root widget, puts the widgets into it, makes the
 // scene's named layout constraints, and calls awakeFromNib. Outlets are found by object name.
+// Dynamic properties of the scene's widgets that are registered as widget attributes are applied
+// through their setters when the scene is loaded, before awakeFromNib.
 #pragma once
 
 #include "ZQTGlobal.h"
@@ -22,6 +24,7 @@ class ZQT_EXPORT Storyboard
 public:
     using ControllerFactory = std::function<ViewController *()>;
     using WidgetFactory = std::function<QWidget *(QWidget *parent)>;
+    using AttributeSetter = std::function<void(QWidget *widget, const QString &value)>;
 
     Storyboard() = default; // the null storyboard
 
@@ -46,6 +49,11 @@ public:
     }
     // Makes a widget class available to scenes (as a custom widget of that class name).
     static void registerWidgetClass(const QString &className, WidgetFactory factory);
+    // Makes the dynamic string property `attribute` of scene widgets that inherit `className` a
+    // write-only attribute: when a scene is loaded, the setter gets the property's value (GUI
+    // thread) and the property is taken off the widget. Attributes of one widget are applied in
+    // the order the scene file gives them.
+    static void registerWidgetAttribute(const char *className, const QString &attribute, AttributeSetter setter);
 
 private:
     Storyboard(const QString &name, const QString &path) : m_name(name), m_path(path) {}

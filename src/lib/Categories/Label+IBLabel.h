@@ -1,0 +1,24 @@
+// Three write-only label attributes that name configuration keys instead of fixed values, so
+// that a label drawn in a scene takes its text, colour and font from configuration. A QLabel of
+// a scene with a dynamic string property "TextConfigKey", "ColorConfigKey" or "FontConfigKey"
+// gets it applied when the scene is loaded. GUI thread only.
+#pragma once
+
+#include "ZQTGlobal.h"
+
+#include <QString>
+
+class QLabel;
+
+namespace IBLabel {
+
+// Each does nothing for an empty key.
+// The label's text becomes the key's configured text.
+ZQT_EXPORT void setTextConfigKey(QLabel *label, const QString &key);
+// The label's text colour becomes the key's configured colour.
+ZQT_EXPORT void setColorConfigKey(QLabel *label, const QString &key);
+// The label's font becomes the font named by the key at the label's current size (the platform's
+// default label font when no font has that name).
+ZQT_EXPORT void setFontConfigKey(QLabel *label, const QString &key);
+
+} // namespace IBLabel
