@@ -1,5 +1,7 @@
 #include "BarcodeBaselines.h"
 
+#include "platform/MetadataOutput.h"
+
 // zbar first: ZXing's Error.h defines macros (UnsupportedError) that break zbar's C++ headers.
 #include <zbar.h>
 
@@ -20,7 +22,7 @@ const ZXing::BarcodeFormats vinFormats = linearFormats | ZXing::BarcodeFormat::D
 
 ZXing::ImageView view(const Luminance &picture)
 {
-    return {picture.bits, picture.width, picture.height, ZXing::ImageFormat::Lum, picture.stride};
+    return {picture.data, picture.width, picture.height, ZXing::ImageFormat::Lum, picture.rowStride};
 }
 
 QStringList texts(const ZXing::Results &results)
@@ -34,6 +36,13 @@ QStringList texts(const ZXing::Results &results)
 }
 
 } // namespace
+
+QStringList vinTypes()
+{
+    using ZQTPlatform::MetadataObject;
+    return {MetadataObject::typeCode39, MetadataObject::typeCode39Mod43, MetadataObject::typeCode93,
+            MetadataObject::typeCode128, MetadataObject::typeDataMatrix};
+}
 
 QStringList zxingWithStrategy(const Luminance &picture, const ZQTPlatform::ReadStrategy &strategy)
 {
@@ -83,11 +92,11 @@ ZbarReader::~ZbarReader()
 
 QStringList ZbarReader::read(const Luminance &picture)
 {
-    const uchar *bits = picture.bits;
-    if (picture.stride != picture.width) {
+    const uchar *bits = picture.data;
+    if (picture.rowStride != picture.width) {
         m_packed.resize(size_t(picture.width) * picture.height);
         for (int y = 0; y < picture.height; ++y)
-            std::memcpy(m_packed.data() + size_t(y) * picture.width, picture.bits + size_t(y) * picture.stride, picture.width);
+            std::memcpy(m_packed.data() + size_t(y) * picture.width, picture.data + size_t(y) * picture.rowStride, picture.width);
         bits = m_packed.data();
     }
     zbar_image_t *image = zbar_image_create();

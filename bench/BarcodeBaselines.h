@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/BarcodeReader_p.h"
+#include "platform/TurnedLuminance_p.h"
 
 #include <QStringList>
 #include <QtGlobal>
@@ -15,14 +16,11 @@ struct zbar_image_scanner_s;
 
 namespace BarcodeBaselines {
 
-// A grey picture in memory.
-struct Luminance
-{
-    const uchar *bits = nullptr;
-    int width = 0;
-    int height = 0;
-    int stride = 0;
-};
+// A grey picture in memory: a luminance plane as the component's reader describes one.
+using Luminance = ZQTPlatform::PixelLayout;
+
+// The symbologies of VIN labels, as the component's reader names them.
+QStringList vinTypes();
 
 // ZXing-cpp with exactly the options, rows and subsampling the component's reader uses for the
 // strategy, looking for the symbologies of VIN labels (Code 39, Code 93, Code 128, Data Matrix).

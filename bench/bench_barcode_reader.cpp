@@ -96,8 +96,7 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     const int iterations = argc > 1 ? std::max(1, atoi(argv[1])) : 15;
-    const BarcodeReader reader({MetadataObject::typeCode39, MetadataObject::typeCode39Mod43, MetadataObject::typeCode93,
-                                MetadataObject::typeCode128, MetadataObject::typeDataMatrix});
+    const BarcodeReader reader(BarcodeBaselines::vinTypes());
     BarcodeBaselines::ZbarReader zbar;
     Totals overall;
     std::vector<std::string> zbarLines;

@@ -80,8 +80,7 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     const int scenes = argc > 1 ? std::max(1, atoi(argv[1])) : 40;
-    const BarcodeReader reader({MetadataObject::typeCode39, MetadataObject::typeCode39Mod43, MetadataObject::typeCode93,
-                                MetadataObject::typeCode128, MetadataObject::typeDataMatrix});
+    const BarcodeReader reader(BarcodeBaselines::vinTypes());
     BarcodeBaselines::ZbarReader zbar;
     const Row rows[] = {
         {"Code 39", Symbology::Code39, 2, true},
@@ -116,8 +115,7 @@ int main(int argc, char **argv)
                     oursFirstFrame += readNow;
                     if (!frame.map(QVideoFrame::ReadOnly))
                         return 1;
-                    const BarcodeBaselines::Luminance luminance{frame.bits(0), frame.width(), frame.height(),
-                                                                frame.bytesPerLine(0)};
+                    const BarcodeBaselines::Luminance luminance{frame.bits(0), frame.width(), frame.height(), frame.bytesPerLine(0)};
                     zxing += contains(BarcodeBaselines::zxingDefaults(luminance), text);
                     if (row.zbarReads)
                         zbarRead += contains(zbar.read(luminance), text);

@@ -57,7 +57,7 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
     QTimer pictureLimit;
     pictureLimit.setSingleShot(true);
     QObject::connect(&pictureLimit, &QTimer::timeout, &loop, &QEventLoop::quit);
-    if (device->uniqueID().startsWith(QLatin1String("picture:")))
+    if (device->kind() == CaptureDevice::Kind::Picture)
         pictureLimit.start(pictureMs);
     loop.exec();
     if (!outcome.result && !device->availabilityError().isNull())

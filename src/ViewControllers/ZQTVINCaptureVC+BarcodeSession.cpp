@@ -47,38 +47,6 @@ QFont scanningLabelFont(const QFont &fallback)
         .value_or(fallback);
 }
 
-// Takes a view out of the view tree; its owner keeps it.
-void removeFromSuperview(QWidget *view)
-{
-    if (!view)
-        return;
-    view->hide();
-    view->setParent(nullptr);
-}
-
-// Puts a view on top of a superview's children and shows it.
-void addSubview(QWidget *superview, QWidget *view)
-{
-    if (!superview || !view)
-        return;
-    if (view->parentWidget() != superview)
-        view->setParent(superview);
-    view->raise();
-    view->show();
-}
-
-// The still output's first connection with a video input port, or nullptr.
-CaptureConnection *videoConnection(const StillImageOutput &output)
-{
-    for (CaptureConnection *connection : output.connections()) {
-        for (const CaptureInputPort &port : connection->inputPorts()) {
-            if (port.mediaType() == CaptureDevice::mediaTypeVideo())
-                return connection;
-        }
-    }
-    return nullptr;
-}
-
 } // namespace
 
 void ZQTVINCaptureVC::initBarCodeScanner()
@@ -126,11 +94,8 @@ void ZQTVINCaptureVC::initBarCodeScanner()
     d->prevLayer = new VideoPreviewLayer(d->session.get());
     d->prevLayer->setObjectName(QStringLiteral("prevLayer"));
     d->prevLayer->setVideoGravity(VideoPreviewLayer::gravityResizeAspectFill);
-    if (cameraImageView) {
-        const QRectF bounds(QPointF(0, 0), QSizeF(cameraImageView->size()));
-        d->prevLayer->setBounds(bounds);
-        d->prevLayer->setPosition(bounds.center());
-    }
+    if (cameraImageView)
+        d->prevLayer->setBoundsCentredIn(cameraImageView);
 
     d->stillImageOutput = std::make_shared<StillImageOutput>();
     d->stillImageOutput->setOutputSettings({{StillImageOutput::videoCodecKey, StillImageOutput::videoCodecJPEG}});
@@ -261,14 +226,14 @@ void ZQTVINCaptureVC::captureOutput(MetadataOutput *output, const QList<Metadata
                 d->scanResultLbl->setText(payload);
             if (d->stillImageOutput) {
                 QPointer<ZQTVINCaptureVC> screen(this);
-                std::shared_ptr<ZQTVINCaptureVCPrivate::CaptureGate> gate = d->captureGate;
+                std::shared_ptr<CompletionGate> gate = d->captureGate;
                 d->stillImageOutput->captureStillImageAsynchronouslyFromConnection(
-                    videoConnection(*d->stillImageOutput),
+                    d->stillImageOutput->connectionWithMediaType(CaptureDevice::mediaTypeVideo()),
                     [screen, gate, payload](std::shared_ptr<const SampleBuffer> buffer, const Error &error) {
                         // Capture queue. The screen is alive while the gate is open; it closes
                         // the gate first thing in its destructor.
                         QMutexLocker locker(&gate->lock);
-                        if (gate->alive)
+                        if (gate->open)
                             screen->completeStillCapture(payload, buffer, error);
                     });
             }
@@ -281,9 +246,9 @@ void ZQTVINCaptureVC::captureOutput(MetadataOutput *output, const QList<Metadata
 void ZQTVINCaptureVC::stillImageCaptureCompleted(const QString &payload, std::shared_ptr<const SampleBuffer> buffer,
                                                  const Error &error)
 {
-    const std::shared_ptr<ZQTVINCaptureVCPrivate::CaptureGate> gate = d->captureGate;
+    const std::shared_ptr<CompletionGate> gate = d->captureGate;
     QMutexLocker locker(&gate->lock);
-    if (gate->alive)
+    if (gate->open)
         completeStillCapture(payload, buffer, error);
 }
 
@@ -295,7 +260,7 @@ void ZQTVINCaptureVC::completeStillCapture(const QString &payload, const std::sh
     // destructor never waits for a thread that waits for it; once the gate is taken again and
     // found closed, the rest is skipped.
     logStep("stillImageCaptureCompleted");
-    const std::shared_ptr<ZQTVINCaptureVCPrivate::CaptureGate> gate = d->captureGate;
+    const std::shared_ptr<CompletionGate> gate = d->captureGate;
     QPointer<ZQTVINCaptureVC> screen(this);
     auto onMain = [&gate, &screen](const std::function<void()> &work) {
         gate->lock.unlock();
@@ -304,7 +269,7 @@ void ZQTVINCaptureVC::completeStillCapture(const QString &payload, const std::sh
                 work();
         });
         gate->lock.lock();
-        return gate->alive;
+        return gate->open;
     };
 
     const QByteArray jpeg = buffer ? StillImageOutput::jpegStillImageNSDataRepresentation(*buffer) : QByteArray();

@@ -170,11 +170,8 @@ void ZQTVINCaptureVC::viewWillTransitionToSize(const QSizeF &, TransitionCoordin
 void ZQTVINCaptureVC::viewWillLayoutSubviews()
 {
     ViewController::viewWillLayoutSubviews();
-    if (d->prevLayer && d->cameraImageView) {
-        const QRectF bounds(QPointF(0, 0), QSizeF(d->cameraImageView->size()));
-        d->prevLayer->setBounds(bounds);
-        d->prevLayer->setPosition(bounds.center());
-    }
+    if (d->prevLayer && d->cameraImageView)
+        d->prevLayer->setBoundsCentredIn(d->cameraImageView);
 }
 
 unsigned ZQTVINCaptureVC::supportedInterfaceOrientations() const

@@ -24,10 +24,7 @@ ZQTVINCaptureVC::ZQTVINCaptureVC() : d(std::make_unique<ZQTVINCaptureVCPrivate>(
 ZQTVINCaptureVC::~ZQTVINCaptureVC()
 {
     logStep("dealloc");
-    {
-        QMutexLocker locker(&d->captureGate->lock);
-        d->captureGate->alive = false;
-    }
+    d->captureGate->close();
     deinitCameraRig();
     if (!d->enableVinScanning)
         deinitBarCodeScanner();

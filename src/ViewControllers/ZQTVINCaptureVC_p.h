@@ -7,6 +7,7 @@
 #include "platform/Image.h"
 #include "platform/LayoutConstraint.h"
 #include "platform/CaptureSession.h"
+#include "platform/CompletionGate_p.h"
 #include "platform/MetadataOutput.h"
 #include "platform/NavigationBar.h"
 #include "platform/StillImageOutput.h"
@@ -99,12 +100,6 @@ struct ZQTVINCaptureVCPrivate
     QPointer<QLabel> cameraOverlayImage;
     // Set on the GUI thread by the reader's callback; cleared there by start and stop.
     std::atomic<bool> isVINScanInProcess{false};
-    // Work that runs on the capture queue checks this before touching the screen; the screen's
-    // destructor clears it under the lock, so it waits for such work to end.
-    struct CaptureGate
-    {
-        QMutex lock;
-        bool alive = true;
-    };
-    std::shared_ptr<CaptureGate> captureGate = std::make_shared<CaptureGate>();
+    // Work on the capture queue reaches the screen through this gate; the destructor closes it.
+    std::shared_ptr<ZQTPlatform::CompletionGate> captureGate = std::make_shared<ZQTPlatform::CompletionGate>();
 };

@@ -65,6 +65,7 @@ public:
                 });
     }
 
+    CaptureDevice::Kind kind() const override { return CaptureDevice::Kind::Camera; }
     QString uniqueID() const override { return QString::fromLatin1(m_device.id()); }
     QString localizedName() const override { return m_device.description(); }
 

@@ -196,6 +196,11 @@ CaptureDevice::Position CaptureDevice::position() const
     return d->position;
 }
 
+CaptureDevice::Kind CaptureDevice::kind() const
+{
+    return d->backend->kind();
+}
+
 void CaptureDevice::setCapabilities(const Capabilities &capabilities)
 {
     d->capabilities = capabilities;
@@ -331,11 +336,6 @@ bool CaptureDevice::lockForConfiguration(Error *error)
 void CaptureDevice::unlockForConfiguration()
 {
     d->locked = false;
-}
-
-bool CaptureDevice::isLockedForConfiguration() const
-{
-    return d->locked;
 }
 
 bool CaptureDevice::checkLocked(const char *what) const

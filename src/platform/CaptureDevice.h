@@ -34,6 +34,9 @@ public:
     enum class FlashMode { Off = 0, On = 1, Auto = 2 };
     enum class TorchMode { Off = 0, On = 1, Auto = 2 };
     enum class FocusMode { Locked = 0, AutoFocus = 1, ContinuousAutoFocus = 2 };
+    // What stands behind the device: a stream without end (a camera, a picture repeated) or a
+    // video file, which ends and starts again.
+    enum class Kind { Camera, VideoFile, Picture };
 
     // What a stand-in offers. Cameras answer from Qt Multimedia instead.
     struct Capabilities
@@ -64,6 +67,7 @@ public:
     QString uniqueID() const;
     QString localizedName() const;
     Position position() const;
+    Kind kind() const;
     // A stand-in's offer; cameras ignore it.
     void setCapabilities(const Capabilities &capabilities);
 
@@ -89,7 +93,6 @@ public:
     // True when locked (or already locked); otherwise false with the reason in error.
     bool lockForConfiguration(Error *error);
     void unlockForConfiguration();
-    bool isLockedForConfiguration() const;
 
     // --- For the capture classes.
     // The size of the frames the device delivers now (empty before the first frame).

@@ -23,6 +23,7 @@ class CaptureDeviceBackend : public QObject
 public:
     using StillCompletion = std::function<void(const CaptureDevice::StillPicture &picture)>;
 
+    virtual CaptureDevice::Kind kind() const = 0;
     virtual QString uniqueID() const = 0;
     virtual QString localizedName() const = 0;
     virtual Error availabilityError() const = 0; // null when an input can be made

@@ -107,6 +107,17 @@ QList<CaptureConnection *> CaptureOutput::connections() const
     return {m_connection};
 }
 
+CaptureConnection *CaptureOutput::connectionWithMediaType(const QString &mediaType) const
+{
+    for (CaptureConnection *connection : connections()) {
+        for (const CaptureInputPort &port : connection->inputPorts()) {
+            if (port.mediaType() == mediaType)
+                return connection;
+        }
+    }
+    return nullptr;
+}
+
 CaptureSession *CaptureOutput::session() const
 {
     return m_connection->session();
@@ -187,12 +198,6 @@ void CaptureSession::addOutput(const std::shared_ptr<CaptureOutput> &output)
     output->m_connection->setSession(this);
 }
 
-void CaptureSession::removeOutput(const std::shared_ptr<CaptureOutput> &output)
-{
-    if (d->outputs.removeAll(output) > 0)
-        output->m_connection->setSession(nullptr);
-}
-
 QList<std::shared_ptr<CaptureOutput>> CaptureSession::outputs() const
 {
     return d->outputs;
@@ -217,7 +222,6 @@ void CaptureSession::startRunning()
         return;
     d->running = true;
     rewire();
-    emit runningChanged(true);
 }
 
 void CaptureSession::stopRunning()
@@ -226,7 +230,6 @@ void CaptureSession::stopRunning()
         return;
     d->running = false;
     rewire();
-    emit runningChanged(false);
 }
 
 bool CaptureSession::isRunning() const

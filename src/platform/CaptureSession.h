@@ -81,6 +81,8 @@ public:
     ~CaptureOutput() override;
     // One connection once the output is in a session that has an input; empty otherwise.
     QList<CaptureConnection *> connections() const;
+    // The first connection with an input port of the media type, or nullptr.
+    CaptureConnection *connectionWithMediaType(const QString &mediaType) const;
     CaptureSession *session() const;
 
 protected:
@@ -117,7 +119,6 @@ public:
     QList<std::shared_ptr<CaptureDeviceInput>> inputs() const;
     bool canAddOutput(const std::shared_ptr<CaptureOutput> &output) const;
     void addOutput(const std::shared_ptr<CaptureOutput> &output);
-    void removeOutput(const std::shared_ptr<CaptureOutput> &output);
     QList<std::shared_ptr<CaptureOutput>> outputs() const;
 
     // Changes between the two calls take effect together at the commit.
@@ -134,7 +135,6 @@ public:
 Q_SIGNALS:
     // Each frame while running, after the outputs had it; preview layers draw it.
     void frameArrived(const QVideoFrame &frame);
-    void runningChanged(bool running);
 
 private:
     void deliver(const QVideoFrame &frame);

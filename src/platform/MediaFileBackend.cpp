@@ -37,6 +37,7 @@ public:
         });
     }
 
+    CaptureDevice::Kind kind() const override { return CaptureDevice::Kind::VideoFile; }
     QString uniqueID() const override { return QStringLiteral("file:") + m_path; }
     QString localizedName() const override { return QFileInfo(m_path).fileName(); }
     Error availabilityError() const override { return m_error; }

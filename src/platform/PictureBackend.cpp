@@ -17,14 +17,16 @@ class PictureBackend : public CaptureDeviceBackend
 {
 public:
     PictureBackend(const QImage &picture, const QString &name)
-        : m_picture(picture), m_name(name), m_frames{videoFrameFromImage(picture), videoFrameFromImage(picture)}
+        : m_picture(picture), m_name(name), m_frames{videoFrameFromImage(picture)}
     {
+        m_frames[1] = copyOfVideoFrame(m_frames[0]);
         m_timer.setInterval(frameIntervalMs);
         // Both on the GUI thread.
         connect(&m_timer, &QTimer::timeout, this, [this] { showNextFrame(); });
         connect(&m_sink, &QVideoSink::videoFrameChanged, this, &CaptureDeviceBackend::frameReady);
     }
 
+    CaptureDevice::Kind kind() const override { return CaptureDevice::Kind::Picture; }
     QString uniqueID() const override { return QStringLiteral("picture:") + m_name; }
     QString localizedName() const override { return m_name; }
 

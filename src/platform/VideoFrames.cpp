@@ -3,6 +3,7 @@
 #include <QVideoFrameFormat>
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace ZQTPlatform {
 
@@ -126,6 +127,21 @@ QVideoFrame videoFrameFromImage(const QImage &image)
     }
     frame.unmap();
     return frame;
+}
+
+QVideoFrame copyOfVideoFrame(const QVideoFrame &frame)
+{
+    QVideoFrame source = frame;
+    QVideoFrame copy(frame.surfaceFormat());
+    if (!source.map(QVideoFrame::ReadOnly))
+        return {};
+    if (copy.map(QVideoFrame::WriteOnly)) {
+        for (int plane = 0; plane < source.planeCount(); ++plane)
+            std::memcpy(copy.bits(plane), source.bits(plane), size_t(std::min(source.mappedBytes(plane), copy.mappedBytes(plane))));
+        copy.unmap();
+    }
+    source.unmap();
+    return copy;
 }
 
 QImage renderVideoFrame(const QVideoFrame &frame, const QRectF &source, const QSize &size)

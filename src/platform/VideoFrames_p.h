@@ -15,6 +15,9 @@ namespace ZQTPlatform {
 // A YUV420P frame with the picture (full-range BT.601; odd sizes are cropped to even ones).
 ZQT_EXPORT QVideoFrame videoFrameFromImage(const QImage &image);
 
+// A frame of its own with the same pixels (copies share nothing, so a sink sees a new frame).
+ZQT_EXPORT QVideoFrame copyOfVideoFrame(const QVideoFrame &frame);
+
 // The part source (in frame pixels) of the frame, scaled to size by nearest pixel, as an RGB32
 // picture. Null for an invalid frame or an empty size. Safe on any thread.
 ZQT_EXPORT QImage renderVideoFrame(const QVideoFrame &frame, const QRectF &source, const QSize &size);

@@ -1,6 +1,7 @@
 #include "platform/VideoPreviewLayer.h"
 
 #include "platform/VideoFrames_p.h"
+#include "platform/View.h"
 #include "platform/WorkerPriority_p.h"
 
 #include <QMutex>
@@ -138,6 +139,13 @@ void VideoPreviewLayer::setPosition(const QPointF &position)
     move(QPointF(position - QPointF(size.width() / 2, size.height() / 2)).toPoint());
 }
 
+void VideoPreviewLayer::setBoundsCentredIn(const QWidget *view)
+{
+    const QRectF viewBounds(QPointF(0, 0), QSizeF(view->size()));
+    setBounds(viewBounds);
+    setPosition(viewBounds.center());
+}
+
 QRectF VideoPreviewLayer::frame() const
 {
     return QRectF(geometry());
@@ -164,8 +172,7 @@ void VideoPreviewLayer::addToSuperlayer(QWidget *view)
 
 void VideoPreviewLayer::removeFromSuperlayer()
 {
-    hide();
-    setParent(nullptr);
+    removeFromSuperview(this);
 }
 
 MetadataObject VideoPreviewLayer::transformedMetadataObjectForMetadataObject(const MetadataObject &object) const

@@ -40,6 +40,8 @@ public:
     void setBounds(const QRectF &bounds);
     QRectF bounds() const;
     void setPosition(const QPointF &position);
+    // Bounds of the view's bounds, centred on their mid-point: the layer covers the view.
+    void setBoundsCentredIn(const QWidget *view);
     QRectF frame() const;
     // Puts the layer into the view (above its earlier layers, below its child views) and shows it.
     void addToSuperlayer(QWidget *view);

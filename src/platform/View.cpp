@@ -27,4 +27,22 @@ void layoutIfNeeded(QWidget *view)
         view->layout()->activate();
 }
 
+void addSubview(QWidget *superview, QWidget *view)
+{
+    if (!superview || !view)
+        return;
+    if (view->parentWidget() != superview)
+        view->setParent(superview);
+    view->raise();
+    view->show();
+}
+
+void removeFromSuperview(QWidget *view)
+{
+    if (!view)
+        return;
+    view->hide();
+    view->setParent(nullptr);
+}
+
 } // namespace ZQTPlatform

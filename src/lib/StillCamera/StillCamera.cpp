@@ -71,7 +71,6 @@ Image cropToUnitRect(const Image &image, const QRectF &unitRect)
 StillCamera::StillCamera(CameraQuality quality, CameraPosition position)
     : d(std::make_unique<Private>())
 {
-    d->completionGuard->camera = this;
     d->cameraQuality = quality;
     setCameraPosition(position);
     d->fixOrientationAfterCapture = false;
@@ -80,10 +79,7 @@ StillCamera::StillCamera(CameraQuality quality, CameraPosition position)
 
 StillCamera::~StillCamera()
 {
-    {
-        const QMutexLocker lock(&d->completionGuard->lock);
-        d->completionGuard->camera = nullptr;
-    }
+    d->completionGate->close();
     // The preview layer draws from the session: it goes first.
     delete d->captureVideoPreviewLayer.data();
     if (d->session)
@@ -141,9 +137,7 @@ void StillCamera::viewWillLayoutSubviews()
     ViewController::viewWillLayoutSubviews();
     d->preview->setGeometry(0, 0, width(), height());
     if (VideoPreviewLayer *layer = d->captureVideoPreviewLayer) {
-        const QRectF bounds(d->preview->rect());
-        layer->setBounds(bounds);
-        layer->setPosition(bounds.center());
+        layer->setBoundsCentredIn(d->preview);
         layer->connection()->setVideoOrientation(orientationForConnection());
     }
 }
@@ -189,9 +183,7 @@ bool StillCamera::buildSession()
 
     auto *layer = new VideoPreviewLayer(d->session.get());
     layer->setVideoGravity(VideoPreviewLayer::gravityResizeAspectFill);
-    const QRectF bounds(d->preview->rect());
-    layer->setBounds(bounds);
-    layer->setPosition(bounds.center());
+    layer->setBoundsCentredIn(d->preview);
     layer->addToSuperlayer(d->preview);
     d->captureVideoPreviewLayer = layer;
 
@@ -299,15 +291,7 @@ bool StillCamera::isFlashAvailable() const
 
 CaptureConnection *StillCamera::captureConnection() const
 {
-    if (!d->stillImageOutput)
-        return nullptr;
-    for (CaptureConnection *connection : d->stillImageOutput->connections()) {
-        for (const CaptureInputPort &port : connection->inputPorts()) {
-            if (port.mediaType() == CaptureDevice::mediaTypeVideo())
-                return connection;
-        }
-    }
-    return nullptr;
+    return d->stillImageOutput ? d->stillImageOutput->connectionWithMediaType(CaptureDevice::mediaTypeVideo()) : nullptr;
 }
 
 void StillCamera::capture(const CaptureCompletion &completion, bool exactSeenImage)
@@ -322,9 +306,9 @@ void StillCamera::capture(const CaptureCompletion &completion, bool exactSeenIma
     if (exactSeenImage)
         seenRect = d->captureVideoPreviewLayer->metadataOutputRectOfInterestForRect(d->captureVideoPreviewLayer->bounds());
     const QPointer<VideoPreviewLayer> layer = d->captureVideoPreviewLayer;
-    const std::shared_ptr<StillCameraCompletionGuard> guard = d->completionGuard;
+    const std::shared_ptr<CompletionGate> gate = d->completionGate;
     d->stillImageOutput->captureStillImageAsynchronouslyFromConnection(
-        connection, [layer, guard, completion, seenRect](std::shared_ptr<const SampleBuffer> buffer, const Error &error) {
+        connection, [this, layer, gate, completion, seenRect](std::shared_ptr<const SampleBuffer> buffer, const Error &error) {
             // Capture queue. The preview freezes on the picture: a view change, so on the GUI thread.
             Dispatch::mainAsync([layer] {
                 if (layer)
@@ -338,9 +322,9 @@ void StillCamera::capture(const CaptureCompletion &completion, bool exactSeenIma
                 if (seenRect)
                     image = cropToUnitRect(image, *seenRect);
             }
-            const QMutexLocker lock(&guard->lock);
-            if (guard->camera && completion)
-                completion(guard->camera, image, metadata, error);
+            const QMutexLocker lock(&gate->lock);
+            if (gate->open && completion)
+                completion(this, image, metadata, error);
         });
 }
 

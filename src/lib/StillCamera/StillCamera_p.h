@@ -2,18 +2,10 @@
 #pragma once
 
 #include "lib/StillCamera/StillCamera.h"
+#include "platform/CompletionGate_p.h"
 
-#include <QMutex>
 #include <QPointer>
 #include <QPropertyAnimation>
-
-// Lets a completion on the capture queue reach its camera only while the camera lives: the
-// destructor clears `camera` under the lock, so it waits for a completion that is running.
-struct StillCameraCompletionGuard
-{
-    QMutex lock;
-    StillCamera *camera = nullptr;
-};
 
 struct StillCamera::Private
 {
@@ -35,5 +27,6 @@ struct StillCamera::Private
     QPointer<QWidget> focusBoxLayer;
     QPointer<QPropertyAnimation> focusBoxAnimation;
 
-    std::shared_ptr<StillCameraCompletionGuard> completionGuard = std::make_shared<StillCameraCompletionGuard>();
+    // Capture completions reach the camera through this gate; the destructor closes it.
+    std::shared_ptr<ZQTPlatform::CompletionGate> completionGate = std::make_shared<ZQTPlatform::CompletionGate>();
 };
