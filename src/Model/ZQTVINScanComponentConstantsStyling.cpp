@@ -6,6 +6,7 @@
 #include "platform/ButtonStyle.h"
 #include "platform/Font.h"
 #include "platform/ImageContext.h"
+#include "platform/View.h"
 #include "platform/StringScanner_p.h"
 
 #include <QFontMetricsF>
@@ -84,9 +85,7 @@ void ZQTVINScanComponentConstants::configButton(QPushButton *button, const QColo
 void ZQTVINScanComponentConstants::configLabel(QLabel *label, const QColor &color, const QString &fontName)
 {
     label->setFont(Font::labelFontWithName(fontName, label->font()));
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, color);
-    label->setPalette(palette);
+    ZQTPlatform::setTextColor(label, color);
 }
 
 double ZQTVINScanComponentConstants::getHeightOfLabel(const QLabel *label)

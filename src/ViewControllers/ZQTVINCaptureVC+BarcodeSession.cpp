@@ -135,7 +135,7 @@ void ZQTVINCaptureVC::startBarCodeScanner()
     // One rule in both orientations: just below the top of the overlay picture.
     label->setGeometry(0, overlay->geometry().top() + scanLabelOffset, overlay->width(), scanLabelHeight);
     label->setAlignment(Qt::AlignCenter);
-    label->setStyleSheet(QStringLiteral("color: white; background: transparent;"));
+    setTextColor(label, Qt::white);
     label->setFont(scanningLabelFont(label->font()));
     label->setText(scanningLabelText());
     d->scanResultLbl = label;

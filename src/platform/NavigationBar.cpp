@@ -1,4 +1,5 @@
 #include "platform/NavigationBar.h"
+#include "platform/View.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -43,14 +44,12 @@ void NavigationBar::setTitle(const QString &title)
 
 QColor NavigationBar::titleColor() const
 {
-    return m_titleLabel->palette().color(QPalette::WindowText);
+    return textColor(m_titleLabel);
 }
 
 void NavigationBar::setTitleColor(const QColor &color)
 {
-    QPalette palette = m_titleLabel->palette();
-    palette.setColor(QPalette::WindowText, color);
-    m_titleLabel->setPalette(palette);
+    ZQTPlatform::setTextColor(m_titleLabel, color);
 }
 
 QFont NavigationBar::titleFont() const

@@ -20,6 +20,18 @@ QColor backgroundColor(const QWidget *view)
     return view->autoFillBackground() ? view->palette().color(QPalette::Window) : QColor();
 }
 
+void setTextColor(QWidget *view, const QColor &color)
+{
+    QPalette palette = view->palette();
+    palette.setColor(QPalette::WindowText, color);
+    view->setPalette(palette);
+}
+
+QColor textColor(const QWidget *view)
+{
+    return view->palette().color(QPalette::WindowText);
+}
+
 void layoutIfNeeded(QWidget *view)
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);

@@ -14,6 +14,9 @@ namespace ZQTPlatform {
 ZQT_EXPORT void setBackgroundColor(QWidget *view, const QColor &color);
 // The colour given by setBackgroundColor, or an invalid colour when the widget has none.
 ZQT_EXPORT QColor backgroundColor(const QWidget *view);
+// The colour a label (or any widget) draws its text in.
+ZQT_EXPORT void setTextColor(QWidget *view, const QColor &color);
+ZQT_EXPORT QColor textColor(const QWidget *view);
 // Carries out every pending layout request now, then the view's own layout.
 ZQT_EXPORT void layoutIfNeeded(QWidget *view);
 // Puts the view on top of the superview's children and shows it (moving it there from any other

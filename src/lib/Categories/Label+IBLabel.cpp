@@ -3,6 +3,7 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/Font.h"
 #include "platform/Storyboard.h"
+#include "platform/View.h"
 
 #include <QLabel>
 
@@ -18,11 +19,8 @@ void setTextConfigKey(QLabel *label, const QString &key)
 
 void setColorConfigKey(QLabel *label, const QString &key)
 {
-    if (key.isEmpty())
-        return;
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, Constants::getGlobalColorForKey(key));
-    label->setPalette(palette);
+    if (!key.isEmpty())
+        ZQTPlatform::setTextColor(label, Constants::getGlobalColorForKey(key));
 }
 
 void setFontConfigKey(QLabel *label, const QString &key)
