@@ -210,19 +210,6 @@ TEST(BarcodeReader, Code39KeepsEveryCharacterAndTellsMod43Apart)
     EXPECT_TRUE(mod43Only.read(prefixed, 0).isEmpty());
 }
 
-TEST(BarcodeReader, ReportsOtherTypesOnlyWhenAskedFor)
-{
-    const QImage picture = labelFrame(Symbology::QRCode, QStringLiteral("https://example.com/claim"), 5);
-    const BarcodeReader vinReader(vinTypes);
-    EXPECT_TRUE(readWithinCycle([&](quint64 f) { return vinReader.read(picture, f); }).isEmpty());
-    const BarcodeReader qrReader({MetadataObject::typeQRCode, QStringLiteral("org.example.Unknown")});
-    EXPECT_EQ(qrReader.types(), QStringList{MetadataObject::typeQRCode});
-    const QList<DecodedBarcode> codes = qrReader.read(picture, 0);
-    ASSERT_EQ(codes.size(), 1);
-    EXPECT_EQ(codes[0].type, MetadataObject::typeQRCode);
-    EXPECT_EQ(codes[0].text, QStringLiteral("https://example.com/claim"));
-}
-
 // A 1-D and a 2-D code are both reported; the same 1-D label twice is one code (and must not
 // bring ZXing's assertion on merged rows down on the process).
 TEST(BarcodeReader, ReadsTwoCodesOfOneFrameAndOneOfALabelShownTwice)
