@@ -53,9 +53,9 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        auto *button = static_cast<QPushButton *>(watched);
+        // Only paint events are cast: others also arrive while the button is being destroyed.
         if (event->type() == QEvent::Paint)
-            paint(button);
+            paint(static_cast<QPushButton *>(watched));
         return false;
     }
 
