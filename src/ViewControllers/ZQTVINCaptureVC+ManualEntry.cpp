@@ -1,6 +1,7 @@
 // The capture screen's manual VIN entry: the manual-entry button, the prompt and its OK action.
 #include "ViewControllers/ZQTVINCaptureVC.h"
 
+#include "UI/Views/DigitKeyboardView.h"
 #include "ViewControllers/VinScannerVCDelegate.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
 #include "platform/Log.h"
@@ -38,3 +39,13 @@ void ZQTVINCaptureVC::keyboardWillHide(const Notification &)
     logStep("keyboardWillHide");
     // Takes the digit row away once the manual-entry prompt shows one.
 }
+
+bool ZQTVINCaptureVC::textFieldShouldChangeCharactersInRange(TextField *, int location, int length,
+                                                             const QString &replacement)
+{
+    return location + length < 17 || replacement.isEmpty();
+}
+
+AlertController *ZQTVINCaptureVC::vinEntryAlertController() const { return d->vinEntryAlertController; }
+AlertAction *ZQTVINCaptureVC::vinEntryAlertOKAction() const { return d->vinEntryAlertOKAction; }
+DigitKeyboardView *ZQTVINCaptureVC::digitKeyboardView() const { return d->digitKeyboardView.data(); }

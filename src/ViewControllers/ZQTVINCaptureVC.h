@@ -11,6 +11,7 @@
 #include "platform/Bundle.h"
 #include "platform/Error.h"
 #include "platform/Image.h"
+#include "platform/TextField.h"
 #include "platform/ViewController.h"
 
 #include <QDateTime>
@@ -24,12 +25,17 @@
 
 class QGeoPositionInfo;
 class QLabel;
+class DigitKeyboardView;
 class StillCamera;
 class VinScannerVCDelegate;
 struct ZQTVINCaptureVCPrivate;
 
 namespace ZQTPlatform {
 struct Notification;
+class AlertAction;
+class AlertController;
+class ImageView;
+class TapGestureRecognizer;
 struct MetadataObject;
 struct SampleBuffer;
 class CaptureConnection;
@@ -40,7 +46,7 @@ class StillImageOutput;
 class VideoPreviewLayer;
 }
 
-class ZQT_EXPORT ZQTVINCaptureVC : public ZQTPlatform::ViewController
+class ZQT_EXPORT ZQTVINCaptureVC : public ZQTPlatform::ViewController, public ZQTPlatform::TextFieldDelegate
 {
     Q_OBJECT
 
@@ -170,6 +176,9 @@ public:
     bool prefersStatusBarHidden() const override;
     void viewWillTransitionToSize(const QSizeF &size, ZQTPlatform::TransitionCoordinator *coordinator) override;
     void viewWillLayoutSubviews() override;
+    // The video orientation for the preview's connection: the interface orientation when it is
+    // 2, 3 or 4, else 1 (portrait).
+    int orientationForConnection() const;
 
     // --- Layout, navigation bar and flash.
     void setupViewComponents();
@@ -233,13 +242,38 @@ public:
     // The prompt's OK action with the text of its field: normalises, validates and reports it
     // as typed (not scanned).
     void handleManualEntryOK(const QString &fieldText);
+    // The prompt field's editing-changed action: upper-cases, keeps letters and digits only and
+    // enables OK at 17 characters or more.
+    void uppercaseTextField(ZQTPlatform::TextField *textField);
+    // The prompt field's edit filter: an edit ending below position 17, or a deletion.
+    bool textFieldShouldChangeCharactersInRange(ZQTPlatform::TextField *textField, int location, int length,
+                                                const QString &replacement) override;
     void keyboardWillHide(const ZQTPlatform::Notification &notification);
+    // The text in white, centred on a black picture the size of the camera area.
+    ZQTPlatform::Image imageForManualScanWithText(const QString &text) const;
+    // The open prompt, its OK action and its digit row (nullptr while there is none).
+    ZQTPlatform::AlertController *vinEntryAlertController() const;
+    ZQTPlatform::AlertAction *vinEntryAlertOKAction() const;
+    DigitKeyboardView *digitKeyboardView() const;
 
     // --- Help overlay.
     void showOverlay();
     void showOverlayWithForce(bool force);
     void handleHelpBtn();
+    // A tap on the card: fades it out in 0.2 s and starts the still camera again.
+    void overlayViewTapped(ZQTPlatform::TapGestureRecognizer *recognizer);
+    // Takes the card down at once; the camera is left as it is.
     void dismissOverlayIfShown();
+    // Whether an overlay text is the word "blank", in any case.
+    bool isOverlayValueBlank(const QString &value) const;
+    // The spare image view showing the image (made, with a 1-point black border, on first use).
+    ZQTPlatform::ImageView *overlayImageViewWithImage(const ZQTPlatform::Image &image);
+    // The view of the last card shown (nullptr before the first and after a tap closed one).
+    QWidget *overlayView2() const;
+
+    // --- Adjuster contact panel.
+    // The menu button's action: posts the adjuster-menu analytics event and shows the panel.
+    void showAdjusterInfo();
 
     // --- Photo catalogue.
     // Builds the VIN slot from configuration and the pictures "carousel_VIN", "help_info_vin" or

@@ -6,6 +6,8 @@
 #include "platform/Bundle.h"
 #include "platform/Image.h"
 #include "platform/LayoutConstraint.h"
+#include "UI/Views/DigitKeyboardView.h"
+#include "platform/AlertController.h"
 #include "platform/CaptureSession.h"
 #include "platform/CompletionGate_p.h"
 #include "platform/MetadataOutput.h"
@@ -24,8 +26,12 @@
 #include <memory>
 #include <optional>
 
+class DigitKeyboardView;
 class StillCamera;
 class VinScannerVCDelegate;
+namespace ZQTPlatform {
+class ImageView;
+}
 
 struct ZQTVINCaptureVCPrivate
 {
@@ -85,6 +91,15 @@ struct ZQTVINCaptureVCPrivate
     // Views made by the steps.
     QPointer<QLabel> cameraImageView;
     QPointer<QLabel> flashLbl;
+
+    // Help overlay: the view of the last card, and the spare image view.
+    QPointer<QWidget> overlayView2;
+    QPointer<ZQTPlatform::ImageView> overlayImageView;
+
+    // Manual entry: the open prompt and its OK action (weak), and the digit row while it shows.
+    QPointer<ZQTPlatform::AlertController> vinEntryAlertController;
+    QPointer<ZQTPlatform::AlertAction> vinEntryAlertOKAction;
+    QPointer<DigitKeyboardView> digitKeyboardView;
 
     // The barcode session. The scanning views are the screen's even while out of the view
     // tree; the screen deletes them when it drops them.

@@ -1,0 +1,55 @@
+// The row of ten digit keys laid along the bottom of the manual VIN prompt, beside the system
+// keyboard. Its look comes from the interface file "DigitKeyboardView"; the keys type into the
+// prompt's field and stop at 17 characters.
+#pragma once
+
+#include "ZQTGlobal.h"
+
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+
+class QPushButton;
+
+namespace ZQTPlatform {
+class LayoutConstraint;
+class TextField;
+}
+
+class ZQT_EXPORT DigitKeyboardView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit DigitKeyboardView(QWidget *parent = nullptr);
+
+    // A new view from the interface file "DigitKeyboardView" of the component's bundle; the
+    // caller owns it.
+    static DigitKeyboardView *create();
+    // create, typing into the field.
+    static DigitKeyboardView *createWithField(ZQTPlatform::TextField *field);
+
+    // The container the keys are laid out in (from the interface file).
+    QWidget *keybuttonContainView() const;
+    ZQTPlatform::TextField *inputTextField() const;
+    void setInputTextField(ZQTPlatform::TextField *field);
+
+    // Pins this view to the inside bottom and right of the view, lays it out and builds the
+    // keys. Returns the bottom constraint.
+    ZQTPlatform::LayoutConstraint *attachToControllerBottom(QWidget *view);
+    // (Re)builds the ten keys, 0 to 9, in one row.
+    void setDigitButtons();
+    // Appends the key's digit to the field while the result stays under 18 characters.
+    void onClickDigitButton(QPushButton *button);
+    // The keys, in order 0 to 9.
+    QList<QPushButton *> buttons() const;
+
+protected:
+    // Touches on the row go no further.
+    void mousePressEvent(QMouseEvent *event) override;
+
+private:
+    QPointer<QWidget> m_keybuttonContainView;
+    QPointer<ZQTPlatform::TextField> m_inputTextField;
+    QList<QPushButton *> m_buttons;
+};

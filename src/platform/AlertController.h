@@ -1,0 +1,97 @@
+// The platform's alert: a modal card with a title, a message, text fields and one row of action
+// buttons, presented over the whole window by a view controller. Pressing an enabled action's
+// button runs its handler and then dismisses the alert (if the handler has not already).
+#pragma once
+
+#include "ZQTGlobal.h"
+#include "platform/ViewController.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <functional>
+
+class QLabel;
+class QVBoxLayout;
+class QHBoxLayout;
+
+namespace ZQTPlatform {
+
+class AlertController;
+class TextField;
+
+class ZQT_EXPORT AlertAction : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Style { StyleDefault = 0, StyleCancel = 1, StyleDestructive = 2 };
+    // Runs on the GUI thread with the action, while its alert is still presented.
+    using Handler = std::function<void(AlertAction *action)>;
+
+    AlertAction(const QString &title, Style style, Handler handler, QObject *parent = nullptr);
+
+    QString title() const;
+    Style style() const;
+    bool isEnabled() const;
+    void setEnabled(bool enabled);
+    // The alert that holds the action, or nullptr before it is added.
+    AlertController *alertController() const;
+
+signals:
+    void enabledChanged(bool enabled);
+
+private:
+    friend class AlertController;
+    QString m_title;
+    Style m_style;
+    Handler m_handler;
+    bool m_enabled = true;
+};
+
+class ZQT_EXPORT AlertController : public ViewController
+{
+    Q_OBJECT
+
+public:
+    enum Style { StyleActionSheet = 0, StyleAlert = 1 };
+
+    AlertController(const QString &title, const QString &message, Style style = StyleAlert);
+    ~AlertController() override;
+
+    QString alertTitle() const;
+    QString message() const;
+    Style preferredStyle() const;
+
+    // The alert owns its actions. The buttons are drawn in one row, the cancel action first.
+    void addAction(AlertAction *action);
+    QList<AlertAction *> actions() const;
+    // Adds a text field below the message; the handler configures it before it is shown.
+    void addTextFieldWithConfigurationHandler(const std::function<void(TextField *field)> &configure = {});
+    QList<TextField *> textFields() const;
+    // The card that carries the title, message, fields and buttons (a child of the alert's view).
+    QWidget *contentView() const;
+    // The push button that stands for the action (for tests and hosts), or nullptr.
+    QWidget *buttonForAction(const AlertAction *action) const;
+
+    void viewDidLoad() override;
+    void viewDidAppear(bool animated) override;
+
+private:
+    void actionTriggered(AlertAction *action);
+    void rebuildButtons();
+
+    QString m_title;
+    QString m_message;
+    Style m_style;
+    QList<AlertAction *> m_actions;
+    QList<TextField *> m_textFields;
+    QWidget *m_card = nullptr;
+    QLabel *m_titleLabel = nullptr;
+    QLabel *m_messageLabel = nullptr;
+    QVBoxLayout *m_fieldsLayout = nullptr;
+    QHBoxLayout *m_buttonsLayout = nullptr;
+};
+
+} // namespace ZQTPlatform
