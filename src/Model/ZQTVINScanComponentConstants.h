@@ -12,9 +12,14 @@
 #include <QFont>
 #include <QString>
 #include <QVariant>
+#include <functional>
 
 class QLabel;
 class QPushButton;
+
+namespace ZQTPlatform {
+class ViewController;
+}
 
 class ZQT_EXPORT ZQTVINScanComponentConstants
 {
@@ -80,6 +85,19 @@ public:
     // height over the label's width, rounded, in whole lines of the font's line height. It does
     // not wrap words.
     static double getHeightOfLabel(const QLabel *label);
+
+    // --- Alerts and phone numbers (GUI thread).
+    // Runs with the pressed button's title and index: 0 the cancel button, 1 the other.
+    using AlertButtonClicked = std::function<void(const QString &buttonTitle, qint64 buttonIndex)>;
+    // An alert with the cancel button and, when otherButton is not empty, a second one, presented
+    // by the controller without animation. Nothing happens on systems older than 8.0 or while the
+    // controller already presents an alert. buttonClicked may be empty.
+    static void showAlertViewWithTitle(const QString &title, const QString &message, const QString &cancelButton,
+                                       const QString &otherButton, ZQTPlatform::ViewController *withController,
+                                       const AlertButtonClicked &buttonClicked);
+    // The phone number laid out by its count of digits (7, 10, 11 or 12); any other count gives
+    // the text back as it was.
+    static QString getFormatedPhoneNumber(const QString &phone);
 
 private:
     ZQTVINScanComponentConstants() = default;
