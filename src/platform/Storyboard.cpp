@@ -130,6 +130,21 @@ ViewController *Storyboard::instantiateViewControllerWithIdentifier(const QStrin
     return controller;
 }
 
+QWidget *Storyboard::loadNibNamed(const QString &name, const Bundle &bundle)
+{
+    const QString path = bundle.pathForResource(name, QStringLiteral("ui"));
+    QFile file(path);
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return nullptr;
+    SceneLoader loader;
+    QWidget *root = loader.load(&file);
+    if (!root)
+        return nullptr;
+    applySceneAttributes(root);
+    LayoutConstraint::makeSceneConstraints(root);
+    return root;
+}
+
 void Storyboard::registerViewControllerClass(const QString &className, ControllerFactory factory)
 {
     controllerClasses().insert(className, std::move(factory));

@@ -55,6 +55,11 @@ public:
     // the order the scene file gives them.
     static void registerWidgetAttribute(const char *className, const QString &attribute, AttributeSetter setter);
 
+    // The root widget of the interface file "<name>.ui" at the top of the bundle, built as scenes
+    // are (registered widget classes, attributes, named height constraints); the caller owns it.
+    // nullptr when the bundle has no such file or it yields no widget. GUI thread only.
+    static QWidget *loadNibNamed(const QString &name, const Bundle &bundle);
+
 private:
     Storyboard(const QString &name, const QString &path) : m_name(name), m_path(path) {}
 
