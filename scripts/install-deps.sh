@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   cmake g++ make pkg-config
-  qt6-base-dev qt6-multimedia-dev qt6-positioning-dev qt6-tools-dev qt6-tools-dev-tools
+  qt6-base-dev qt6-multimedia-dev qt6-positioning-dev libqt6positioning6-plugins qt6-tools-dev qt6-tools-dev-tools
   qt6-qpa-plugins libqt6svg6 qt6-svg-dev qt6-image-formats-plugins
   libzxing-dev libplist-dev libplist++-dev
   libgtest-dev libgmock-dev libbenchmark-dev
