@@ -22,14 +22,13 @@ namespace {
 // Exit statuses.
 enum { ResultReported = 0, NoResult = 1, UsageError = 2 };
 
-bool parseSize(const QString &text, QSize *size)
+// "iPhone 8, iPhone X, ..." for the help text.
+QString phoneNames()
 {
-    const QStringList parts = text.split(QLatin1Char('x'));
-    if (parts.size() != 2)
-        return false;
-    bool okWidth = false, okHeight = false;
-    *size = QSize(parts[0].toInt(&okWidth), parts[1].toInt(&okHeight));
-    return okWidth && okHeight && !size->isEmpty();
+    QStringList names;
+    for (const DeviceProfile &profile : DeviceProfile::phoneProfiles())
+        names << profile.name;
+    return names.join(QStringLiteral(", "));
 }
 
 } // namespace
@@ -53,15 +52,16 @@ int main(int argc, char *argv[])
         {QStringLiteral("manual"), QStringLiteral("Open with the manual VIN prompt.")},
         {QStringLiteral("landscape"), QStringLiteral("The screen's landscape mode.")},
         {QStringLiteral("modal"), QStringLiteral("Present the screen instead of pushing it.")},
-        {QStringLiteral("device"), QStringLiteral("The phone screen to imitate, in points (default 375x812)."),
-         QStringLiteral("WxH")},
+        {QStringLiteral("device"),
+         QStringLiteral("The phone to imitate: %1, or a screen size in points (default iPhone X).").arg(phoneNames()),
+         QStringLiteral("NAME|WxH")},
     });
     parser.process(app);
     QTextStream err(stderr);
     const QString claimId = parser.value(QStringLiteral("claim"));
-    QSize screenSize(375, 812);
-    if (claimId.isEmpty()
-        || (parser.isSet(QStringLiteral("device")) && !parseSize(parser.value(QStringLiteral("device")), &screenSize))) {
+    const std::optional<DeviceProfile> phone = DeviceProfile::profileNamed(
+        parser.isSet(QStringLiteral("device")) ? parser.value(QStringLiteral("device")) : QStringLiteral("iPhone X"));
+    if (claimId.isEmpty() || !phone) {
         err << parser.helpText();
         return UsageError;
     }
@@ -76,10 +76,7 @@ int main(int argc, char *argv[])
         return UsageError;
     }
 
-    DeviceProfile profile = DeviceProfile::current();
-    profile.mainScreenBounds = QSizeF(screenSize);
-    DeviceProfile::setCurrent(profile);
-
+    DeviceProfile::setCurrent(parser.isSet(QStringLiteral("landscape")) ? phone->landscape() : *phone);
     ZqtApps::ScanHostOptions options;
     options.claimId = claimId;
     options.manual = parser.isSet(QStringLiteral("manual"));
@@ -111,7 +108,6 @@ int main(int argc, char *argv[])
         });
     }
 
-    const bool landscape = options.landscape;
-    host.show(landscape ? screenSize.transposed() : screenSize);
+    host.show(DeviceProfile::current().mainScreenBounds.toSize());
     return QApplication::exec();
 }

@@ -2,8 +2,11 @@
 
 #include "platform/StringScanner_p.h"
 
+#include "platform/Orientation.h"
+
 #include <QGuiApplication>
 #include <QMutex>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSysInfo>
 
@@ -39,7 +42,74 @@ DeviceProfile screenProfile()
     return profile;
 }
 
+DeviceProfile phone(const char *name, qreal width, qreal height, qreal scale, qreal statusBar,
+                    const char *systemVersion, const char *machine)
+{
+    DeviceProfile profile;
+    profile.name = QString::fromLatin1(name);
+    profile.mainScreenBounds = QSizeF(width, height);
+    profile.screenScale = scale;
+    profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
+    profile.statusBarHeight = statusBar;
+    profile.systemVersion = QString::fromLatin1(systemVersion);
+    profile.machine = QString::fromLatin1(machine);
+    return profile;
+}
+
+// "375x667" as a size; an empty size for anything else.
+QSizeF sizeOfText(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("^\\s*(\\d{2,5})\\s*[xX]\\s*(\\d{2,5})\\s*$"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    if (!match.hasMatch())
+        return QSizeF();
+    return QSizeF(match.captured(1).toInt(), match.captured(2).toInt());
+}
+
+constexpr qreal plainStatusBarHeight = 20.0;
+
 } // namespace
+
+QList<DeviceProfile> DeviceProfile::phoneProfiles()
+{
+    return {
+        phone("iPhone 4s", 320, 480, 2.0, plainStatusBarHeight, "9.3.6", "iPhone4,1"),
+        phone("iPhone 8", 375, 667, 2.0, plainStatusBarHeight, "16.7.8", "iPhone10,1"),
+        phone("iPhone X", 375, 812, 3.0, 44.0, "16.7.8", "iPhone10,3"),
+        phone("iPhone 11", 414, 896, 2.0, 44.0, "17.5.1", "iPhone12,1"),
+    };
+}
+
+std::optional<DeviceProfile> DeviceProfile::profileNamed(const QString &nameOrSize)
+{
+    const QList<DeviceProfile> phones = phoneProfiles();
+    for (const DeviceProfile &profile : phones) {
+        if (profile.name.compare(nameOrSize.trimmed(), Qt::CaseInsensitive) == 0)
+            return profile;
+    }
+    const QSizeF size = sizeOfText(nameOrSize);
+    if (size.isEmpty())
+        return std::nullopt;
+    for (const DeviceProfile &profile : phones) {
+        if (profile.mainScreenBounds == size)
+            return profile;
+        if (profile.mainScreenBounds.transposed() == size)
+            return profile.landscape();
+    }
+    // Another phone: the machine string stays empty, so the system's own is reported.
+    DeviceProfile other = phone("", size.width(), size.height(), 2.0, plainStatusBarHeight, "16.7.8", "");
+    other.name = QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+    return other;
+}
+
+DeviceProfile DeviceProfile::landscape() const
+{
+    DeviceProfile turned = *this;
+    if (turned.mainScreenBounds.height() > turned.mainScreenBounds.width())
+        turned.mainScreenBounds.transpose();
+    turned.deviceOrientation = InterfaceOrientation::LandscapeRight;
+    return turned;
+}
 
 DeviceProfile DeviceProfile::current()
 {

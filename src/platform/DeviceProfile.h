@@ -5,8 +5,11 @@
 
 #include "ZQTGlobal.h"
 
+#include <QList>
 #include <QSizeF>
 #include <QString>
+
+#include <optional>
 
 namespace ZQTPlatform {
 
@@ -31,6 +34,16 @@ struct ZQT_EXPORT DeviceProfile
     static void setCurrent(const DeviceProfile &profile);
     // Goes back to the real screen: its size, no idiom, a 0-point status bar, the OS version.
     static void resetToScreen();
+
+    // The named phones a host or a test can imitate, each in portrait: "iPhone 4s" (320 x 480),
+    // "iPhone 8" (375 x 667), "iPhone X" (375 x 812) and "iPhone 11" (414 x 896).
+    static QList<DeviceProfile> phoneProfiles();
+    // The named phone of that name (any case) or of that size written "WxH" in points; a size
+    // written "HxW" gives the phone in landscape. Another valid size gives an unnamed phone of
+    // that size with a 20-point status bar. Nothing for anything else.
+    static std::optional<DeviceProfile> profileNamed(const QString &nameOrSize);
+    // The same device held in landscape: bounds transposed, device orientation 3.
+    DeviceProfile landscape() const;
 
     // The mutable device state, written by the screens as the platform's would be.
     static void setDeviceOrientation(int orientation);
