@@ -57,6 +57,11 @@ int Application::statusBarOrientation() const
     return m_orientation;
 }
 
+void Application::setStatusBarOrientation(int orientation)
+{
+    m_orientation = orientation;
+}
+
 Window *Application::keyWindow() const
 {
     return Window::keyWindow();

@@ -37,6 +37,8 @@ public:
     int statusBarStyle() const;
     // The interface orientation (an InterfaceOrientation value), portrait at start.
     int statusBarOrientation() const;
+    // Sets the interface orientation as it is (unknown, 0, included), as the platform's setter.
+    void setStatusBarOrientation(int orientation);
 
     Window *keyWindow() const;
 

@@ -20,5 +20,14 @@ constexpr unsigned MaskAllButUpsideDown = MaskPortrait | MaskLandscape;        /
 // Device orientations 1 to 4 name the same values; others (face up 5, face down 6) have none.
 constexpr bool isInterfaceOrientation(int value) { return value >= Portrait && value <= LandscapeLeft; }
 
+// The video orientation a camera connection takes for an interface orientation: upside down and
+// both landscapes as they are, anything else (portrait, unknown) portrait.
+constexpr int videoOrientationFor(int orientation)
+{
+    return orientation == PortraitUpsideDown || orientation == LandscapeRight || orientation == LandscapeLeft
+        ? orientation
+        : Portrait;
+}
+
 } // namespace InterfaceOrientation
 } // namespace ZQTPlatform

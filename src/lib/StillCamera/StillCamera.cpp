@@ -144,15 +144,7 @@ void StillCamera::viewWillLayoutSubviews()
 
 int StillCamera::orientationForConnection() const
 {
-    const int orientation = Application::sharedApplication()->statusBarOrientation();
-    switch (orientation) {
-    case InterfaceOrientation::PortraitUpsideDown:
-    case InterfaceOrientation::LandscapeRight:
-    case InterfaceOrientation::LandscapeLeft:
-        return orientation;
-    default:
-        return InterfaceOrientation::Portrait;
-    }
+    return InterfaceOrientation::videoOrientationFor(Application::sharedApplication()->statusBarOrientation());
 }
 
 void StillCamera::attachToViewController(ViewController *host, const QRectF &frame)
