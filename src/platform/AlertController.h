@@ -1,18 +1,21 @@
-// The platform's alert: a modal card with a title, a message, text fields and one row of action
-// buttons, presented over the whole window by a view controller. Pressing an enabled action's
-// button runs its handler and then dismisses the alert (if the handler has not already).
+// The platform's alert: a modal card with a bold title, a message, text fields and one row of
+// action buttons (the cancel action first), presented over the whole window, which it dims, by
+// a view controller. Pressing an enabled action's button runs its handler while the alert is
+// still presented and then dismisses the alert (unless the handler already did). A disabled
+// action's button is greyed and cannot be pressed.
 #pragma once
 
 #include "ZQTGlobal.h"
 #include "platform/ViewController.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <functional>
 
 class QLabel;
+class QPushButton;
 class QVBoxLayout;
 class QHBoxLayout;
 
@@ -30,10 +33,11 @@ public:
     // Runs on the GUI thread with the action, while its alert is still presented.
     using Handler = std::function<void(AlertAction *action)>;
 
-    AlertAction(const QString &title, Style style, Handler handler, QObject *parent = nullptr);
+    AlertAction(const QString &title, Style style, Handler handler = {}, QObject *parent = nullptr);
 
     QString title() const;
     Style style() const;
+    // Enabled by default.
     bool isEnabled() const;
     void setEnabled(bool enabled);
     // The alert that holds the action, or nullptr before it is added.
@@ -57,6 +61,7 @@ class ZQT_EXPORT AlertController : public ViewController
 public:
     enum Style { StyleActionSheet = 0, StyleAlert = 1 };
 
+    // The card is built at once, so fields and actions can be added before presenting.
     AlertController(const QString &title, const QString &message, Style style = StyleAlert);
     ~AlertController() override;
 
@@ -64,10 +69,11 @@ public:
     QString message() const;
     Style preferredStyle() const;
 
-    // The alert owns its actions. The buttons are drawn in one row, the cancel action first.
+    // The alert owns its actions. The buttons are drawn in one row, the cancel action first,
+    // the others in the order they were added.
     void addAction(AlertAction *action);
     QList<AlertAction *> actions() const;
-    // Adds a text field below the message; the handler configures it before it is shown.
+    // Adds a text field (rounded frame) below the message; the handler configures it at once.
     void addTextFieldWithConfigurationHandler(const std::function<void(TextField *field)> &configure = {});
     QList<TextField *> textFields() const;
     // The card that carries the title, message, fields and buttons (a child of the alert's view).
@@ -75,11 +81,13 @@ public:
     // The push button that stands for the action (for tests and hosts), or nullptr.
     QWidget *buttonForAction(const AlertAction *action) const;
 
-    void viewDidLoad() override;
+    // Gives the first text field the keyboard focus.
     void viewDidAppear(bool animated) override;
 
 private:
+    // GUI thread: the button of an enabled action was clicked.
     void actionTriggered(AlertAction *action);
+    // Lays the buttons out again in their row, cancel first, with hairlines between them.
     void rebuildButtons();
 
     QString m_title;
@@ -87,10 +95,10 @@ private:
     Style m_style;
     QList<AlertAction *> m_actions;
     QList<TextField *> m_textFields;
+    QHash<const AlertAction *, QPushButton *> m_buttons;
     QWidget *m_card = nullptr;
-    QLabel *m_titleLabel = nullptr;
-    QLabel *m_messageLabel = nullptr;
     QVBoxLayout *m_fieldsLayout = nullptr;
+    QWidget *m_buttonsSeparator = nullptr;
     QHBoxLayout *m_buttonsLayout = nullptr;
 };
 

@@ -1,0 +1,229 @@
+#include "platform/TextField.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMenu>
+
+namespace ZQTPlatform {
+
+namespace {
+
+struct Range
+{
+    int location;
+    int length;
+};
+
+// The edit that turned `before` into `after`: the stretch between their common start and end.
+// Inside a run of equal characters the stretch is placed at the run's end.
+std::pair<Range, QString> difference(const QString &before, const QString &after)
+{
+    const int shorter = int(qMin(before.size(), after.size()));
+    int prefix = 0;
+    while (prefix < shorter && before.at(prefix) == after.at(prefix))
+        ++prefix;
+    int suffix = 0;
+    while (suffix < shorter - prefix && before.at(before.size() - 1 - suffix) == after.at(after.size() - 1 - suffix))
+        ++suffix;
+    const Range range{prefix, int(before.size()) - prefix - suffix};
+    return {range, after.mid(prefix, after.size() - prefix - suffix)};
+}
+
+bool isTyping(const QKeyEvent *event)
+{
+    const QString text = event->text();
+    return !text.isEmpty() && text.at(0).isPrint()
+        && !(event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
+}
+
+QString clipboardText()
+{
+    return QGuiApplication::clipboard()->text();
+}
+
+const char *styleSheetFor(TextField::BorderStyle style)
+{
+    switch (style) {
+    case TextField::BorderStyle::RoundedRect:
+        return "QLineEdit { background: white; color: black; border: 1px solid rgb(199, 199, 204);"
+               " border-radius: 5px; padding: 3px 6px; }";
+    case TextField::BorderStyle::None:
+        break;
+    }
+    return "";
+}
+
+} // namespace
+
+TextField::TextField(QWidget *parent) : QLineEdit(parent)
+{
+    setAcceptDrops(false);
+}
+
+TextFieldDelegate *TextField::delegate() const
+{
+    return m_delegate;
+}
+
+void TextField::setDelegate(TextFieldDelegate *delegate)
+{
+    m_delegate = delegate;
+}
+
+TextField::BorderStyle TextField::borderStyle() const
+{
+    return m_borderStyle;
+}
+
+void TextField::setBorderStyle(BorderStyle style)
+{
+    m_borderStyle = style;
+    setStyleSheet(QString::fromLatin1(styleSheetFor(style)));
+}
+
+void TextField::sendEditingChanged()
+{
+    emit editingChanged(this);
+}
+
+bool TextField::mayReplaceSelectionWith(const QString &replacement)
+{
+    if (!m_delegate)
+        return true;
+    const Range range = hasSelectedText() ? Range{selectionStart(), int(selectedText().size())}
+                                          : Range{cursorPosition(), 0};
+    return m_delegate->textFieldShouldChangeCharactersInRange(this, range.location, range.length, replacement);
+}
+
+void TextField::runCheckedAfterwards(const std::function<void()> &edit)
+{
+    const QString before = text();
+    const int cursor = cursorPosition();
+    const int selectionFrom = selectionStart();
+    const int selectionLength = int(selectedText().size());
+    edit();
+    if (!m_delegate || text() == before)
+        return;
+    const auto [range, replacement] = difference(before, text());
+    if (m_delegate->textFieldShouldChangeCharactersInRange(this, range.location, range.length, replacement))
+        return;
+    setText(before);
+    if (selectionLength > 0)
+        setSelection(selectionFrom, selectionLength);
+    else
+        setCursorPosition(cursor);
+}
+
+void TextField::finishUserEdit(const QString &before)
+{
+    if (text() != before)
+        emit editingChanged(this);
+}
+
+void TextField::keyPressEvent(QKeyEvent *event)
+{
+    const QString before = text();
+    if (isReadOnly()) {
+        QLineEdit::keyPressEvent(event);
+        return;
+    }
+    if (event->matches(QKeySequence::Paste) || isTyping(event)) {
+        const QString inserted = event->matches(QKeySequence::Paste) ? clipboardText() : event->text();
+        if (!mayReplaceSelectionWith(inserted)) {
+            event->accept();
+            return;
+        }
+        QLineEdit::keyPressEvent(event);
+    } else if (event->matches(QKeySequence::Cut) && hasSelectedText()) {
+        if (!mayReplaceSelectionWith(QString())) {
+            event->accept();
+            return;
+        }
+        QLineEdit::keyPressEvent(event);
+    } else {
+        // Backspace, delete, word and line deletions, undo and redo; moves and copies change nothing.
+        runCheckedAfterwards([this, event] { QLineEdit::keyPressEvent(event); });
+    }
+    finishUserEdit(before);
+}
+
+void TextField::inputMethodEvent(QInputMethodEvent *event)
+{
+    const QString before = text();
+    const bool commits = !event->commitString().isEmpty() || event->replacementLength() > 0;
+    if (!commits || isReadOnly() || !m_delegate) {
+        QLineEdit::inputMethodEvent(event);
+        finishUserEdit(before);
+        return;
+    }
+    bool allowed;
+    if (event->replacementLength() > 0) {
+        allowed = m_delegate->textFieldShouldChangeCharactersInRange(
+            this, cursorPosition() + event->replacementStart(), event->replacementLength(), event->commitString());
+    } else {
+        allowed = mayReplaceSelectionWith(event->commitString());
+    }
+    if (allowed) {
+        QLineEdit::inputMethodEvent(event);
+    } else {
+        // The composition goes on; only the refused commit is dropped.
+        QInputMethodEvent composing(event->preeditString(), event->attributes());
+        QLineEdit::inputMethodEvent(&composing);
+    }
+    finishUserEdit(before);
+}
+
+void TextField::contextMenuEvent(QContextMenuEvent *event)
+{
+    QMenu menu(this);
+    fillContextMenu(&menu);
+    menu.exec(event->globalPos());
+}
+
+void TextField::fillContextMenu(QMenu *menu)
+{
+    const bool editable = !isReadOnly();
+    const auto addEdit = [this, menu](const QString &title, const QKeySequence &keys, bool enabled,
+                                      const std::function<void()> &edit) {
+        QAction *action = menu->addAction(title);
+        connect(action, &QAction::triggered, this, [this, edit] {
+            const QString before = text();
+            edit();
+            finishUserEdit(before);
+        });
+        action->setShortcut(keys);
+        action->setEnabled(enabled);
+    };
+    addEdit(tr("&Undo"), QKeySequence::Undo, editable && isUndoAvailable(),
+            [this] { runCheckedAfterwards([this] { undo(); }); });
+    addEdit(tr("&Redo"), QKeySequence::Redo, editable && isRedoAvailable(),
+            [this] { runCheckedAfterwards([this] { redo(); }); });
+    menu->addSeparator();
+    const bool selected = hasSelectedText() && echoMode() == Normal;
+    addEdit(tr("Cu&t"), QKeySequence::Cut, editable && selected, [this] {
+        if (mayReplaceSelectionWith(QString()))
+            cut();
+    });
+    QAction *copyAction = menu->addAction(tr("&Copy"));
+    copyAction->setShortcut(QKeySequence::Copy);
+    copyAction->setEnabled(selected);
+    connect(copyAction, &QAction::triggered, this, &QLineEdit::copy);
+    addEdit(tr("&Paste"), QKeySequence::Paste, editable && !clipboardText().isEmpty(), [this] {
+        if (mayReplaceSelectionWith(clipboardText()))
+            paste();
+    });
+    addEdit(tr("Delete"), QKeySequence(), editable && hasSelectedText(), [this] {
+        if (mayReplaceSelectionWith(QString()))
+            del();
+    });
+    menu->addSeparator();
+    QAction *selectAllAction = menu->addAction(tr("Select All"));
+    selectAllAction->setShortcut(QKeySequence::SelectAll);
+    selectAllAction->setEnabled(!text().isEmpty() && selectedText() != text());
+    connect(selectAllAction, &QAction::triggered, this, &QLineEdit::selectAll);
+}
+
+} // namespace ZQTPlatform

@@ -1,0 +1,211 @@
+// The platform's text field (every edit asked of its delegate first) and alert (one row of
+// buttons, cancel first, disabled actions inert, handler run while presented, then dismissal).
+#include "platform/AlertController.h"
+#include "platform/TextField.h"
+#include "platform/Window.h"
+
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ZQTPlatform;
+
+namespace {
+
+// Records every question and answers with `allow`.
+struct AskingDelegate : TextFieldDelegate
+{
+    struct Question { int location, length; QString replacement; };
+    QList<Question> questions;
+    bool allow = true;
+    bool textFieldShouldChangeCharactersInRange(TextField *, int location, int length, const QString &replacement) override
+    {
+        questions.append({location, length, replacement});
+        return allow;
+    }
+};
+
+} // namespace
+
+TEST(TextField, AsksBeforeTypingPastingAndCommittingWithTheRangeReplaced)
+{
+    TextField field;
+    AskingDelegate delegate;
+    field.setDelegate(&delegate);
+    QSignalSpy changes(&field, &TextField::editingChanged);
+
+    QTest::keyClicks(&field, "AB");
+    ASSERT_EQ(delegate.questions.size(), 2);
+    EXPECT_EQ(delegate.questions[1].location, 1);
+    EXPECT_EQ(delegate.questions[1].replacement, "B");
+    EXPECT_EQ(changes.count(), 2);
+
+    field.setSelection(0, 2);
+    QGuiApplication::clipboard()->setText("XYZ");
+    QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(delegate.questions.last().location, 0);
+    EXPECT_EQ(delegate.questions.last().length, 2);
+    EXPECT_EQ(delegate.questions.last().replacement, "XYZ");
+    EXPECT_EQ(field.text(), "XYZ");
+
+    field.setCursorPosition(1);
+    QTest::keyClick(&field, Qt::Key_Insert, Qt::ShiftModifier);
+    EXPECT_EQ(delegate.questions.last().location, 1);
+    EXPECT_EQ(field.text(), "XXYZYZ");
+
+    QInputMethodEvent commit;
+    commit.setCommitString("Q");
+    QCoreApplication::sendEvent(&field, &commit);
+    EXPECT_EQ(delegate.questions.last().replacement, "Q");
+    EXPECT_EQ(field.text(), "XXYZQYZ");
+    EXPECT_EQ(changes.count(), 5);
+
+    field.sendEditingChanged();
+    EXPECT_EQ(changes.count(), 6);
+    field.setText("set by code");
+    EXPECT_EQ(changes.count(), 6) << "only the user's edits are announced";
+}
+
+TEST(TextField, RefusedEditsLeaveTextAndCursorAsTheyWere)
+{
+    TextField field;
+    AskingDelegate delegate;
+    field.setDelegate(&delegate);
+    QTest::keyClicks(&field, "VIN");
+    delegate.allow = false;
+    QSignalSpy changes(&field, &TextField::editingChanged);
+
+    QTest::keyClicks(&field, "X");
+    QGuiApplication::clipboard()->setText("PASTE");
+    QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    EXPECT_EQ(delegate.questions.last().location, 2) << "deletions are asked about too";
+    EXPECT_EQ(delegate.questions.last().length, 1);
+    EXPECT_TRUE(delegate.questions.last().replacement.isEmpty());
+    QInputMethodEvent commit(QStringLiteral("ko"), {});
+    commit.setCommitString("Z");
+    QCoreApplication::sendEvent(&field, &commit);
+
+    EXPECT_EQ(field.text(), "VIN");
+    EXPECT_EQ(field.cursorPosition(), 3);
+    EXPECT_EQ(changes.count(), 0);
+    EXPECT_EQ(field.inputMethodQuery(Qt::ImSurroundingText).toString(), "VIN");
+
+    field.setDelegate(nullptr);
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    EXPECT_EQ(field.text(), "VI") << "no delegate allows every edit";
+}
+
+namespace {
+
+// A window with a root controller to present from.
+struct Presenter
+{
+    Presenter()
+    {
+        window.resize(375, 812);
+        window.setRootViewController(root);
+        window.makeKeyAndVisible();
+    }
+    Window window;
+    ViewController *root = new ViewController;
+};
+
+// Whether the widget draws the platform's blue tint somewhere (an action title).
+bool drawsTint(QWidget *widget)
+{
+    const QImage image = widget->grab().toImage();
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor c = image.pixelColor(x, y);
+            if (c.blue() > 200 && c.red() < 80 && c.green() < 160)
+                return true;
+        }
+    }
+    return false;
+}
+
+AlertController *presentedAlert(Presenter &host, AlertController *alert)
+{
+    host.root->presentViewController(alert, false);
+    QTest::qWait(10);
+    return alert;
+}
+
+} // namespace
+
+TEST(AlertController, CoversTheWindowWithOneRowOfButtonsCancelFirst)
+{
+    Presenter host;
+    auto *alert = new AlertController("Title", "Message");
+    auto *ok = new AlertAction("OK", AlertAction::StyleDefault);
+    auto *other = new AlertAction("Other", AlertAction::StyleDestructive);
+    auto *cancel = new AlertAction("Cancel", AlertAction::StyleCancel);
+    for (AlertAction *action : {ok, other, cancel})
+        alert->addAction(action);
+    alert->addTextFieldWithConfigurationHandler([](TextField *field) { field->setPlaceholderText("VIN"); });
+    presentedAlert(host, alert);
+
+    EXPECT_EQ(alert->geometry(), host.window.rect());
+    EXPECT_EQ(cancel->alertController(), alert);
+    const QRect card = alert->contentView()->geometry();
+    EXPECT_NEAR(card.center().x(), host.window.width() / 2, 1);
+    const auto left = [&](AlertAction *a) { return alert->buttonForAction(a)->mapTo(alert, QPoint()).x(); };
+    const auto top = [&](AlertAction *a) { return alert->buttonForAction(a)->mapTo(alert, QPoint()).y(); };
+    EXPECT_LT(left(cancel), left(ok));
+    EXPECT_LT(left(ok), left(other));
+    EXPECT_EQ(top(cancel), top(ok));
+    EXPECT_EQ(top(ok), top(other));
+    EXPECT_GT(top(ok), alert->textFields().first()->mapTo(alert, QPoint()).y()) << "the field is above the row";
+    EXPECT_EQ(alert->textFields().first()->placeholderText(), "VIN");
+    EXPECT_TRUE(alert->textFields().first()->hasFocus());
+}
+
+TEST(AlertController, DisabledActionsAreInertAndHandlersRunWhilePresented)
+{
+    Presenter host;
+    QPointer<AlertController> alert = new AlertController("Title", QString());
+    bool presentedDuringHandler = false;
+    int okRuns = 0;
+    auto *ok = new AlertAction("OK", AlertAction::StyleDefault, [&](AlertAction *action) {
+        ++okRuns;
+        presentedDuringHandler = host.root->presentedViewController() == action->alertController();
+    });
+    ok->setEnabled(false);
+    alert->addAction(ok);
+    presentedAlert(host, alert);
+
+    QWidget *button = alert->buttonForAction(ok);
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(okRuns, 0);
+    EXPECT_EQ(host.root->presentedViewController(), alert.data());
+    EXPECT_FALSE(drawsTint(button)) << "a disabled action's title is grey";
+
+    ok->setEnabled(true);
+    EXPECT_TRUE(drawsTint(button));
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(okRuns, 1);
+    EXPECT_TRUE(presentedDuringHandler);
+    EXPECT_EQ(host.root->presentedViewController(), nullptr) << "dismissed after the handler";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return alert.isNull(); }, 2000)) << "deleted once gone";
+}
+
+TEST(AlertController, AHandlerThatDismissesAndPresentsAgainKeepsTheNewAlert)
+{
+    Presenter host;
+    auto *first = new AlertController("First", QString());
+    auto *second = new AlertController("Second", QString());
+    first->addAction(new AlertAction("Next", AlertAction::StyleCancel, [&](AlertAction *action) {
+        action->alertController()->dismissViewControllerAnimated(false);
+        host.root->presentViewController(second, false);
+    }));
+    presentedAlert(host, first);
+    QTest::mouseClick(first->buttonForAction(first->actions().first()), Qt::LeftButton);
+    EXPECT_EQ(host.root->presentedViewController(), second);
+}
