@@ -1,0 +1,209 @@
+// Manual VIN entry on the capture screen, driven by real key and mouse input: the filtered field,
+// the OK rule, the digit row, Cancel and the keyboard hiding; rendered to
+// <build>/test-artifacts/manual_prompt.png.
+#include "ZQTVINScanComponent.h"
+#include "UI/Views/DigitKeyboardView.h"
+#include "platform/AlertController.h"
+#include "platform/Application.h"
+#include "platform/CaptureDevice.h"
+#include "platform/CaptureSession.h"
+#include "platform/DeviceProfile.h"
+#include "platform/NavigationController.h"
+#include "platform/Window.h"
+
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QDir>
+#include <QGuiApplication>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+
+using namespace ZQTPlatform;
+
+namespace {
+
+const QString validVin = QStringLiteral("1HGCM82633A004352");
+
+struct RecordingDelegate : VinScannerVCDelegate
+{
+    struct Call { QString vin; bool scanned, valid; };
+    QList<Call> calls;
+    void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid, const ZQTError &) override
+    {
+        calls.append({VIN, isVINScanned, isVINValid});
+    }
+};
+
+class ManualEntry : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        DeviceProfile profile;
+        profile.mainScreenBounds = QSizeF(375, 812);
+        profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
+        profile.statusBarHeight = 44.0;
+        DeviceProfile::setCurrent(profile);
+        QImage street(640, 480, QImage::Format_RGB32);
+        street.fill(QColor(70, 80, 90));
+        ASSERT_TRUE(CaptureDevice::addStandIn(street));
+        window.resize(375, 812);
+        window.setRootViewController(navigation);
+    }
+    void TearDown() override { CaptureDevice::removeStandIns(); }
+
+    // A screen of the manual-option factory, pushed and on screen.
+    ZQTVINCaptureVC *showScreen(bool showManualEntry)
+    {
+        screen = ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, "CLM-7");
+        screen->setShowManualEntry(showManualEntry);
+        navigation->pushViewController(screen, false);
+        window.makeKeyAndVisible();
+        return screen;
+    }
+    // Waits for the prompt with its digit row.
+    AlertController *waitForPrompt()
+    {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return screen->digitKeyboardView() != nullptr; }, 3000));
+        return screen->vinEntryAlertController();
+    }
+    TextField *field() { return screen->vinEntryAlertController()->textFields().first(); }
+    QWidget *button(int index)
+    {
+        AlertController *alert = screen->vinEntryAlertController();
+        return alert->buttonForAction(alert->actions().at(index));
+    }
+    QWidget *okButton() { return button(1); }
+    QWidget *cancelButton() { return button(0); }
+
+    RecordingDelegate delegate;
+    Window window;
+    NavigationController *navigation = new NavigationController;
+    QPointer<ZQTVINCaptureVC> screen;
+};
+
+} // namespace
+
+TEST_F(ManualEntry, TypedTextIsFilteredUpperCasedAndReportedNormalisedOnOk)
+{
+    showScreen(true);
+    AlertController *alert = waitForPrompt();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_FALSE(screen->session()->isRunning()) << "the prompt opens instead of the scanner";
+    EXPECT_EQ(alert->alertTitle(), ZQTVINScanComponentConstants::getConfigStringForKey("ManualEntryAlertTitle"));
+
+    QTest::keyClicks(field(), "1h g-cm82633a0o435");
+    EXPECT_EQ(field()->text(), "1HGCM82633A0O435") << "blanks and hyphens go at once";
+    EXPECT_FALSE(okButton()->isEnabled());
+    QTest::keyClicks(field(), "2");
+    EXPECT_EQ(field()->text(), "1HGCM82633A0O4352");
+    EXPECT_TRUE(okButton()->isEnabled());
+    QTest::keyClicks(field(), "9");
+    EXPECT_EQ(field()->text(), "1HGCM82633A0O4352") << "an 18th character is refused";
+    QTest::keyClick(field(), Qt::Key_Backspace);
+    EXPECT_FALSE(okButton()->isEnabled());
+    QTest::keyClicks(field(), "2");
+
+    QTest::mouseClick(okButton(), Qt::LeftButton);
+    ASSERT_EQ(delegate.calls.size(), 1);
+    EXPECT_EQ(delegate.calls[0].vin, validVin);
+    EXPECT_FALSE(delegate.calls[0].scanned);
+    EXPECT_TRUE(delegate.calls[0].valid);
+    EXPECT_EQ(screen->vinBarCode(), validVin);
+    EXPECT_EQ(screen->presentedViewController(), nullptr);
+    QTest::qWait(50);
+    EXPECT_FALSE(screen->session()->isRunning()) << "OK never restarts the scanner";
+}
+
+TEST_F(ManualEntry, PastedTwentyCharactersAreTakenAndTheLastSeventeenReported)
+{
+    showScreen(true);
+    waitForPrompt();
+    QGuiApplication::clipboard()->setText("XY-Z" + validVin);
+    QTest::keyClick(field(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field()->text(), "XYZ" + validVin);
+    EXPECT_TRUE(okButton()->isEnabled());
+    QTest::mouseClick(okButton(), Qt::LeftButton);
+    ASSERT_EQ(delegate.calls.size(), 1);
+    EXPECT_EQ(delegate.calls[0].vin, validVin);
+    EXPECT_TRUE(delegate.calls[0].valid);
+}
+
+TEST_F(ManualEntry, DigitRowAppendsUpToAWholeVinAlongTheBottom)
+{
+    showScreen(true);
+    AlertController *alert = waitForPrompt();
+    DigitKeyboardView *keys = screen->digitKeyboardView();
+    ASSERT_EQ(keys->buttons().size(), 10);
+    EXPECT_EQ(keys->parentWidget(), alert);
+    EXPECT_EQ(keys->geometry().bottom() + 1, alert->height());
+    EXPECT_EQ(keys->geometry().right() + 1, alert->width());
+    const QRect first = keys->buttons().first()->geometry();
+    const QRect second = keys->buttons().at(1)->geometry();
+    EXPECT_NEAR(first.width(), (375 - 80) / 10.0 - 2, 1.0);
+    EXPECT_EQ(second.left() - first.right() - 1, 2) << "2-point gaps";
+    EXPECT_EQ(first.height(), keys->keybuttonContainView()->height());
+
+    QTest::keyClicks(field(), validVin.left(16));
+    field()->setCursorPosition(0);
+    QTest::mouseClick(keys->buttons().at(5), Qt::LeftButton);
+    EXPECT_EQ(field()->text(), validVin.left(16) + "5") << "appended at the end, wherever the cursor is";
+    EXPECT_TRUE(okButton()->isEnabled());
+    QTest::mouseClick(keys->buttons().at(7), Qt::LeftButton);
+    EXPECT_EQ(field()->text().size(), 17);
+
+    QTest::keyClick(field(), Qt::Key_Backspace);
+    keys->setInputTextField(nullptr);
+    QTest::mouseClick(keys->buttons().at(3), Qt::LeftButton);
+    EXPECT_EQ(field()->text().size(), 16) << "a key with no field types nothing";
+}
+
+TEST_F(ManualEntry, ButtonStopsTheScannerCancelRestartsItAndHidingTheKeyboardTakesTheRowAway)
+{
+    showScreen(false);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return screen->session() && screen->session()->isRunning(); }, 3000));
+    auto *manualButton = screen->findChild<QPushButton *>("manuallyEnterVINBtn");
+    ASSERT_NE(manualButton, nullptr);
+    QTest::mouseClick(manualButton, Qt::LeftButton);
+    EXPECT_FALSE(screen->session()->isRunning());
+    AlertController *alert = waitForPrompt();
+    ASSERT_NE(alert, nullptr);
+
+    QPointer<DigitKeyboardView> keys = screen->digitKeyboardView();
+    Application::sharedApplication()->keyboardWillHide();
+    EXPECT_EQ(screen->digitKeyboardView(), nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return keys.isNull(); }, 1000));
+    EXPECT_EQ(alert->findChild<DigitKeyboardView *>(), nullptr);
+
+    QTest::keyClicks(field(), validVin);
+    QTest::mouseClick(cancelButton(), Qt::LeftButton);
+    EXPECT_TRUE(screen->session()->isRunning()) << "Cancel goes back to scanning";
+    EXPECT_TRUE(delegate.calls.isEmpty());
+    EXPECT_EQ(screen->presentedViewController(), nullptr);
+}
+
+TEST_F(ManualEntry, PromptRendersOverTheScreenWithTheDigitRow)
+{
+    showScreen(true);
+    AlertController *alert = waitForPrompt();
+    QTest::keyClicks(field(), "1HGCM8263");
+    QTest::qWait(100);
+    const QImage image = window.grab().toImage();
+    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
+    folder.mkpath(".");
+    ASSERT_TRUE(image.save(folder.filePath("manual_prompt.png")));
+    ASSERT_EQ(image.size(), QSize(375, 812));
+
+    const QRect card = alert->contentView()->geometry();
+    EXPECT_GT(qGray(image.pixel(card.center().x(), card.top() + 8)), 230) << "a light card";
+    EXPECT_LT(qGray(image.pixel(8, card.top())), 120) << "the screen beneath is dimmed";
+    DigitKeyboardView *keys = screen->digitKeyboardView();
+    const QRect key = keys->buttons().first()->geometry().translated(keys->keybuttonContainView()->mapTo(&window, QPoint()));
+    EXPECT_EQ(image.pixelColor(key.left() + 3, key.center().y()), QColor(Qt::white)) << "white keys";
+    const QColor strip = image.pixelColor(20, 812 - 3);
+    EXPECT_GT(qGray(strip.rgb()), 180) << "on a light grey strip";
+    EXPECT_NE(strip, QColor(Qt::white));
+}
