@@ -6,13 +6,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
+#include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace ZQTPlatform;
 
@@ -97,7 +101,27 @@ TEST(TextField, RefusedEditsLeaveTextAndCursorAsTheyWere)
     EXPECT_EQ(changes.count(), 0);
     EXPECT_EQ(field.inputMethodQuery(Qt::ImSurroundingText).toString(), "VIN");
 
+    // The context menu's paste is asked about like the key.
+    QTimer::singleShot(50, [] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        for (QAction *action : menu->actions()) {
+            if (action->text() == QLatin1String("&Paste"))
+                action->trigger();
+        }
+        menu->close();
+    });
+    field.setCursorPosition(1);
+    QContextMenuEvent menuRequest(QContextMenuEvent::Mouse, QPoint(4, 4), field.mapToGlobal(QPoint(4, 4)));
+    const qsizetype asked = delegate.questions.size();
+    QCoreApplication::sendEvent(&field, &menuRequest);
+    ASSERT_EQ(delegate.questions.size(), asked + 1);
+    EXPECT_EQ(delegate.questions.last().location, 1);
+    EXPECT_EQ(delegate.questions.last().replacement, "PASTE");
+    EXPECT_EQ(field.text(), "VIN");
+
     field.setDelegate(nullptr);
+    field.end(false);
     QTest::keyClick(&field, Qt::Key_Backspace);
     EXPECT_EQ(field.text(), "VI") << "no delegate allows every edit";
 }

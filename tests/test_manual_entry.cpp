@@ -207,3 +207,17 @@ TEST_F(ManualEntry, PromptRendersOverTheScreenWithTheDigitRow)
     EXPECT_GT(qGray(strip.rgb()), 180) << "on a light grey strip";
     EXPECT_NE(strip, QColor(Qt::white));
 }
+
+TEST_F(ManualEntry, TypedTextPictureIsWhiteTextCentredOnBlack)
+{
+    showScreen(true);
+    waitForPrompt();
+    const QImage picture = screen->imageForManualScanWithText(validVin).bitmap();
+    ASSERT_EQ(picture.size(), screen->findChild<QWidget *>("cameraImageView")->size());
+    EXPECT_EQ(picture.pixelColor(2, 2), QColor(Qt::black));
+    int white = 0;
+    for (int x = 0; x < picture.width(); ++x)
+        white += qGray(picture.pixel(x, picture.height() / 2)) > 200;
+    EXPECT_GT(white, 10) << "text across the middle";
+    EXPECT_LT(qGray(picture.pixel(picture.width() / 2, 4)), 10) << "and nowhere near the top";
+}

@@ -94,6 +94,8 @@ void ZQTVINCaptureVC::promptForVin()
         addSubview(alertHost, keys);
         keys->attachToControllerBottom(alertHost);
     });
+    if (presentedViewController() != alert)
+        delete alert; // this screen already presents something: the prompt is not shown
 }
 
 void ZQTVINCaptureVC::handleManualEntryOK(const QString &fieldText)
