@@ -7,6 +7,7 @@
 #include "ZQTGlobal.h"
 #include "platform/Bundle.h"
 #include "platform/Image.h"
+#include "platform/LocationManager.h"
 
 #include <QColor>
 #include <QFont>
@@ -21,7 +22,7 @@ namespace ZQTPlatform {
 class ViewController;
 }
 
-class ZQT_EXPORT ZQTVINScanComponentConstants
+class ZQT_EXPORT ZQTVINScanComponentConstants : public ZQTPlatform::LocationManagerDelegate
 {
 public:
     // The one instance, made on first call under a once-only guard.
@@ -85,6 +86,44 @@ public:
     // height over the label's width, rounded, in whole lines of the font's line height. It does
     // not wrap words.
     static double getHeightOfLabel(const QLabel *label);
+
+    // --- Location stamp (ZQTVINScanComponentConstantsLocation.cpp) ---
+    // The position requests and their callbacks run on the GUI thread.
+
+    // Runs with true and the stamp text for the position, or false and a null text.
+    using LatLongDateCompletion = std::function<void(bool success, const QString &text)>;
+    using OutputImageCompletion = std::function<void(const ZQTPlatform::Image &image)>;
+
+    // The manager of the latest request; null before the first.
+    ZQTPlatform::LocationManager *locationManager() const;
+    // A new manager (replacing the earlier one) with the singleton as its delegate; asks for
+    // when-in-use authorisation and starts updating. Answers no request by itself.
+    void enableLocationServices();
+    // A one-shot request: a new manager with no distance filter and an accuracy of a hundred
+    // metres; the completion runs once, with the first position's stamp text or with false on
+    // an error. A later request replaces this one, which then gets no answer.
+    void getTextOverlayWithLatLongDate(const LatLongDateCompletion &completion);
+    // "<date> <zone>\nLat: <lat>  Long: <lon>": now as "MMM dd, yyyy  HH:mm:ss" in "en_US" in the
+    // default (system) time zone, that zone's abbreviation, and each coordinate printed with
+    // "%.10g" from its 32-bit float. Any thread.
+    static QString getTextOverlayWithLatitude(float latitude, float longitude);
+    // A copy of the image (at scale 1) with the text in white, right-aligned, on a black box in
+    // the top-right corner. The bold font grows from 9 in steps of 2 until the text is wider
+    // than 33 % of the image; the box is 1.05 x the text's width and 1.1 x its height. Any thread.
+    static ZQTPlatform::Image getSuperImposedImage(const ZQTPlatform::Image &image, const QString &text);
+    // Requests the stamp text as getTextOverlayWithLatLongDate does; then outputImage runs on the
+    // GUI thread with the stamped copy (drawn on the global queue), or at once with the image
+    // unchanged when no position can be had.
+    void getSuperImposedImage(const ZQTPlatform::Image &image, const OutputImageCompletion &outputImage);
+
+    // Location manager callbacks (GUI thread). Only the latest manager's calls count; with no
+    // request pending they only stop the updates.
+    // Takes the manager's current location (not the batch), stops updating and answers the
+    // request with its stamp text.
+    void locationManager(ZQTPlatform::LocationManager *manager, const QList<QGeoPositionInfo> &didUpdateLocations) override;
+    // Stops updating and answers the request with false.
+    void locationManager(ZQTPlatform::LocationManager *manager, const ZQTPlatform::Error &didFailWithError) override;
+    using ZQTPlatform::LocationManagerDelegate::locationManager;
 
     // --- Alerts and phone numbers (GUI thread).
     // Runs with the pressed button's title and index: 0 the cancel button, 1 the other.
