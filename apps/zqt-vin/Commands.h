@@ -20,5 +20,6 @@ int runConfig(const QStringList &args, Streams io);
 int runSettings(const QStringList &args, Streams io);
 int runPhotos(const QStringList &args, Streams io);
 int runScan(const QStringList &args, Streams io);
+int runStamp(const QStringList &args, Streams io);
 
 } // namespace ZqtVin

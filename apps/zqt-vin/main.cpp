@@ -29,7 +29,10 @@ const char kUsage[] =
     "                                         pixels, JPEG) under the user's documents folder\n"
     "  scan --claim ID [--json] FILE...       run the barcode scan over each image or video file: one\n"
     "                                         line per file (VIN, validity, stored photo) or \"no\n"
-    "                                         barcode\"; status 1 unless every file gave a VIN\n";
+    "                                         barcode\"; status 1 unless every file gave a VIN\n"
+    "  stamp IN OUT (--lat LAT --lon LON | --nmea FILE)\n"
+    "                                         write a copy of IN with the date, time and position\n"
+    "                                         stamped at its top right; OUT ends in .jpg or .png\n";
 
 } // namespace
 
@@ -60,6 +63,8 @@ int main(int argc, char **argv)
             return ZqtVin::runPhotos(args, io);
         if (command == QLatin1String("scan"))
             return ZqtVin::runScan(args, io);
+        if (command == QLatin1String("stamp"))
+            return ZqtVin::runStamp(args, io);
     } catch (const ZQTPlatform::Exception &e) {
         out.flush();
         err << "zqt-vin: " << e.name() << ": " << e.reason() << "\n";

@@ -1,0 +1,168 @@
+// zqt-vin stamp IN OUT (--lat LAT --lon LON | --nmea FILE)
+//
+// Writes a copy of the image IN to OUT with the location stamp in its top-right corner: the
+// date and time now (in the local time zone) and the position, given as decimal degrees or read
+// from an NMEA file (its first fix). OUT's suffix picks the format: .jpg/.jpeg (JPEG) or .png.
+// Prints {"path", "text", "width", "height"}.
+// Exit status: 0 written, 2 usage error (also a bad coordinate or suffix), 3 the image cannot
+// be read, the NMEA file gives no position, or OUT cannot be written.
+#include "Commands.h"
+
+#include "Model/ZQTVINScanComponentConstants.h"
+#include "platform/LocationManager.h"
+
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <QTimer>
+
+#include <optional>
+
+namespace ZqtVin {
+
+namespace {
+
+const char kUsage[] = "usage: zqt-vin stamp IN OUT (--lat LAT --lon LON | --nmea FILE)\n";
+constexpr int kPositionTimeoutMs = 15000;
+
+using Constants = ZQTVINScanComponentConstants;
+
+struct Request
+{
+    QString input;
+    QString output;
+    QByteArray format; // "jpeg" or "png"
+    std::optional<double> latitude;
+    std::optional<double> longitude;
+    QString nmeaFile;
+};
+
+std::optional<double> degrees(const QString &text, double limit)
+{
+    bool ok = false;
+    const double value = text.toDouble(&ok);
+    if (!ok || value < -limit || value > limit)
+        return std::nullopt;
+    return value;
+}
+
+// Parses the arguments; false on a usage error.
+bool parseRequest(const QStringList &args, Request &request)
+{
+    QStringList operands;
+    for (int i = 0; i < args.size(); ++i) {
+        const QString &arg = args.at(i);
+        const bool hasValue = i + 1 < args.size();
+        if (arg == QLatin1String("--lat") && hasValue) {
+            if (!(request.latitude = degrees(args.at(++i), 90.0)))
+                return false;
+        } else if (arg == QLatin1String("--lon") && hasValue) {
+            if (!(request.longitude = degrees(args.at(++i), 180.0)))
+                return false;
+        } else if (arg == QLatin1String("--nmea") && hasValue) {
+            request.nmeaFile = args.at(++i);
+        } else if (arg.startsWith(QLatin1String("--"))) {
+            return false;
+        } else {
+            operands << arg;
+        }
+    }
+    if (operands.size() != 2)
+        return false;
+    request.input = operands.at(0);
+    request.output = operands.at(1);
+    const QString suffix = QFileInfo(request.output).suffix().toLower();
+    if (suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg"))
+        request.format = "jpeg";
+    else if (suffix == QLatin1String("png"))
+        request.format = "png";
+    else
+        return false;
+    const bool coordinates = request.latitude && request.longitude;
+    const bool anyCoordinate = request.latitude || request.longitude;
+    return request.nmeaFile.isEmpty() ? coordinates : !anyCoordinate;
+}
+
+// The stamp text for the NMEA file's first fix, through the component's position request;
+// empty when the file gives none in time.
+QString stampTextFromNmea(const QString &file)
+{
+    ZQTPlatform::LocationManager::setNmeaFile(file);
+    QString text;
+    QEventLoop loop;
+    Constants::sharedInstance()->getTextOverlayWithLatLongDate([&](bool success, const QString &answer) {
+        if (success)
+            text = answer;
+        loop.quit();
+    });
+    QTimer::singleShot(kPositionTimeoutMs, &loop, &QEventLoop::quit);
+    loop.exec();
+    return text;
+}
+
+bool writeImage(const QImage &bitmap, const Request &request, QString &error)
+{
+    QSaveFile file(request.output);
+    if (!file.open(QIODevice::WriteOnly)) {
+        error = file.errorString();
+        return false;
+    }
+    QImageWriter writer(&file, request.format);
+    if (request.format == "jpeg")
+        writer.setQuality(90);
+    if (!writer.write(bitmap)) {
+        error = writer.errorString();
+        file.cancelWriting();
+        return false;
+    }
+    if (!file.commit()) {
+        error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+void printJson(const QJsonObject &object, QTextStream &out)
+{
+    out << QJsonDocument(object).toJson(QJsonDocument::Compact) << "\n";
+}
+
+} // namespace
+
+int runStamp(const QStringList &args, Streams io)
+{
+    Request request;
+    if (!parseRequest(args, request)) {
+        io.err << kUsage
+               << "  LAT in -90..90 and LON in -180..180 (decimal degrees), or an NMEA file; OUT ends in .jpg, "
+                  ".jpeg or .png\n";
+        return UsageError;
+    }
+    const ZQTPlatform::Image image = ZQTPlatform::Image::imageWithContentsOfFile(request.input);
+    if (image.isNull()) {
+        io.err << "zqt-vin: cannot read an image from " << request.input << "\n";
+        return Failure;
+    }
+    const QString text = request.nmeaFile.isEmpty()
+        ? Constants::getTextOverlayWithLatitude(float(*request.latitude), float(*request.longitude))
+        : stampTextFromNmea(request.nmeaFile);
+    if (text.isEmpty()) {
+        io.err << "zqt-vin: no position from " << request.nmeaFile << "\n";
+        return Failure;
+    }
+    const QImage stamped = Constants::getSuperImposedImage(image, text).bitmap();
+    QString error;
+    if (!writeImage(stamped, request, error)) {
+        io.err << "zqt-vin: cannot write " << request.output << ": " << error << "\n";
+        return Failure;
+    }
+    printJson(QJsonObject{{"path", request.output}, {"text", text}, {"width", stamped.width()}, {"height", stamped.height()}},
+              io.out);
+    return Success;
+}
+
+} // namespace ZqtVin

@@ -1,0 +1,324 @@
+// The location stamp: its text, the box drawn on a photo, the one-shot position requests of the
+// configuration singleton and of ZQTLocationUtils over an NMEA file, and `zqt-vin stamp`.
+#include "Model/ZQTVINScanComponentConstants.h"
+#include "Model/ZQTVINScanComponentConstantsLocation_p.h"
+#include "Utils/ZQTLocationUtils.h"
+#include "platform/Authorization.h"
+#include "platform/LocationManager.h"
+#include "support/TestData.h"
+#include "support/ZqtVinRun.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFontMetricsF>
+#include <QGeoPositionInfo>
+#include <QImageReader>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <ctime>
+
+using Constants = ZQTVINScanComponentConstants;
+using ZQTPlatform::Authorization;
+using ZQTPlatform::Image;
+using ZQTPlatform::LocationManager;
+namespace Stamp = ZQTLocationStampPrivate;
+
+namespace {
+
+const QString coordinatesLine = QStringLiteral("Lat: 37.33233261  Long: -122.0312195");
+const QString sampleText = QStringLiteral("Mar 05, 2024  09:07:03 PST\n") + coordinatesLine;
+
+// "$GPRMC,..." with its checksum: a fix at 37.33233141 N, 122.0312186 W, then two more to the
+// north-east, one second apart.
+QByteArray nmeaFixes()
+{
+    QByteArray all;
+    const char *bodies[] = {"GPRMC,120000.00,A,3719.939885,N,12201.873116,W,0.0,0.0,050324,,,A",
+                            "GPRMC,120001.00,A,3720.000000,N,12201.000000,W,0.0,0.0,050324,,,A",
+                            "GPRMC,120002.00,A,3721.000000,N,12200.000000,W,0.0,0.0,050324,,,A"};
+    for (const char *body : bodies) {
+        char sum = 0;
+        for (const char *c = body; *c; ++c)
+            sum ^= *c;
+        all += '$' + QByteArray(body) + '*' + QByteArray::number(uchar(sum), 16).toUpper().rightJustified(2, '0') + "\r\n";
+    }
+    return all;
+}
+
+// Every test here reads positions from its own NMEA file and leaves no source or answer behind.
+class LocationStamp : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(dir.isValid());
+        QFile file(dir.filePath("fixes.nmea"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(nmeaFixes());
+        file.close();
+        LocationManager::setNmeaFile(file.fileName());
+    }
+    void TearDown() override
+    {
+        LocationManager::setNmeaFile(QString());
+        Authorization::reset();
+    }
+    QTemporaryDir dir;
+};
+
+QImage greyPicture(int width, int height)
+{
+    QImage bitmap(width, height, QImage::Format_RGB32);
+    bitmap.fill(QColor(120, 130, 140));
+    return bitmap;
+}
+
+qreal textWidth(qreal size, const QString &text)
+{
+    return QFontMetricsF(Stamp::stampFont(size)).size(0, text).width();
+}
+
+// The black box's left edge on the top row: the first black pixel from the left.
+int boxLeft(const QImage &stamped)
+{
+    for (int x = 0; x < stamped.width(); ++x)
+        if (stamped.pixelColor(x, 0) == Qt::black)
+            return x;
+    return -1;
+}
+
+// Delegate calls of ZQTLocationUtils, in order.
+struct RecordingDelegate : ZQTLocationUtilsDelegate
+{
+    void updateUsersLocation(const QGeoPositionInfo &location) override { locations << location; }
+    void locationManager(LocationManager *, Authorization::LocationStatus status) override { statuses << status; }
+    QList<QGeoPositionInfo> locations;
+    QList<Authorization::LocationStatus> statuses;
+};
+
+QGeoPositionInfo fixAt(double latitude, double longitude, int second)
+{
+    return QGeoPositionInfo(QGeoCoordinate(latitude, longitude), QDateTime(QDate(2024, 3, 5), QTime(12, 0, second), Qt::UTC));
+}
+
+} // namespace
+
+TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
+{
+    const QTimeZone pacific("America/Los_Angeles");
+    EXPECT_EQ(Stamp::stampText(QDateTime(QDate(2024, 3, 5), QTime(9, 7, 3), pacific), pacific, 37.33233141f,
+                               -122.0312186f),
+              sampleText);
+    // The moment is shown in the zone given, with that zone's abbreviation at that moment.
+    const QDateTime noonUtc(QDate(2024, 7, 1), QTime(12, 0, 0), Qt::UTC);
+    EXPECT_EQ(Stamp::stampText(noonUtc, pacific, 0.1f, 0.0f), "Jul 01, 2024  05:00:00 PDT\nLat: 0.1000000015  Long: 0");
+    // Numbers and month names do not follow the application's locale.
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(Stamp::stampText(noonUtc, QTimeZone("Asia/Kolkata"), -33.5f, 151.25f),
+              "Jul 01, 2024  17:30:00 IST\nLat: -33.5  Long: 151.25");
+    QLocale::setDefault(QLocale::c());
+
+    // The public form takes now and the default time zone.
+    const QByteArray savedTz = qgetenv("TZ");
+    qputenv("TZ", "Asia/Kolkata");
+    tzset();
+    const QDateTime before = QDateTime::currentDateTimeUtc();
+    const QString text = Constants::getTextOverlayWithLatitude(37.33233141f, -122.0312186f);
+    const QDateTime after = QDateTime::currentDateTimeUtc();
+    qputenv("TZ", savedTz);
+    tzset();
+    const QTimeZone kolkata("Asia/Kolkata");
+    EXPECT_TRUE(text == Stamp::stampText(before, kolkata, 37.33233141f, -122.0312186f)
+                || text == Stamp::stampText(after, kolkata, 37.33233141f, -122.0312186f))
+        << text.toStdString();
+}
+
+TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercent)
+{
+    qreal previousSize = 0;
+    for (const int width : {60, 800, 2000}) {
+        SCOPED_TRACE(width);
+        const QImage stamped = Constants::getSuperImposedImage(Image(greyPicture(width, 600)), sampleText).bitmap();
+        ASSERT_EQ(stamped.size(), QSize(width, 600));
+        const qreal size = Stamp::stampFontSize(sampleText, width);
+        const qreal limit = 0.33 * width;
+        const qreal textW = textWidth(size, sampleText);
+        EXPECT_GT(textW, limit);
+        if (width == 60) {
+            EXPECT_EQ(size, 9.0); // too narrow for even the smallest size: the box overflows to the left
+        } else if (size > 9.0) {
+            EXPECT_LE(textWidth(size - 2.0, sampleText), limit);
+        }
+        EXPECT_GT(size, previousSize);
+        previousSize = size;
+        if (width == 60)
+            continue;
+
+        const int left = boxLeft(stamped);
+        EXPECT_NEAR(width - left, 1.05 * textW, 1.0);
+        const qreal textH = QFontMetricsF(Stamp::stampFont(size)).size(0, sampleText).height();
+        int bottom = 0;
+        while (stamped.pixelColor(left + 1, bottom) == Qt::black)
+            ++bottom;
+        EXPECT_NEAR(bottom, 1.1 * textH, 1.0);
+        // White text, right-aligned: it ends near the text rectangle's right edge, inside the box.
+        int rightmostWhite = -1;
+        for (int y = 0; y < bottom; ++y)
+            for (int x = left; x < width; ++x)
+                if (stamped.pixelColor(x, y).lightness() > 200)
+                    rightmostWhite = std::max(rightmostWhite, x);
+        const qreal textRight = left + 0.02 * textW + textW;
+        EXPECT_GT(rightmostWhite, textRight - 0.03 * textW);
+        EXPECT_LE(rightmostWhite, textRight + 1);
+        // Outside the box the picture is unchanged.
+        EXPECT_EQ(stamped.pixelColor(left - 2, 2), QColor(120, 130, 140));
+        EXPECT_EQ(stamped.pixelColor(width - 1, bottom + 2), QColor(120, 130, 140));
+    }
+}
+
+TEST(LocationStampImage, DrawsAtScaleOneAndRendersARealPhoto)
+{
+    const Image retina(greyPicture(800, 400), 2.0);
+    const Image stamped = Constants::getSuperImposedImage(retina, sampleText);
+    EXPECT_EQ(stamped.scale(), 1.0);
+    EXPECT_EQ(stamped.bitmap().size(), QSize(400, 200));
+
+    const Image photo = Image::imageWithContentsOfFile(TestData::directory() + "/barcodes/code39-3/01.png");
+    ASSERT_FALSE(photo.isNull());
+    const QImage result = Constants::getSuperImposedImage(photo, sampleText).bitmap();
+    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
+    folder.mkpath(".");
+    EXPECT_TRUE(result.save(folder.filePath("stamp.png")));
+}
+
+TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)
+{
+    Constants *constants = Constants::sharedInstance();
+    QList<QPair<bool, QString>> replaced, answers;
+    constants->getTextOverlayWithLatLongDate([&](bool ok, const QString &text) { replaced.append({ok, text}); });
+    constants->getTextOverlayWithLatLongDate([&](bool ok, const QString &text) { answers.append({ok, text}); });
+    LocationManager *manager = constants->locationManager();
+    EXPECT_EQ(manager->desiredAccuracy(), LocationManager::kCLLocationAccuracyHundredMeters);
+    EXPECT_EQ(manager->distanceFilter(), LocationManager::kCLDistanceFilterNone);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !answers.isEmpty(); }, 5000));
+    EXPECT_TRUE(answers.first().first);
+    EXPECT_TRUE(answers.first().second.endsWith("\n" + coordinatesLine)) << answers.first().second.toStdString();
+    EXPECT_FALSE(manager->isUpdatingLocation());
+
+    // Positions with no request pending (enableLocationServices, a late callback) answer nothing.
+    constants->enableLocationServices();
+    LocationManager *enabled = constants->locationManager();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return enabled->location().isValid() && !enabled->isUpdatingLocation(); }, 5000));
+    constants->locationManager(enabled, QList<QGeoPositionInfo>{fixAt(1, 2, 0)});
+    constants->locationManager(enabled, ZQTPlatform::Error("kCLErrorDomain", 0, "unknown"));
+    QTest::qWait(50);
+    EXPECT_EQ(answers.size(), 1);
+    EXPECT_TRUE(replaced.isEmpty());
+}
+
+TEST_F(LocationStamp, StampedPhotoWithPositionOrTheInputWhenThereIsNone)
+{
+    const Image input(greyPicture(900, 300));
+    QList<QPair<QImage, bool>> outputs; // image, on the GUI thread
+    const auto record = [&](const Image &image) { outputs.append({image.bitmap(), QThread::currentThread() == qApp->thread()}); };
+    Constants::sharedInstance()->getSuperImposedImage(input, record);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !outputs.isEmpty(); }, 5000));
+    EXPECT_TRUE(outputs.first().second);
+    EXPECT_EQ(outputs.first().first.pixelColor(899, 0), Qt::black);
+    EXPECT_EQ(outputs.first().first.pixelColor(0, 299), QColor(120, 130, 140));
+
+    // Location use denied: the platform reports an error and the photo comes back unstamped.
+    Authorization::setLocationStatus(Authorization::LocationStatus::Denied);
+    Constants::sharedInstance()->getSuperImposedImage(input, record);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return outputs.size() == 2; }, 5000));
+    EXPECT_EQ(outputs.last().first, input.bitmap());
+    // No source at all (a missing NMEA file) ends the same way.
+    LocationManager::setNmeaFile(dir.filePath("missing.nmea"));
+    Authorization::reset();
+    Constants::sharedInstance()->getSuperImposedImage(input, record);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return outputs.size() == 3; }, 5000));
+    EXPECT_EQ(outputs.last().first, input.bitmap());
+}
+
+TEST_F(LocationStamp, LocationUtilsReportsTheOldestFixOnceAndForwardsAuthorisation)
+{
+    RecordingDelegate delegate;
+    {
+        ZQTLocationUtils utils;
+        utils.setDelegate(&delegate);
+        EXPECT_TRUE(ZQTLocationUtils::isLocationServicesEnabled());
+        bool completionCalled = false;
+        utils.updateLocationWithCompletion([&] { completionCalled = true; });
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !delegate.locations.isEmpty(); }, 5000));
+        QTest::qWait(1200); // the file's later fixes are not reported
+        ASSERT_EQ(delegate.locations.size(), 1);
+        EXPECT_NEAR(delegate.locations.first().coordinate().latitude(), 37.33233141, 1e-6);
+        EXPECT_FALSE(utils.locationManager()->isUpdatingLocation());
+        EXPECT_EQ(delegate.statuses, QList{Authorization::LocationStatus::AuthorizedWhenInUse});
+        EXPECT_FALSE(completionCalled);
+        ASSERT_TRUE(utils.completion());
+
+        // A batch: its first element goes out; an empty batch and errors change nothing.
+        LocationManager *manager = utils.locationManager();
+        utils.locationManager(manager, QList<QGeoPositionInfo>{});
+        utils.locationManager(manager, ZQTPlatform::Error("kCLErrorDomain", 0, "unknown"));
+        EXPECT_EQ(delegate.locations.size(), 1);
+        utils.locationManager(manager, QList{fixAt(10, 20, 0), fixAt(11, 21, 1), fixAt(12, 22, 2)});
+        ASSERT_EQ(delegate.locations.size(), 2);
+        EXPECT_EQ(delegate.locations.last().coordinate(), QGeoCoordinate(10, 20));
+    }
+}
+
+TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
+{
+    QTemporaryDir dir;
+    const QString input = dir.filePath("in.png");
+    ASSERT_TRUE(greyPicture(1200, 500).save(input));
+
+    ZqtVinRun png = runZqtVin({"stamp", input, dir.filePath("out.png"), "--lat", "37.33233141", "--lon", "-122.0312186"});
+    ASSERT_EQ(png.status, 0) << png.err.toStdString();
+    const QJsonObject answer = QJsonDocument::fromJson(png.out.toUtf8()).object();
+    EXPECT_TRUE(answer.value("text").toString().endsWith("\n" + coordinatesLine));
+    const QImage written(dir.filePath("out.png"));
+    EXPECT_EQ(written.size(), QSize(1200, 500));
+    EXPECT_EQ(written.pixelColor(1199, 0), Qt::black);
+    EXPECT_EQ(written.pixelColor(0, 499), QColor(120, 130, 140));
+
+    QFile nmea(dir.filePath("fixes.nmea"));
+    ASSERT_TRUE(nmea.open(QIODevice::WriteOnly));
+    nmea.write(nmeaFixes());
+    nmea.close();
+    ZqtVinRun jpeg = runZqtVin({"stamp", input, dir.filePath("out.JPG"), "--nmea", nmea.fileName()});
+    ASSERT_EQ(jpeg.status, 0) << jpeg.err.toStdString();
+    EXPECT_TRUE(jpeg.out.contains(coordinatesLine));
+    EXPECT_EQ(QImageReader(dir.filePath("out.JPG")).format(), "jpeg");
+}
+
+TEST(ZqtVinStamp, UsageErrorsAndFailuresHaveTheirOwnStatus)
+{
+    QTemporaryDir dir;
+    const QString input = dir.filePath("in.png");
+    ASSERT_TRUE(greyPicture(200, 100).save(input));
+    const QString out = dir.filePath("out.png");
+    for (const QStringList &usage : {QStringList{"stamp", input, out}, {"stamp", input, out, "--lat", "1"},
+                                     {"stamp", input, out, "--lat", "91", "--lon", "0"},
+                                     {"stamp", input, dir.filePath("out.bmp"), "--lat", "1", "--lon", "2"},
+                                     {"stamp", input, out, "--lat", "1", "--lon", "2", "--nmea", "x.nmea"}}) {
+        ZqtVinRun run = runZqtVin(usage);
+        EXPECT_EQ(run.status, 2) << usage.join(' ').toStdString();
+        EXPECT_TRUE(run.err.contains("usage"));
+    }
+    EXPECT_EQ(runZqtVin({"stamp", dir.filePath("none.png"), out, "--lat", "1", "--lon", "2"}).status, 3);
+    ZqtVinRun noFix = runZqtVin({"stamp", input, out, "--nmea", dir.filePath("none.nmea")});
+    EXPECT_EQ(noFix.status, 3);
+    EXPECT_TRUE(noFix.err.contains("no position"));
+    EXPECT_EQ(runZqtVin({"stamp", input, dir.filePath("no/such/dir/out.png"), "--lat", "1", "--lon", "2"}).status, 3);
+    EXPECT_FALSE(QFile::exists(out));
+}
