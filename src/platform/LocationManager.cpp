@@ -174,26 +174,30 @@ void LocationManager::startUpdatingLocation()
             d->failLater(kCLErrorLocationUnknown);
             return;
         }
-        connect(d->source, &QGeoPositionInfoSource::positionUpdated, this,
-                [this](const QGeoPositionInfo &info) { d->positionUpdated(info); });
-        connect(d->source, &QGeoPositionInfoSource::errorOccurred, this, [this](QGeoPositionInfoSource::Error error) {
-            const ErrorCode code = error == QGeoPositionInfoSource::AccessError ? kCLErrorDenied : kCLErrorLocationUnknown;
-            d->deliver([this, code](LocationManagerDelegate *to) { to->locationManager(this, locationError(code)); });
-        });
+        // Queued: Qt's sources may report inside startUpdates() or while their settings change
+        // (the NMEA file's first fix, the default source's errors); the platform never reports
+        // inside the call that starts the request, nor after it stopped.
+        connect(
+            d->source, &QGeoPositionInfoSource::positionUpdated, this,
+            [this](const QGeoPositionInfo &info) {
+                if (d->updating)
+                    d->positionUpdated(info);
+            },
+            Qt::QueuedConnection);
+        connect(
+            d->source, &QGeoPositionInfoSource::errorOccurred, this,
+            [this](QGeoPositionInfoSource::Error error) {
+                const ErrorCode code = error == QGeoPositionInfoSource::AccessError ? kCLErrorDenied : kCLErrorLocationUnknown;
+                if (d->updating)
+                    d->deliver([this, code](LocationManagerDelegate *to) { to->locationManager(this, locationError(code)); });
+            },
+            Qt::QueuedConnection);
     }
     d->source->setPreferredPositioningMethods(d->desiredAccuracy < kCLLocationAccuracyHundredMeters
                                                   ? QGeoPositionInfoSource::SatellitePositioningMethods
                                                   : QGeoPositionInfoSource::AllPositioningMethods);
     d->updating = true;
-    // Qt's NMEA source may report a position inside startUpdates(); the platform never reports
-    // inside the call that starts the request.
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (d->updating)
-                d->source->startUpdates();
-        },
-        Qt::QueuedConnection);
+    d->source->startUpdates();
 }
 
 void LocationManager::stopUpdatingLocation()
