@@ -1,6 +1,7 @@
 // The capture screen's adjuster menu: the contact panel of the claim's adjuster.
 #include "ViewControllers/ZQTVINCaptureVC.h"
 
+#include "UI/Views/ZQTVINScanAdjusterInfo.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
 #include "platform/Log.h"
 
@@ -14,4 +15,5 @@ void ZQTVINCaptureVC::showAdjusterInfo()
 {
     logStep("showAdjusterInfo");
     pushAnalyticsInfoForEventType(adjusterMenuEvent, QStringLiteral(""));
+    ZQTVINScanAdjusterInfo::showInViewController(this, d->adjusterInfo);
 }

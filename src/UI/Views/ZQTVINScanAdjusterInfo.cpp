@@ -1,0 +1,250 @@
+#include "UI/Views/ZQTVINScanAdjusterInfo.h"
+
+#include "Model/ZQTVINScanComponentConstants.h"
+#include "platform/Application.h"
+#include "platform/Dispatch.h"
+#include "platform/Font.h"
+#include "platform/LayoutConstraint.h"
+#include "platform/NavigationBar.h"
+#include "platform/NavigationController.h"
+#include "platform/Storyboard.h"
+#include "platform/URLOpening.h"
+#include "platform/View.h"
+#include "platform/ViewController.h"
+#include "platform/Window.h"
+
+#include <QLabel>
+#include <QPixmap>
+#include <QPushButton>
+
+using namespace ZQTPlatform;
+using Constants = ZQTVINScanComponentConstants;
+
+namespace {
+
+const QString interfaceFileName = QStringLiteral("ZQTVINScanAdjusterInfo");
+const QString formatPlaceholder = QStringLiteral("%@");
+
+// The panel's view tag lives in this dynamic property.
+constexpr char tagProperty[] = "tag";
+
+const bool registeredWithScenes = [] {
+    Storyboard::registerWidgetClass(QStringLiteral("ZQTVINScanAdjusterInfo"),
+                                    [](QWidget *parent) { return new ZQTVINScanAdjusterInfo(parent); });
+    return true;
+}();
+
+ZQTVINScanAdjusterInfo *panelIn(const QWidget *window)
+{
+    if (!window)
+        return nullptr;
+    for (auto *panel : window->findChildren<ZQTVINScanAdjusterInfo *>()) {
+        if (panel->property(tagProperty).toInt() == ZQTVINScanAdjusterInfo::viewTag)
+            return panel;
+    }
+    return nullptr;
+}
+
+// The text without blanks and tabs at either end; line breaks stay.
+QString trimmedOfSpacesAndTabs(const QString &text)
+{
+    const auto isBlank = [](QChar c) { return c == QLatin1Char(' ') || c == QLatin1Char('\t'); };
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && isBlank(text.at(begin)))
+        ++begin;
+    while (end > begin && isBlank(text.at(end - 1)))
+        --end;
+    return text.mid(begin, end - begin);
+}
+
+QString digitsOf(const QString &text)
+{
+    QString digits;
+    for (const QChar c : text) {
+        if (c.isDigit())
+            digits.append(c);
+    }
+    return digits;
+}
+
+// Top offset of the content: the status bar and the controller's navigation bar, as the
+// platform sums them (32-bit floats).
+qreal barsHeight(const ViewController *controller)
+{
+    const float statusBar = float(Application::sharedApplication()->statusBarFrame().height());
+    const NavigationController *navigation = controller ? controller->navigationController() : nullptr;
+    const float navigationBar = navigation ? float(navigation->navigationBar()->height()) : 0.0f;
+    return statusBar + navigationBar;
+}
+
+void showIcon(QLabel *imageView, const QString &name)
+{
+    const Image icon = Constants::getGlobalImageWithName(name, Constants::getGlobalColorForKey(
+                                                                   QStringLiteral("AdjusterInfoPhoneNumberColor")));
+    imageView->setPixmap(icon.isNull() ? QPixmap()
+                                       : QPixmap::fromImage(icon.bitmap().scaled(
+                                             imageView->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+}
+
+// The call and e-mail buttons: action colour, header-coloured bold title, rounded.
+void styleActionButton(QPushButton *button)
+{
+    const QColor action = Constants::getGlobalColorForKey(QStringLiteral("AdjusterInfoPhoneNumberColor"));
+    const QFont font = Font::fontWithName(Constants::getGlobalFontBold(), 14.0).value_or(Font::systemFontOfSize(14.0));
+    Constants::configButton(button, action, button->text(), action.darker(115), float(button->maximumHeight()) / 2.0f,
+                            QColor(), 0.0f, font, Constants::getGlobalColorForKey(QStringLiteral("ApplicationHeaderColor")));
+}
+
+// Collapses the row when the label has nothing to show.
+void collapseIfEmpty(const QLabel *label, LayoutConstraint *rowHeight)
+{
+    if (label->text().isEmpty())
+        rowHeight->setConstant(0.0);
+}
+
+} // namespace
+
+ZQTVINScanAdjusterInfo::ZQTVINScanAdjusterInfo(QWidget *parent) : QWidget(parent) {}
+
+void ZQTVINScanAdjusterInfo::showInViewController(ViewController *controller,
+                                                  const std::optional<ZQTVINScanAdjuster> &adjusterInfo)
+{
+    Dispatch::mainAsync([controller = QPointer<ViewController>(controller), adjusterInfo] {
+        Window *window = Window::keyWindow();
+        if (!window || panelIn(window))
+            return;
+        ZQTVINScanAdjusterInfo *panel = initWithFrame(window->rect(), controller, adjusterInfo);
+        if (!panel)
+            return;
+        panel->setAdjusterInfo(adjusterInfo);
+        panel->setProperty(tagProperty, viewTag);
+        addSubview(window, panel);
+    });
+}
+
+ZQTVINScanAdjusterInfo *ZQTVINScanAdjusterInfo::shownPanel()
+{
+    return panelIn(Window::keyWindow());
+}
+
+ZQTVINScanAdjusterInfo *ZQTVINScanAdjusterInfo::initWithFrame(const QRectF &frame, ViewController *mainView,
+                                                              const std::optional<ZQTVINScanAdjuster> &adjusterInfo)
+{
+    QWidget *root = Storyboard::loadNibNamed(interfaceFileName, Bundle::frameworkBundle());
+    auto *panel = qobject_cast<ZQTVINScanAdjusterInfo *>(root);
+    if (!panel || !panel->findParts()) {
+        delete root;
+        return nullptr;
+    }
+    panel->setGeometry(frame.toRect());
+    panel->m_adjusterInfo = adjusterInfo;
+    panel->m_constraintAdjusterTop->setConstant(barsHeight(mainView));
+    panel->fill();
+    panel->m_controller = mainView;
+    return panel;
+}
+
+bool ZQTVINScanAdjusterInfo::findParts()
+{
+    const auto constraint = [this](const char *name) { return findChild<LayoutConstraint *>(QLatin1String(name)); };
+    const auto label = [this](const char *name) { return findChild<QLabel *>(QLatin1String(name)); };
+    m_constraintAdjusterTop = constraint("constraintAdjusterTop");
+    m_constraintAdjusterClaimNumberHeight = constraint("constraintAdjusterClaimNumberHeight");
+    m_constraintAdjusterNameHeight = constraint("constraintAdjusterNameHeight");
+    m_constraintAdjusterPhoneHeight = constraint("constraintAdjusterPhoneHeight");
+    m_constraintAdjusterEmailHeight = constraint("constraintAdjusterEmailHeight");
+    m_viewAdjusterInfo = findChild<QWidget *>(QStringLiteral("viewAdjusterInfo"));
+    m_viewBG = findChild<QWidget *>(QStringLiteral("viewBG"));
+    m_labelClaim = label("labelClaim");
+    m_labelUserType = label("labelUserType");
+    m_lblClaimNumber = label("lblClaimNumber");
+    m_lblOffice = label("lblOffice");
+    m_lblEmail = label("lblEmail");
+    m_labelUserName = label("labelUserName");
+    m_labelofficeNumber = label("labelofficeNumber");
+    m_labelEmail = label("labelEmail");
+    m_imagePhone = label("imagePhone");
+    m_imageEmail = label("imageEmail");
+    m_lblContactMsg = label("lblContactMsg");
+    // The weak captions and the e-mail icon are decoration; the rest is needed.
+    return m_constraintAdjusterTop && m_constraintAdjusterClaimNumberHeight && m_constraintAdjusterNameHeight
+        && m_constraintAdjusterPhoneHeight && m_constraintAdjusterEmailHeight && m_viewAdjusterInfo && m_viewBG
+        && m_labelClaim && m_labelUserType && m_labelUserName && m_labelofficeNumber && m_labelEmail && m_imagePhone;
+}
+
+void ZQTVINScanAdjusterInfo::fill()
+{
+    setBackgroundColor(m_viewBG, Constants::getGlobalColorForKey(QStringLiteral("ApplicationHeaderColor")));
+    showIcon(m_imagePhone, QStringLiteral("phoneIcon"));
+    if (m_imageEmail)
+        showIcon(m_imageEmail, QStringLiteral("mailIcon"));
+    for (const char *name : {"callButton", "emailButton"}) {
+        if (auto *button = findChild<QPushButton *>(QLatin1String(name)))
+            styleActionButton(button);
+    }
+
+    const ZQTVINScanAdjuster record = m_adjusterInfo.value_or(ZQTVINScanAdjuster());
+    m_labelClaim->setText(trimmedOfSpacesAndTabs(record.custClmRefID()));
+    m_labelEmail->setText(trimmedOfSpacesAndTabs(record.recipientEmailAddress()));
+    m_labelUserType->setText(trimmedOfSpacesAndTabs(record.userType()));
+    m_labelUserName->setText(trimmedOfSpacesAndTabs(record.recipientName()));
+
+    const QString phone = trimmedOfSpacesAndTabs(record.recipientPhone());
+    m_labelofficeNumber->setText(!phone.isEmpty() ? phone
+                                                  : Constants::getFormatedPhoneNumber(Constants::getConfigStringForKey(
+                                                        QStringLiteral("AdjusterInfoPhoneNumber"))));
+
+    collapseIfEmpty(m_labelofficeNumber, m_constraintAdjusterPhoneHeight);
+    collapseIfEmpty(m_labelEmail, m_constraintAdjusterEmailHeight);
+    collapseIfEmpty(m_labelUserName, m_constraintAdjusterNameHeight);
+    collapseIfEmpty(m_labelClaim, m_constraintAdjusterClaimNumberHeight);
+}
+
+void ZQTVINScanAdjusterInfo::dismissAdjusterInfo()
+{
+    Dispatch::mainAsync([] {
+        if (ZQTVINScanAdjusterInfo *panel = shownPanel()) {
+            removeFromSuperview(panel);
+            panel->deleteLater();
+        }
+    });
+}
+
+void ZQTVINScanAdjusterInfo::callNumber()
+{
+    QString number = m_labelofficeNumber->text();
+    const QString separator = Constants::getConfigStringForKey(QStringLiteral("AdjusterInfoExtentionSeperator"));
+    if (!separator.isEmpty() && number.contains(separator))
+        number.truncate(number.indexOf(separator)); // the extension is not dialled
+    openURL(QStringLiteral("tel:%1").arg(digitsOf(number)));
+}
+
+void ZQTVINScanAdjusterInfo::sendEmail()
+{
+    dismissAdjusterInfo();
+
+    QString subject = Constants::getConfigStringForKey(QStringLiteral("AdjusterInfoEmailSubject"));
+    if (Constants::getGlobalBoolForKey(QStringLiteral("AdjusterInfoEmailSubjectAppendClaim"))
+        && subject.contains(formatPlaceholder)) {
+        // The subject is a format whose one argument is the claim.
+        subject.replace(subject.indexOf(formatPlaceholder), formatPlaceholder.size(), m_labelClaim->text());
+    } else {
+        subject.remove(formatPlaceholder);
+    }
+
+    QString query;
+    if (!subject.isEmpty())
+        query = QStringLiteral("subject=%1").arg(percentEncodedForURLHost(subject));
+    const QString copyAddress = Constants::getConfigStringForKey(QStringLiteral("AdjusterInfoGenericInboxEmail"));
+    if (!copyAddress.isEmpty()) {
+        const QString before = query.isEmpty() ? QString() : query + QLatin1Char('&');
+        query = before + QStringLiteral("cc=") + percentEncodedForURLHost(copyAddress);
+    }
+
+    // The address goes in as it is shown, not encoded.
+    const QString request = QStringLiteral("mailto:") + m_labelEmail->text()
+        + (query.isEmpty() ? QString() : QLatin1Char('?') + query);
+    if (canOpenURL(request))
+        openURL(request);
+}
