@@ -1,0 +1,274 @@
+// The adjuster contact panel: one panel at a time over the key window, trimmed texts and
+// collapsed rows, the "tel:" and "mailto:" requests it makes, and the capture screen's menu.
+#include "UI/Views/ZQTVINScanAdjusterInfo.h"
+#include "ZQTVINScanComponent.h"
+#include "platform/CaptureDevice.h"
+#include "platform/DeviceProfile.h"
+#include "platform/LayoutConstraint.h"
+#include "platform/NavigationController.h"
+#include "platform/NotificationCenter.h"
+#include "platform/URLOpening.h"
+#include "platform/Window.h"
+#include "support/TemporaryMainBundle.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QUrl>
+
+using namespace ZQTPlatform;
+using Panel = ZQTVINScanAdjusterInfo;
+
+namespace {
+
+// Takes the "tel:" and "mailto:" requests that would go to the phone and mail apps.
+class UrlRecorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    UrlRecorder()
+    {
+        QDesktopServices::setUrlHandler(QStringLiteral("tel"), this, "open");
+        QDesktopServices::setUrlHandler(QStringLiteral("mailto"), this, "open");
+    }
+    ~UrlRecorder() override
+    {
+        QDesktopServices::unsetUrlHandler(QStringLiteral("tel"));
+        QDesktopServices::unsetUrlHandler(QStringLiteral("mailto"));
+    }
+    QStringList requests;
+
+public Q_SLOTS:
+    void open(const QUrl &url) { requests << QString::fromLatin1(url.toEncoded()); }
+};
+
+ZQTVINScanAdjuster dana()
+{
+    ZQTVINScanAdjuster adjuster;
+    adjuster.setCustClmRefID(QStringLiteral("  C-123 "));
+    adjuster.setUserType(QStringLiteral("\tField adjuster"));
+    adjuster.setRecipientName(QStringLiteral("Dana Reyes\n"));
+    adjuster.setRecipientEmailAddress(QStringLiteral(" dana.reyes@example.com"));
+    adjuster.setRecipientPhone(QStringLiteral("555-123-4567 x 89 "));
+    return adjuster;
+}
+
+// Host settings for the panel's keys (one group, as the host's file keeps them); the entries
+// replace the component's values.
+QByteArray adjusterSettings(const QByteArray &separator, const QByteArray &subject, bool appendClaim,
+                            const QByteArray &copyAddress)
+{
+    return "<key>AdjusterInfo</key><dict>"
+           "<key>AdjusterInfoExtentionSeperator</key><string>" + separator + "</string>"
+           "<key>AdjusterInfoEmailSubject</key><string>" + subject + "</string>"
+           "<key>AdjusterInfoEmailSubjectAppendClaim</key>" + (appendClaim ? "<true/>" : "<false/>")
+           + "<key>AdjusterInfoGenericInboxEmail</key><string>" + copyAddress + "</string>"
+           "<key>AdjusterInfoPhoneNumber</key><string>5551234567</string></dict>";
+}
+
+class AdjusterPanel : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        DeviceProfile profile;
+        profile.mainScreenBounds = QSizeF(375, 812);
+        profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
+        profile.statusBarHeight = 44;
+        profile.systemVersion = QStringLiteral("16.4");
+        DeviceProfile::setCurrent(profile);
+        window.resize(375, 812);
+        window.setRootViewController(navigation);
+        navigation->pushViewController(screen, false);
+        window.makeKeyAndVisible();
+    }
+    void TearDown() override { CaptureDevice::removeStandIns(); }
+
+    // Asks for the panel and waits for the main queue to show it.
+    Panel *show(const std::optional<ZQTVINScanAdjuster> &adjuster)
+    {
+        Panel::showInViewController(screen, adjuster);
+        QTest::qWaitFor([] { return Panel::shownPanel() != nullptr; }, 2000);
+        return Panel::shownPanel();
+    }
+    void click(Panel *panel, const char *button)
+    {
+        auto *widget = panel->findChild<QPushButton *>(button);
+        ASSERT_NE(widget, nullptr) << button;
+        QTest::mouseClick(widget, Qt::LeftButton);
+    }
+
+    TemporaryMainBundle host;
+    UrlRecorder urls;
+    Window window;
+    NavigationController *navigation = new NavigationController;
+    ViewController *screen = new ViewController;
+};
+
+} // namespace
+
+TEST_F(AdjusterPanel, ShowsOnePanelBelowTheBarsAndCloses)
+{
+    Panel::showInViewController(screen, dana());
+    EXPECT_EQ(Panel::shownPanel(), nullptr) << "the panel is made later on the main queue";
+    Panel *panel = show(dana());
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(window.findChildren<Panel *>().size(), 1) << "the second request changes nothing";
+    EXPECT_EQ(panel->property("tag").toInt(), Panel::viewTag);
+    EXPECT_EQ(panel->parentWidget(), &window);
+    EXPECT_EQ(panel->geometry(), window.rect());
+    EXPECT_EQ(panel->controller(), screen);
+    EXPECT_EQ(panel->constraintAdjusterTop()->constant(), 44.0 + 44.0) << "status bar and navigation bar";
+    EXPECT_EQ(panel->viewAdjusterInfo()->mapTo(&window, QPoint()).y(), 88);
+
+    click(panel, "closeButton");
+    EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
+    EXPECT_TRUE(window.findChildren<Panel *>().isEmpty());
+    EXPECT_TRUE(urls.requests.isEmpty());
+}
+
+TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
+{
+    host.writeSettings(adjusterSettings("x", "", false, ""));
+    Panel *panel = show(dana());
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->labelClaim()->text(), "C-123");
+    EXPECT_EQ(panel->labelUserType()->text(), "Field adjuster");
+    EXPECT_EQ(panel->labelUserName()->text(), "Dana Reyes\n") << "line breaks are kept";
+    EXPECT_EQ(panel->labelEmail()->text(), "dana.reyes@example.com");
+    EXPECT_EQ(panel->labelofficeNumber()->text(), "555-123-4567 x 89") << "the contact's number is not reformatted";
+    for (auto *row : {panel->constraintAdjusterClaimNumberHeight(), panel->constraintAdjusterNameHeight(),
+                      panel->constraintAdjusterPhoneHeight(), panel->constraintAdjusterEmailHeight()})
+        EXPECT_GT(row->firstItem()->height(), 0) << qPrintable(row->objectName());
+    delete panel;
+
+    // Nothing but blanks: the configured office number, formatted; only the phone and role rows stay.
+    ZQTVINScanAdjuster blank;
+    blank.setCustClmRefID(QStringLiteral(" \t "));
+    blank.setUserType(QStringLiteral("Adjuster"));
+    blank.setRecipientPhone(QStringLiteral("  "));
+    panel = show(blank);
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
+    EXPECT_GT(panel->constraintAdjusterPhoneHeight()->firstItem()->height(), 0);
+    EXPECT_TRUE(panel->labelUserType()->isVisibleTo(panel));
+    EXPECT_GT(panel->labelUserType()->height(), 0) << "the role row never collapses";
+    for (auto *row : {panel->constraintAdjusterClaimNumberHeight(), panel->constraintAdjusterNameHeight(),
+                      panel->constraintAdjusterEmailHeight()}) {
+        EXPECT_EQ(row->constant(), 0.0) << qPrintable(row->objectName());
+        EXPECT_EQ(row->firstItem()->height(), 0) << qPrintable(row->objectName());
+    }
+    delete panel;
+
+    // No record at all still shows the office number.
+    panel = show(std::nullopt);
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
+}
+
+TEST_F(AdjusterPanel, CallDialsTheDigitsBeforeTheExtension)
+{
+    host.writeSettings(adjusterSettings("x", "", false, ""));
+    Panel *panel = show(dana());
+    ASSERT_NE(panel, nullptr);
+    click(panel, "callButton");
+    EXPECT_EQ(urls.requests, QStringList{"tel:5551234567"});
+    QTest::qWait(50);
+    EXPECT_EQ(Panel::shownPanel(), panel) << "the panel stays up while calling";
+
+    // Without a separator the extension's digits are dialled too.
+    host.writeSettings(adjusterSettings("", "", false, ""));
+    click(panel, "callButton");
+    EXPECT_EQ(urls.requests.value(1), "tel:555123456789");
+}
+
+TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
+{
+    const struct
+    {
+        QByteArray subject;
+        bool appendClaim;
+        QByteArray copy;
+        QString request;
+    } cases[] = {
+        {"Claim %@", true, "claims@example.com",
+         "mailto:dana.reyes@example.com?subject=Claim%20C-123&cc=claims%40example.com"},
+        {"Claim %@", false, "", "mailto:dana.reyes@example.com?subject=Claim%20"},
+        {"", true, "", "mailto:dana.reyes@example.com"},
+        {"", false, "claims@example.com", "mailto:dana.reyes@example.com?cc=claims%40example.com"},
+        // Exactly the host-allowed characters stay: "&" and "=" are kept, "/", "?", "#", "@" and
+        // everything beyond ASCII are encoded as UTF-8.
+        {"D\xC3\xA9p\xC3\xB4t &amp; co/1?#=@", false, "a+b@x.org",
+         "mailto:dana.reyes@example.com?subject=D%C3%A9p%C3%B4t%20&%20co%2F1%3F%23=%40&cc=a+b%40x.org"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.request.toStdString());
+        host.writeSettings(adjusterSettings("x", c.subject, c.appendClaim, c.copy));
+        urls.requests.clear();
+        Panel *panel = show(dana());
+        ASSERT_NE(panel, nullptr);
+        click(panel, "emailButton");
+        EXPECT_EQ(urls.requests.join(' ').toStdString(), c.request.toStdString());
+        EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000)) << "e-mail closes the panel";
+    }
+
+    // An address that makes no URL is dropped without a word; the panel closes all the same.
+    ZQTVINScanAdjuster broken = dana();
+    broken.setRecipientEmailAddress(QStringLiteral("dana reyes@example.com"));
+    urls.requests.clear();
+    Panel *panel = show(broken);
+    ASSERT_NE(panel, nullptr);
+    click(panel, "emailButton");
+    EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
+    EXPECT_TRUE(urls.requests.isEmpty());
+    EXPECT_FALSE(canOpenURL(QStringLiteral("mailto:a@b.org?subject=50%")));
+    EXPECT_FALSE(canOpenURL(QStringLiteral("dana@example.com")));
+}
+
+TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
+{
+    QImage scene(640, 480, QImage::Format_RGB32);
+    scene.fill(QColor(40, 160, 200));
+    ASSERT_TRUE(CaptureDevice::addStandIn(scene));
+    ZQTVINScanAdjuster adjuster = dana();
+    adjuster.setRecipientName(QStringLiteral("Dana Reyes"));
+    adjuster.setRecipientPhone(QString());
+    auto *capture = ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, adjuster, QStringLiteral("CLM-7"));
+    ASSERT_NE(capture, nullptr);
+    navigation->pushViewController(capture, false);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return capture->isVisible(); }, 3000));
+    QTest::qWait(300);
+
+    QList<QVariantMap> events;
+    NotificationCenter::defaultCenter().addObserver(&events, QStringLiteral("ANALYTICS_INFO"),
+                                                    [&](const Notification &n) { events << n.object.toMap(); });
+    auto *menu = capture->findChild<QAbstractButton *>(QStringLiteral("menuButton"));
+    ASSERT_NE(menu, nullptr) << "the bar shows the menu when the screen has an adjuster";
+    QTest::mouseClick(menu, Qt::LeftButton);
+    NotificationCenter::defaultCenter().removeObserver(&events);
+    ASSERT_EQ(events.size(), 1);
+    EXPECT_EQ(events[0].value("eventType"), "vinScan");
+    EXPECT_EQ(events[0].value("eventName"), "hamburgerClick");
+    EXPECT_EQ(events[0].value("content"), "");
+
+    ASSERT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() != nullptr; }, 2000));
+    Panel *panel = Panel::shownPanel();
+    EXPECT_EQ(panel->controller(), capture);
+    EXPECT_EQ(panel->labelUserName()->text(), "Dana Reyes");
+    EXPECT_EQ(panel->labelofficeNumber()->text(), "1 (800)555-0199") << "the component's office number";
+
+    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
+    folder.mkpath(".");
+    const QImage image = window.grab().toImage();
+    ASSERT_EQ(image.size(), QSize(375, 812));
+    EXPECT_TRUE(image.save(folder.filePath("adjuster_panel.png")));
+}
+
+#include "test_adjuster_panel.moc"
