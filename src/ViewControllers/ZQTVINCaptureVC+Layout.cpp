@@ -4,14 +4,21 @@
 
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
-#include "platform/VideoPreviewLayer.h"
+#include "lib/StillCamera/StillCamera.h"
 #include "platform/Application.h"
+#include "platform/BarButtonItem.h"
+#include "platform/CaptureDevice.h"
 #include "platform/DeviceProfile.h"
 #include "platform/Font.h"
 #include "platform/Log.h"
 #include "platform/NavigationController.h"
 #include "platform/TransitionCoordinator.h"
+#include "platform/VideoPreviewLayer.h"
 #include "platform/View.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
 
 using namespace ZQTPlatform;
 using Constants = ZQTVINScanComponentConstants;
@@ -24,10 +31,73 @@ constexpr qreal navigationTitleFontSize = 18.0;
 constexpr qreal smallScreenSide = 480.0;
 constexpr double smallScreenCameraDim = 230.0;
 constexpr double cameraShareOfView = 56.33;
+// The flash item: the button is this much taller than its icon, the label sits beside it.
+constexpr int flashButtonExtraHeight = 20;
+constexpr int flashLabelWidth = 40;
+constexpr int flashLabelHeight = 14;
+constexpr qreal flashLabelSystemFontSize = 10.0;
+constexpr int flashContainerWidth = 44;
 
 bool hasNotchedScreen(const DeviceProfile &profile)
 {
     return profile.mainScreenBounds.height() == notchedScreenSide || profile.mainScreenBounds.width() == notchedScreenSide;
+}
+
+// A label's picture, if it shows one, drawn again as a template in the colour.
+void tintLabelPixmap(QLabel *label, const QColor &color)
+{
+    const QPixmap pixmap = label->pixmap();
+    if (pixmap.isNull())
+        return;
+    const Image tinted = Constants::getGlobalImageFrom(Image(pixmap.toImage(), pixmap.devicePixelRatio()), color);
+    QPixmap result = QPixmap::fromImage(tinted.bitmap());
+    result.setDevicePixelRatio(tinted.scale());
+    label->setPixmap(result);
+}
+
+// Recolours a view of a left bar item: image views take the image as a template in the colour,
+// labels take the colour as their text colour; other views keep theirs.
+void tintBarView(QWidget *view, const QColor &color)
+{
+    auto *label = qobject_cast<QLabel *>(view);
+    if (!label)
+        return;
+    if (label->pixmap().isNull())
+        setTextColor(label, color);
+    else
+        tintLabelPixmap(label, color);
+}
+
+// The direct child widgets of a custom view, in stacking order.
+QList<QWidget *> subviews(QWidget *view)
+{
+    return view->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+// The carousel and the manual-entry strip (the scene's "controlPanel") sit below the camera
+// area in portrait and beside it, landscapeWidth wide, in landscape.
+void arrangeControlPanel(QWidget *backgroundView, bool portrait, int landscapeWidth)
+{
+    auto *box = backgroundView ? qobject_cast<QBoxLayout *>(backgroundView->layout()) : nullptr;
+    auto *panel = backgroundView ? backgroundView->findChild<QWidget *>(QStringLiteral("controlPanel")) : nullptr;
+    if (!box || !panel)
+        return;
+    box->setDirection(portrait ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    if (portrait) {
+        panel->setMinimumWidth(0);
+        panel->setMaximumWidth(QWIDGETSIZE_MAX);
+    } else {
+        panel->setFixedWidth(landscapeWidth);
+    }
+}
+
+// A plain bar item with a named image tinted in the colour.
+BarButtonItem *plainItem(const QString &objectName, const QString &imageName, const QColor &color)
+{
+    auto *item = new BarButtonItem(Constants::getGlobalImageWithName(imageName, color), BarButtonItem::StylePlain);
+    item->setObjectName(objectName);
+    item->setTintColor(color);
+    return item;
 }
 
 } // namespace
@@ -69,23 +139,83 @@ void ZQTVINCaptureVC::setNavigationBackgroundColor(const QColor &color)
     filler->show();
 }
 
-void ZQTVINCaptureVC::setNavigationItemTintColor(const QColor &)
+void ZQTVINCaptureVC::setNavigationItemTintColor(const QColor &color)
 {
     logStep("setNavigationItemTintColor");
-    if (d->interNavigationBar) {
-        d->interNavigationBar->setTitleColor(Constants::getGlobalColorForKey(QStringLiteral("VINScanIconTitleColor")));
-        const std::optional<QFont> font = Font::fontWithName(
-            Constants::getConfigStringForKey(QStringLiteral("NavigationBarTitleFontType")), navigationTitleFontSize);
-        if (font)
-            d->interNavigationBar->setTitleFont(*font);
+    if (!d->interNavigationBar)
+        return;
+    d->interNavigationBar->setTitleColor(Constants::getGlobalColorForKey(QStringLiteral("VINScanIconTitleColor")));
+    const std::optional<QFont> font = Font::fontWithName(
+        Constants::getConfigStringForKey(QStringLiteral("NavigationBarTitleFontType")), navigationTitleFontSize);
+    if (font)
+        d->interNavigationBar->setTitleFont(*font);
+    // Only the items the bar holds now: the ones configNavButtons makes later keep their colour.
+    // A plain item (a BarButtonItem) has no custom view and keeps its colour.
+    for (QWidget *item : d->interNavigationBar->leftItems()) {
+        if (qobject_cast<QLabel *>(item)) {
+            tintBarView(item, color);
+        } else if (!qobject_cast<BarButtonItem *>(item)) {
+            for (QWidget *view : subviews(item))
+                tintBarView(view, color);
+        }
     }
-    // Recolouring the bar's existing items comes with the tinted bar icons.
+    // The right item (the first of the right side): the buttons of its custom view draw their
+    // images as templates in the colour. A plain item has no custom view.
+    const QList<QWidget *> right = d->interNavigationBar->rightItems();
+    if (right.isEmpty() || qobject_cast<BarButtonItem *>(right.first()))
+        return;
+    for (QWidget *view : subviews(right.first())) {
+        if (auto *button = qobject_cast<BarButtonItem *>(view))
+            button->setTintColor(color);
+    }
 }
 
 void ZQTVINCaptureVC::configNavButtons()
 {
     logStep("configNavButtons");
-    // The flash, back, help and menu items come with the tinted bar icons.
+    if (!d->interNavigationBar)
+        return;
+    const QColor iconColor = Constants::getGlobalColorForKey(QStringLiteral("VINScanHeaderIconColor"));
+
+    // The flash item: a container with the flash button and, beside it, the flash label.
+    const Image flashImage = Constants::getGlobalImageWithName(QStringLiteral("nav_btn_flash"), iconColor);
+    const QSize imageSize = flashImage.size().toSize();
+    auto *flashItem = new QWidget;
+    flashItem->setObjectName(QStringLiteral("flashItem"));
+    flashItem->resize(flashContainerWidth, imageSize.height() + flashButtonExtraHeight);
+    auto *flashButton = new BarButtonItem(flashImage, BarButtonItem::StylePlain, flashItem);
+    flashButton->setObjectName(QStringLiteral("flashButton"));
+    flashButton->setGeometry(0, 0, imageSize.width(), imageSize.height() + flashButtonExtraHeight);
+    connect(flashButton, &QPushButton::clicked, this, &ZQTVINCaptureVC::handleFlashBtn);
+
+    auto *flashLbl = new QLabel(flashItem);
+    flashLbl->setObjectName(QStringLiteral("flashLbl"));
+    flashLbl->resize(flashLabelWidth, flashLabelHeight);
+    flashLbl->setFont(Font::systemFontOfSize(flashLabelSystemFontSize));
+    Constants::configLabel(flashLbl, Constants::getGlobalColorForKey(QStringLiteral("NavigationBarFlashIconTintColor")),
+                           Constants::getConfigStringForKey(QStringLiteral("NavigationBarFlashLabelFontType")));
+    flashLbl->move(flashButton->width(), (flashButton->height() - flashLbl->height()) / 2);
+    d->flashLbl = flashLbl;
+
+    QList<QWidget *> left;
+    if (d->hasBackButton) {
+        auto *back = plainItem(QStringLiteral("backButton"), QStringLiteral("nav_btn_back"), iconColor);
+        connect(back, &QPushButton::clicked, this, &ZQTVINCaptureVC::handleBackBtn);
+        left << back;
+    }
+    left << flashItem;
+    d->interNavigationBar->setLeftItems(left);
+
+    auto *help = plainItem(QStringLiteral("helpButton"), QStringLiteral("nav_btn_help"), iconColor);
+    connect(help, &QPushButton::clicked, this, &ZQTVINCaptureVC::handleHelpBtn);
+    auto *menu = plainItem(QStringLiteral("menuButton"), QStringLiteral("hamburgerIcon"), iconColor);
+    connect(menu, &QPushButton::clicked, this, &ZQTVINCaptureVC::showAdjusterInfo);
+    if (d->adjusterInfo) {
+        d->interNavigationBar->setRightItems({menu, help});
+    } else {
+        delete menu;
+        d->interNavigationBar->setRightItems({help});
+    }
 }
 
 void ZQTVINCaptureVC::updateViewTitleWithTitle(const QString &title)
@@ -116,6 +246,8 @@ void ZQTVINCaptureVC::configLayout()
         d->cameraViewDim = smallScreenCameraDim;
     else
         d->cameraViewDim = (portrait ? height() : width()) * cameraShareOfView / 100.0;
+    const int panelWidth = d->hasManualVINOption ? qMax(0, qRound(width() - d->cameraViewDim)) : 0;
+    arrangeControlPanel(d->backgroundView, portrait, panelWidth);
 }
 
 void ZQTVINCaptureVC::initFlashButtons()
@@ -145,13 +277,22 @@ void ZQTVINCaptureVC::updateFlashControls(bool userChange)
     turnTorchOn(on);
     if (userChange)
         pushAnalyticsInfoForEventType(1, on ? QStringLiteral("On") : QStringLiteral("Off"));
-    // The still camera's flash follows the setting once initCamera can make a camera.
+    if (d->camera)
+        d->camera->setCameraFlash(on ? StillCamera::CameraFlash::On : StillCamera::CameraFlash::Off);
 }
 
-void ZQTVINCaptureVC::turnTorchOn(bool)
+void ZQTVINCaptureVC::turnTorchOn(bool on)
 {
     logStep("turnTorchOn");
-    // The torch and flash unit are switched once the capture device exists.
+    CaptureDevice *device = CaptureDevice::defaultDeviceWithMediaType(CaptureDevice::mediaTypeVideo());
+    if (!device || !device->hasTorch() || !device->hasFlash())
+        return;
+    // A device that cannot be locked keeps its modes.
+    if (!device->lockForConfiguration(nullptr))
+        return;
+    device->setTorchMode(on ? CaptureDevice::TorchMode::On : CaptureDevice::TorchMode::Off);
+    device->setFlashMode(on ? CaptureDevice::FlashMode::On : CaptureDevice::FlashMode::Off);
+    device->unlockForConfiguration();
 }
 
 void ZQTVINCaptureVC::viewWillTransitionToSize(const QSizeF &, TransitionCoordinator *coordinator)
@@ -170,8 +311,15 @@ void ZQTVINCaptureVC::viewWillTransitionToSize(const QSizeF &, TransitionCoordin
 void ZQTVINCaptureVC::viewWillLayoutSubviews()
 {
     ViewController::viewWillLayoutSubviews();
-    if (d->prevLayer && d->cameraImageView)
+    if (d->prevLayer && d->cameraImageView) {
         d->prevLayer->setBoundsCentredIn(d->cameraImageView);
+        d->prevLayer->connection()->setVideoOrientation(orientationForConnection());
+    }
+}
+
+int ZQTVINCaptureVC::orientationForConnection() const
+{
+    return InterfaceOrientation::videoOrientationFor(Application::sharedApplication()->statusBarOrientation());
 }
 
 unsigned ZQTVINCaptureVC::supportedInterfaceOrientations() const

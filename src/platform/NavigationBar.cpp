@@ -122,8 +122,15 @@ void NavigationBar::replaceItems(QHBoxLayout *box, QList<QWidget *> &current, co
             delete item;
     }
     current = items;
-    for (QWidget *item : items)
+    for (QWidget *item : items) {
+        if (!item->layout() && !item->sizeHint().isValid()) {
+            // A custom view keeps its frame's size, widened to show the subviews that reach
+            // past it (the platform does not clip them to the view).
+            const QRect reach = item->rect().united(item->childrenRect());
+            item->setFixedSize(reach.right() + 1, reach.bottom() + 1);
+        }
         box->addWidget(item, 0, Qt::AlignVCenter);
+    }
 }
 
 void NavigationBar::paintEvent(QPaintEvent *)

@@ -42,7 +42,9 @@ public:
     int barStyle() const;
     void setBarStyle(int style);
 
-    // Item widgets, in order. The bar takes ownership; the items it held before are deleted.
+    // Item widgets, in order (BarButtonItem for plain items, any widget as a custom view). The
+    // bar takes ownership; the items it held before are deleted. A custom view without a layout
+    // keeps its size, widened to take in subviews that reach past its right or bottom edge.
     QList<QWidget *> leftItems() const;
     void setLeftItems(const QList<QWidget *> &items);
     QList<QWidget *> rightItems() const;

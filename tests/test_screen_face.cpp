@@ -1,0 +1,447 @@
+// The capture screen's face: the inner bar's items and their colours, the flash toggle with the
+// torch and the still camera, the camera area on each phone profile, the connection orientation
+// and size transitions, and renders of the scanning screen to <build>/test-artifacts/.
+#include "ZQTVINScanComponent.h"
+#include "lib/StillCamera/StillCamera.h"
+#include "platform/Application.h"
+#include "platform/BarButtonItem.h"
+#include "platform/CaptureDevice.h"
+#include "platform/CaptureSession.h"
+#include "platform/DeviceProfile.h"
+#include "platform/NavigationBar.h"
+#include "platform/NavigationController.h"
+#include "platform/NotificationCenter.h"
+#include "platform/VideoPreviewLayer.h"
+#include "platform/View.h"
+#include "platform/Window.h"
+#include "support/LogCapture.h"
+#include "support/TemporaryMainBundle.h"
+#include "support/TestData.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+using namespace ZQTPlatform;
+using Constants = ZQTVINScanComponentConstants;
+
+namespace {
+
+struct CountingDelegate : VinScannerVCDelegate
+{
+    int calls = 0;
+    void didCompleteScanning(const QString &, bool, bool, const ZQTError &) override { ++calls; }
+};
+
+// The contents of the flash changes posted as "ANALYTICS_INFO" while the object lives.
+struct FlashChanges
+{
+    FlashChanges()
+    {
+        NotificationCenter::defaultCenter().addObserver(this, "ANALYTICS_INFO", [this](const Notification &n) {
+            if (n.object.toMap().value("eventType") == "flashChange")
+                contents << n.object.toMap().value("content").toString();
+        });
+    }
+    ~FlashChanges() { NotificationCenter::defaultCenter().removeObserver(this); }
+    QStringList contents;
+};
+
+DeviceProfile phone(const char *name, bool landscape = false)
+{
+    const std::optional<DeviceProfile> profile = DeviceProfile::profileNamed(name);
+    EXPECT_TRUE(profile.has_value()) << name;
+    return landscape ? profile->landscape() : *profile;
+}
+
+// A photographed Code 39 label cut at its right end, so the camera area shows a real picture
+// that the reader cannot finish.
+QImage labelPhotoFrame()
+{
+    const QImage photo(TestData::directory() + "/barcodes/code39-3/01.png");
+    EXPECT_FALSE(photo.isNull());
+    return photo.copy(0, 40, 400, 300).scaled(640, 480, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QStringList objectNames(const QList<QWidget *> &widgets)
+{
+    QStringList names;
+    for (const QWidget *widget : widgets)
+        names << widget->objectName();
+    return names;
+}
+
+// How many pixels of the widget's rendering are within a small distance of the colour.
+int pixelsOfColour(QWidget *widget, const QColor &colour)
+{
+    const QImage image = widget->grab().toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor c = image.pixelColor(x, y);
+            count += qAbs(c.red() - colour.red()) + qAbs(c.green() - colour.green()) + qAbs(c.blue() - colour.blue()) < 12;
+        }
+    }
+    return count;
+}
+
+QString artifactPath(const QString &fileName)
+{
+    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
+    folder.mkpath(".");
+    return folder.filePath(fileName);
+}
+
+class ScreenFace : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        window.reset();
+        CaptureDevice::removeStandIns();
+        Application::sharedApplication()->setStatusBarOrientation(InterfaceOrientation::Portrait);
+        DeviceProfile::resetToScreen();
+    }
+
+    ZQTVINCaptureVC *plainScreen() { return ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, "CLM-7"); }
+    ZQTVINCaptureVC *manualScreen()
+    {
+        return ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, "CLM-7");
+    }
+    qsizetype initialisations() const { return capture.steps().count("initializeView"); }
+
+    // Pushes the screen in a window of the profile's size and waits for the end of its start-up.
+    ZQTVINCaptureVC *show(ZQTVINCaptureVC *screen, const DeviceProfile &profile)
+    {
+        DeviceProfile::setCurrent(profile);
+        window = std::make_unique<Window>();
+        window->resize(profile.mainScreenBounds.toSize());
+        // The screen is pushed on a first controller, so that going back can pop it.
+        auto *navigation = new NavigationController(new ViewController);
+        window->setRootViewController(navigation);
+        const qsizetype before = capture.steps().count("startBarCodeScanner");
+        navigation->pushViewController(screen, false);
+        window->makeKeyAndVisible();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return capture.steps().count("startBarCodeScanner") > before; }, 3000));
+        return screen;
+    }
+
+    LogCapture capture;
+    CountingDelegate delegate;
+    std::unique_ptr<Window> window;
+};
+
+} // namespace
+
+// --- Phone profiles
+
+TEST_F(ScreenFace, PhoneProfilesAreFoundByNameOrSizeAndTurnToLandscape)
+{
+    const QList<std::tuple<QString, QSizeF, qreal>> phones = {{"iPhone 4s", {320, 480}, 20},
+                                                              {"iPhone 8", {375, 667}, 20},
+                                                              {"iPhone X", {375, 812}, 44},
+                                                              {"iPhone 11", {414, 896}, 44}};
+    for (const auto &[name, size, statusBar] : phones) {
+        const std::optional<DeviceProfile> byName = DeviceProfile::profileNamed(name.toLower());
+        ASSERT_TRUE(byName) << name.toStdString();
+        EXPECT_EQ(byName->name, name);
+        EXPECT_EQ(byName->mainScreenBounds, size);
+        EXPECT_EQ(byName->statusBarHeight, statusBar);
+        EXPECT_EQ(byName->interfaceIdiom, DeviceProfile::Idiom::Phone);
+        EXPECT_GE(byName->systemVersionValue(), 9.0f);
+        EXPECT_TRUE(byName->machine.startsWith("iPhone")) << byName->machine.toStdString();
+        const QString wxh = QString("%1x%2").arg(size.width()).arg(size.height());
+        EXPECT_EQ(DeviceProfile::profileNamed(wxh)->name, name);
+        const std::optional<DeviceProfile> turned = DeviceProfile::profileNamed(QString("%1x%2").arg(size.height()).arg(size.width()));
+        EXPECT_EQ(turned->mainScreenBounds, size.transposed());
+        EXPECT_EQ(turned->deviceOrientation, InterfaceOrientation::LandscapeRight);
+        EXPECT_EQ(byName->landscape().mainScreenBounds, turned->mainScreenBounds);
+        EXPECT_EQ(byName->landscape().landscape().mainScreenBounds, turned->mainScreenBounds) << "turning twice";
+    }
+    EXPECT_EQ(DeviceProfile::profileNamed("390x844")->mainScreenBounds, QSizeF(390, 844)) << "any other phone size";
+    for (const char *bad : {"iPhone 99", "375", "375x", "x667", "0x0", ""})
+        EXPECT_FALSE(DeviceProfile::profileNamed(bad)) << bad;
+}
+
+// --- Bar items
+
+TEST_F(ScreenFace, BarItemsFollowTheBackButtonAndTheAdjusterAndCarryTheHeaderIconColour)
+{
+    TemporaryMainBundle host;
+    const QColor headerColour(0x33, 0xCC, 0x66);
+    host.writeSettings("<key>VINScanHeaderIconColor</key><string>#33CC66</string>");
+    ZQTVINScanAdjuster adjuster;
+    adjuster.setRecipientName("Dana Reyes");
+    for (const bool back : {false, true}) {
+        for (const bool withAdjuster : {false, true}) {
+            SCOPED_TRACE(std::string(back ? "back" : "no back") + (withAdjuster ? ", adjuster" : ""));
+            std::unique_ptr<ZQTVINCaptureVC> screen(
+                withAdjuster ? ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, adjuster, "C")
+                             : ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, "C"));
+            screen->setHasBackButton(back);
+            screen->loadViewIfNeeded();
+            auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
+            ASSERT_NE(bar, nullptr);
+            EXPECT_EQ(objectNames(bar->leftItems()),
+                      back ? QStringList({"backButton", "flashItem"}) : QStringList({"flashItem"}));
+            EXPECT_EQ(objectNames(bar->rightItems()),
+                      withAdjuster ? QStringList({"menuButton", "helpButton"}) : QStringList({"helpButton"}));
+            auto *flash = screen->findChild<BarButtonItem *>("flashButton");
+            ASSERT_NE(flash, nullptr);
+            QList<BarButtonItem *> icons{flash};
+            for (QWidget *item : bar->leftItems() + bar->rightItems()) {
+                if (auto *button = qobject_cast<BarButtonItem *>(item))
+                    icons << button;
+            }
+            EXPECT_EQ(icons.size(), 1 + int(back) + 1 + int(withAdjuster));
+            for (BarButtonItem *icon : icons) {
+                if (icon != flash) // the flash button shows its tinted image as it is
+                    EXPECT_EQ(icon->tintColor(), headerColour) << icon->objectName().toStdString();
+                EXPECT_GT(pixelsOfColour(icon, headerColour), 20) << icon->objectName().toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(ScreenFace, RecolouringTheBarReachesOnlyLabelsOfLeftCustomViewsAndButtonsOfTheFirstRightOne)
+{
+    std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
+    screen->setHasBackButton(true);
+    screen->loadViewIfNeeded();
+    const QColor header = Constants::getGlobalColorForKey("VINScanHeaderIconColor");
+    auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
+    auto *label = screen->findChild<QLabel *>("flashLbl");
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(textColor(label), Constants::getGlobalColorForKey("NavigationBarFlashIconTintColor"))
+        << "the items made after the first recolouring keep their own colours";
+
+    // A right item with a custom view holding a button.
+    auto *custom = new QWidget;
+    auto *inside = new BarButtonItem(Constants::getGlobalImageWithName("nav_btn_help", header), BarButtonItem::StylePlain, custom);
+    bar->setRightItems({custom});
+    screen->setNavigationItemTintColor(Qt::red);
+    EXPECT_EQ(textColor(label), QColor(Qt::red));
+    EXPECT_FALSE(screen->findChild<BarButtonItem *>("flashButton")->tintColor().isValid()) << "a button, not a label";
+    EXPECT_EQ(screen->findChild<BarButtonItem *>("backButton")->tintColor(), header) << "a plain item has no custom view";
+    EXPECT_EQ(inside->tintColor(), QColor(Qt::red));
+    EXPECT_EQ(bar->titleColor(), Constants::getGlobalColorForKey("VINScanIconTitleColor"));
+}
+
+TEST_F(ScreenFace, BarButtonsRunTheirActionsWhenClicked)
+{
+    ZQTVINScanAdjuster adjuster;
+    adjuster.setRecipientName("Dana Reyes");
+    ZQTVINCaptureVC *screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, adjuster, "C");
+    screen->setHasBackButton(true);
+    QPointer<ZQTVINCaptureVC> alive = show(screen, phone("iPhone X"));
+    const QList<std::pair<const char *, const char *>> actions = {
+        {"helpButton", "handleHelpBtn"}, {"menuButton", "showAdjusterInfo"}, {"backButton", "handleBackBtn"}};
+    for (const auto &[button, step] : actions) {
+        auto *item = screen->findChild<QPushButton *>(button);
+        ASSERT_NE(item, nullptr) << button;
+        capture.clear();
+        QTest::mouseClick(item, Qt::LeftButton);
+        EXPECT_EQ(capture.steps().value(0), step) << button;
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return alive.isNull(); }, 2000)) << "the back button popped the screen";
+}
+
+// --- Flash
+
+TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
+{
+    CaptureDevice *device = CaptureDevice::addStandIn(labelPhotoFrame());
+    ASSERT_NE(device, nullptr);
+    FlashChanges analytics;
+    ZQTVINCaptureVC *screen = show(plainScreen(), phone("iPhone 8"));
+    EXPECT_TRUE(analytics.contents.isEmpty()) << "setting up the rig posts nothing";
+    const QVariantList texts = Constants::getConfigArrayForKey("TextFlashButtonArray");
+    auto *button = screen->findChild<QPushButton *>("flashButton");
+    auto *label = screen->findChild<QLabel *>("flashLbl");
+    ASSERT_TRUE(button && label);
+    EXPECT_EQ(label->text(), texts.value(0).toString());
+    screen->initCamera();
+    screen->camera()->start();
+
+    for (const bool on : {true, false}) {
+        SCOPED_TRACE(on ? "on" : "off");
+        QTest::mouseClick(button, Qt::LeftButton);
+        EXPECT_EQ(screen->flashSetting(), on ? 1u : 0u);
+        EXPECT_EQ(label->text(), texts.value(on ? 1 : 0).toString());
+        EXPECT_EQ(device->torchMode(), on ? CaptureDevice::TorchMode::On : CaptureDevice::TorchMode::Off);
+        EXPECT_EQ(device->flashMode(), on ? CaptureDevice::FlashMode::On : CaptureDevice::FlashMode::Off);
+        EXPECT_EQ(screen->camera()->cameraFlash(), on ? StillCamera::CameraFlash::On : StillCamera::CameraFlash::Off);
+    }
+    EXPECT_EQ(analytics.contents, QStringList({"On", "Off"}));
+
+    // A torch without a flash unit never lights; the label and the analytics still follow.
+    CaptureDevice::Capabilities torchOnly;
+    torchOnly.flash = false;
+    device->setCapabilities(torchOnly);
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(label->text(), texts.value(1).toString());
+    EXPECT_EQ(device->torchMode(), CaptureDevice::TorchMode::Off);
+    EXPECT_EQ(analytics.contents.last(), "On");
+
+    // Leaving the screen puts the torch out.
+    device->setCapabilities(CaptureDevice::Capabilities());
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_EQ(device->torchMode(), CaptureDevice::TorchMode::On);
+    screen->navigationController()->pushViewController(new ViewController, false);
+    EXPECT_EQ(device->torchMode(), CaptureDevice::TorchMode::Off);
+}
+
+// --- Camera area and the status bar filler
+
+TEST_F(ScreenFace, CameraAreaIsFixedOnSmallScreensAndAShareOfTheViewOtherwise)
+{
+    const QList<std::tuple<const char *, bool, double>> cases = {
+        {"iPhone 4s", false, 230.0},
+        {"iPhone 4s", true, 230.0},
+        {"iPhone 8", false, 667 * 56.33 / 100},
+        {"iPhone 8", true, 667 * 56.33 / 100},
+        {"iPhone 11", false, 896 * 56.33 / 100},
+    };
+    for (const auto &[name, landscape, dim] : cases) {
+        SCOPED_TRACE(std::string(name) + (landscape ? " landscape" : ""));
+        ZQTVINCaptureVC *screen = manualScreen();
+        screen->setEnableLandscapeMode(landscape);
+        show(screen, phone(name, landscape));
+        EXPECT_DOUBLE_EQ(screen->cameraViewDim(), dim);
+        auto *camera = screen->findChild<QWidget *>("scanOverlayView");
+        auto *panel = screen->findChild<QWidget *>("controlPanel");
+        auto *button = screen->findChild<QPushButton *>("manuallyEnterVINBtn");
+        const QRect inWindow(button->mapTo(window.get(), QPoint(0, 0)), button->size());
+        EXPECT_TRUE(window->rect().contains(inWindow)) << "the manual-entry button is whole";
+        if (landscape) {
+            EXPECT_EQ(camera->geometry().right() + 1, panel->geometry().left()) << "the panel beside the camera";
+            EXPECT_EQ(panel->width(), qRound(screen->width() - dim));
+        } else {
+            EXPECT_EQ(camera->geometry().bottom() + 1, panel->geometry().top()) << "the panel below the camera";
+            EXPECT_EQ(panel->width(), screen->width());
+        }
+    }
+}
+
+TEST_F(ScreenFace, StatusBarFillerOnNotchedScreensGoesToTheScreenWithoutANavigationController)
+{
+    const QColor barColour = Constants::getGlobalColorForKey("VINScanNavigationBarColor");
+    const auto fillers = [&](QWidget *parent) {
+        int count = 0;
+        for (const QWidget *child : parent->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+            count += child->geometry() == QRect(0, 0, 500, 44) && backgroundColor(child) == barColour;
+        return count;
+    };
+    for (const bool notched : {true, false}) {
+        DeviceProfile::setCurrent(phone(notched ? "iPhone X" : "iPhone 11", true));
+        std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
+        screen->loadViewIfNeeded();
+        EXPECT_EQ(fillers(screen.get()), notched ? 1 : 0) << "812 points wide counts too";
+        screen->setNavigationBackgroundColor(barColour);
+        EXPECT_EQ(fillers(screen.get()), notched ? 2 : 0) << "one more each time";
+    }
+}
+
+// --- Connection orientation and size transitions
+
+TEST_F(ScreenFace, ConnectionOrientationFollowsTheInterfaceAndPortraitModeIgnoresResizes)
+{
+    ZQTVINCaptureVC *screen = show(plainScreen(), phone("iPhone X"));
+    Application *application = Application::sharedApplication();
+    for (int orientation = 0; orientation <= 5; ++orientation) {
+        application->setStatusBarOrientation(orientation);
+        EXPECT_EQ(screen->orientationForConnection(), orientation >= 2 && orientation <= 4 ? orientation : 1)
+            << orientation;
+    }
+
+    application->setStatusBarOrientation(InterfaceOrientation::LandscapeLeft);
+    const qsizetype before = initialisations();
+    window->resize(812, 375);
+    QTest::qWait(50);
+    EXPECT_EQ(initialisations(), before) << "portrait mode: a size change re-initialises nothing";
+    EXPECT_EQ(screen->prevLayer()->connection()->videoOrientation(), InterfaceOrientation::LandscapeLeft)
+        << "laying out gives the preview's connection the orientation";
+}
+
+TEST_F(ScreenFace, LandscapeModeReinitialisesAfterAResizeOnlyWhileTheDeviceIsInLandscape)
+{
+    ZQTVINCaptureVC *screen = manualScreen();
+    screen->setEnableLandscapeMode(true);
+    show(screen, phone("iPhone 8", true));
+    qsizetype before = initialisations();
+    DeviceProfile::setDeviceOrientation(5); // face up
+    window->resize(667, 360);
+    QTest::qWait(50);
+    EXPECT_EQ(initialisations(), before);
+
+    DeviceProfile::setDeviceOrientation(InterfaceOrientation::LandscapeLeft);
+    window->resize(667, 375);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return initialisations() == before + 1; }, 2000));
+    EXPECT_EQ(screen->findChild<QWidget *>("cameraImageView")->size(),
+              screen->findChild<QWidget *>("scanOverlayView")->size())
+        << "the camera area was laid out again";
+}
+
+// --- Renders
+
+TEST_F(ScreenFace, ScanningScreenRendersWholeOnPhonesInBothOrientations)
+{
+    ASSERT_NE(CaptureDevice::addStandIn(labelPhotoFrame()), nullptr);
+    for (const char *name : {"iPhone 4s", "iPhone 8", "iPhone X", "iPhone 11"}) {
+        for (const bool landscape : {false, true}) {
+            const DeviceProfile profile = phone(name, landscape);
+            SCOPED_TRACE(profile.name.toStdString() + (landscape ? " landscape" : ""));
+            ZQTVINCaptureVC *screen = manualScreen();
+            screen->setEnableLandscapeMode(landscape);
+            show(screen, profile);
+            QTest::qWait(250); // the first frames reach the preview
+            const QImage image = window->grab().toImage();
+            const QSize size = profile.mainScreenBounds.toSize();
+            ASSERT_EQ(image.size(), size);
+            EXPECT_EQ(delegate.calls, 0) << "still scanning when rendered";
+            const QString file = QString("screen_%1x%2%3.png")
+                                     .arg(qMin(size.width(), size.height()))
+                                     .arg(qMax(size.width(), size.height()))
+                                     .arg(landscape ? "_landscape" : "");
+            EXPECT_TRUE(image.save(artifactPath(file)));
+
+            // The camera area shows the picture: the paper of the label is light.
+            VideoPreviewLayer *layer = screen->prevLayer();
+            const QPoint centre = layer->mapTo(window.get(), layer->rect().center());
+            EXPECT_GT(image.pixelColor(centre).lightness(), 60) << file.toStdString();
+            // The bar's items and the flash label are whole and inside the bar.
+            auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
+            const QRect barRect(bar->mapTo(window.get(), QPoint(0, 0)), bar->size());
+            for (QWidget *item : bar->leftItems() + bar->rightItems())
+                EXPECT_TRUE(barRect.contains(QRect(item->mapTo(window.get(), QPoint(0, 0)), item->size())));
+            auto *label = screen->findChild<QLabel *>("flashLbl");
+            EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width());
+            EXPECT_TRUE(barRect.contains(QRect(label->mapTo(window.get(), QPoint(0, 0)), label->size())));
+        }
+    }
+}
+
+TEST_F(ScreenFace, FlashOnRendersTheLabelInTheBar)
+{
+    ASSERT_NE(CaptureDevice::addStandIn(labelPhotoFrame()), nullptr);
+    ZQTVINCaptureVC *screen = show(manualScreen(), phone("iPhone X"));
+    QTest::mouseClick(screen->findChild<QPushButton *>("flashButton"), Qt::LeftButton);
+    QTest::qWait(250);
+    auto *label = screen->findChild<QLabel *>("flashLbl");
+    EXPECT_EQ(label->text(), Constants::getConfigArrayForKey("TextFlashButtonArray").value(1).toString());
+    const QImage image = window->grab().toImage();
+    EXPECT_TRUE(image.save(artifactPath("screen_flash_on.png")));
+    const QRect text(label->mapTo(window.get(), QPoint(0, 0)), label->size());
+    int flashColoured = 0;
+    const QColor flashColour = Constants::getGlobalColorForKey("NavigationBarFlashIconTintColor");
+    for (int y = text.top(); y <= text.bottom(); ++y)
+        for (int x = text.left(); x <= text.right(); ++x)
+            flashColoured += qAbs(image.pixelColor(x, y).red() - flashColour.red()) < 20 &&
+                             qAbs(image.pixelColor(x, y).green() - flashColour.green()) < 20;
+    EXPECT_GT(flashColoured, 5) << "the label is drawn in the flash colour";
+}
