@@ -3,8 +3,11 @@
 #include "Utils/ZQTVINScanUtils.h"
 #include "platform/Dispatch.h"
 
+#include <QCoreApplication>
+#include <QDesktopServices>
 #include <QFileInfo>
 #include <QJsonObject>
+#include <QTextStream>
 
 namespace ZqtApps {
 
@@ -19,6 +22,27 @@ QJsonObject ScanResult::toJson() const
             {QStringLiteral("isVINScanned"), isVINScanned},
             {QStringLiteral("isVINValid"), isVINValid},
             {QStringLiteral("error"), errorValue}};
+}
+
+namespace {
+const QStringList requestSchemes = {QStringLiteral("tel"), QStringLiteral("mailto")};
+} // namespace
+
+UrlRequestPrinter::UrlRequestPrinter()
+{
+    for (const QString &scheme : requestSchemes)
+        QDesktopServices::setUrlHandler(scheme, this, "openUrl");
+}
+
+UrlRequestPrinter::~UrlRequestPrinter()
+{
+    for (const QString &scheme : requestSchemes)
+        QDesktopServices::unsetUrlHandler(scheme);
+}
+
+void UrlRequestPrinter::openUrl(const QUrl &url)
+{
+    QTextStream(stderr) << QCoreApplication::applicationName() << ": would open " << url.toEncoded() << "\n";
 }
 
 ScanHost::ScanHost(const ScanHostOptions &options) : m_options(options)

@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QUrl>
 #include <memory>
 #include <optional>
 
@@ -33,6 +34,21 @@ struct ScanHostOptions
     bool landscape = false;  // the screen's landscape mode
     bool modal = false;      // present the screen instead of pushing it
     std::optional<ZQTVINScanAdjuster> adjuster;
+};
+
+// Stands in for the phone and mail applications: while it lives, every "tel:" and "mailto:"
+// request (the adjuster panel's call and e-mail buttons) is printed on standard error.
+class UrlRequestPrinter : public QObject
+{
+    Q_OBJECT
+
+public:
+    UrlRequestPrinter();
+    ~UrlRequestPrinter() override;
+
+public Q_SLOTS:
+    // GUI thread, called by QDesktopServices::openUrl.
+    void openUrl(const QUrl &url);
 };
 
 class ScanHost : public QObject, public VinScannerVCDelegate

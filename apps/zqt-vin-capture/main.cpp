@@ -55,6 +55,11 @@ int main(int argc, char *argv[])
         {QStringLiteral("device"),
          QStringLiteral("The phone to imitate: %1, or a screen size in points (default iPhone X).").arg(phoneNames()),
          QStringLiteral("NAME|WxH")},
+        {QStringLiteral("adjuster-name"), QStringLiteral("The claim's adjuster, shown by the menu."), QStringLiteral("NAME")},
+        {QStringLiteral("adjuster-role"), QStringLiteral("The adjuster's role."), QStringLiteral("ROLE")},
+        {QStringLiteral("adjuster-phone"), QStringLiteral("The adjuster's phone number."), QStringLiteral("PHONE")},
+        {QStringLiteral("adjuster-email"), QStringLiteral("The adjuster's e-mail address."), QStringLiteral("ADDRESS")},
+        {QStringLiteral("claim-ref"), QStringLiteral("The customer's claim reference."), QStringLiteral("REF")},
     });
     parser.process(app);
     QTextStream err(stderr);
@@ -82,6 +87,20 @@ int main(int argc, char *argv[])
     options.manual = parser.isSet(QStringLiteral("manual"));
     options.landscape = parser.isSet(QStringLiteral("landscape"));
     options.modal = parser.isSet(QStringLiteral("modal"));
+    // Any adjuster detail gives the screen an adjuster (and the bar its menu).
+    if (parser.isSet(QStringLiteral("adjuster-name")) || parser.isSet(QStringLiteral("adjuster-role"))
+        || parser.isSet(QStringLiteral("adjuster-phone")) || parser.isSet(QStringLiteral("adjuster-email"))
+        || parser.isSet(QStringLiteral("claim-ref"))) {
+        ZQTVINScanAdjuster adjuster;
+        adjuster.setRecipientName(parser.value(QStringLiteral("adjuster-name")));
+        adjuster.setUserType(parser.value(QStringLiteral("adjuster-role")));
+        adjuster.setRecipientPhone(parser.value(QStringLiteral("adjuster-phone")));
+        adjuster.setRecipientEmailAddress(parser.value(QStringLiteral("adjuster-email")));
+        adjuster.setCustClmRefID(parser.value(QStringLiteral("claim-ref")));
+        options.adjuster = adjuster;
+    }
+    // No phone or mail application here: the panel's requests are printed.
+    ZqtApps::UrlRequestPrinter urlRequests;
     ZqtApps::ScanHost host(options);
     if (!host.screen()) {
         err << "zqt-vin-capture: the capture screen could not be made\n";
