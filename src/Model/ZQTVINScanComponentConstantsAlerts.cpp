@@ -62,11 +62,8 @@ void ZQTVINScanComponentConstants::showAlertViewWithTitle(const QString &title, 
 
 QString ZQTVINScanComponentConstants::getFormatedPhoneNumber(const QString &phone)
 {
-    QString digits;
-    for (const QChar c : phone) {
-        if (c.isDigit())
-            digits.append(c);
-    }
+    QString digits = phone;
+    digits.removeIf([](QChar c) { return !c.isDigit(); });
     const QStringView d(digits);
     switch (d.size()) {
     case 7:

@@ -58,14 +58,10 @@ QString trimmedOfSpacesAndTabs(const QString &text)
     return text.mid(begin, end - begin);
 }
 
-QString digitsOf(const QString &text)
+QString digitsOf(QString text)
 {
-    QString digits;
-    for (const QChar c : text) {
-        if (c.isDigit())
-            digits.append(c);
-    }
-    return digits;
+    text.removeIf([](QChar c) { return !c.isDigit(); });
+    return text;
 }
 
 // Top offset of the content: the status bar and the controller's navigation bar, as the
