@@ -1,12 +1,53 @@
-// The capture screen's help overlay: showing it on request and taking it down.
+// The capture screen's help overlay: the card that explains the VIN step, shown on request or by
+// itself after appearing, faded out by a tap, or taken down at once by a read or the manual prompt.
 #include "ViewControllers/ZQTVINCaptureVC.h"
 
+#include "Model/ZQTVINScanComponentConstants.h"
+#include "ViewControllers/ZQTVINCaptureOverlayVC.h"
+#include "ViewControllers/ZQTVINCaptureVC_p.h"
+#include "lib/Categories/View+ZQTExtend.h"
+#include "lib/StillCamera/StillCamera.h"
+#include "platform/ImageView.h"
 #include "platform/Log.h"
+#include "platform/Storyboard.h"
+#include "platform/TapGestureRecognizer.h"
+#include "platform/View.h"
+#include "platform/ViewAnimation.h"
 
 using namespace ZQTPlatform;
+using Constants = ZQTVINScanComponentConstants;
 
 namespace {
+
 constexpr uint helpOverlayEvent = 0;
+constexpr double showSeconds = 0.5;
+constexpr double closeSeconds = 0.2;
+// One pass over the help picture's frames.
+constexpr double animationSeconds = 5.0;
+constexpr qreal spareImageBorderWidth = 1.0;
+
+struct OverlayTexts
+{
+    QString header;
+    QString title;
+    QString description;
+};
+
+void styleLabel(QLabel *label, const QString &text, const char *colorKey, const char *fontKey)
+{
+    if (!label)
+        return;
+    label->setText(text);
+    Constants::configLabel(label, Constants::getGlobalColorForKey(QLatin1String(colorKey)),
+                           Constants::getConfigStringForKey(QLatin1String(fontKey)));
+}
+
+// A view that the screen keeps out of its view tree goes when the screen goes.
+void deleteWithScreen(QWidget *view, QObject *screen)
+{
+    QObject::connect(screen, &QObject::destroyed, view, &QObject::deleteLater);
+}
+
 } // namespace
 
 void ZQTVINCaptureVC::showOverlay()
@@ -15,10 +56,73 @@ void ZQTVINCaptureVC::showOverlay()
     showOverlayWithForce(true);
 }
 
+// The force flag is accepted for callers and changes nothing.
 void ZQTVINCaptureVC::showOverlayWithForce(bool)
 {
     logStep("showOverlayWithForce");
-    // The overlay card of the VIN step is built and faded in here with the overlay scenes.
+    if (d->overlayView2 && d->overlayView2->parentWidget())
+        return;
+
+    const std::shared_ptr<ZQTVINPhotoCaptureEntity> item = d->vinScanItem;
+    const OverlayTexts texts = item ? OverlayTexts{item->overlayHeader(), item->overlayTitle(), item->overlayDesc()}
+                                    : OverlayTexts{QStringLiteral("<header>"), QStringLiteral("<title>"),
+                                                   QStringLiteral("<description>")};
+    if (item)
+        item->setHasBeenDisplayed(true);
+
+    // A card taken down at once earlier is replaced.
+    delete d->overlayView2.data();
+    const Storyboard storyboard =
+        Storyboard::storyboardWithName(QStringLiteral("ZQTVINScanComponent"), Bundle::frameworkBundle());
+    ViewController *controller = storyboard.instantiateViewControllerWithIdentifier(
+        d->enableLandscapeMode ? QStringLiteral("ZQTVINCaptureOverlayVCLandscape")
+                               : QStringLiteral("ZQTVINCaptureOverlayVC"));
+    auto *overlay = qobject_cast<ZQTVINCaptureOverlayVC *>(controller);
+    if (!overlay) {
+        delete controller;
+        return;
+    }
+    d->overlayView2 = overlay;
+    deleteWithScreen(overlay, this);
+
+    auto *backdrop = new QWidget;
+    backdrop->setObjectName(QStringLiteral("overlayBackdrop"));
+    setBackgroundColor(backdrop, Constants::getGlobalColorForKey(QStringLiteral("HelpOverlayBackgroundColor")));
+    addSubview(overlay, backdrop);
+    backdrop->lower();
+    ZQTExtend::addConstraintToFillInSupperView(backdrop);
+
+    if (ImageView *imageView = overlay->imageView()) {
+        setBackgroundColor(imageView, Constants::getGlobalColorForKey(QStringLiteral("HelpOverlayImageBackgroundColor")));
+        const QList<Image> frames = item ? item->animationOverlayImages() : QList<Image>();
+        if (!frames.isEmpty()) {
+            imageView->setAnimationImages(frames);
+            imageView->setAnimationDuration(animationSeconds);
+            imageView->startAnimating();
+        }
+    }
+    styleLabel(overlay->headerLbl(), texts.header, "HelpOverlayVehiclePhotoLabelColor",
+               "HelpOverlayVehiclePhotoLabelFontType");
+    styleLabel(overlay->titleLbl(), texts.title, "HelpOverlayMidTitleLabelColor", "HelpOverlayMidTitleLabelFontType");
+    styleLabel(overlay->descrLbl(), texts.description, "HelpOverlayMidSubTitleLabelColor",
+               "HelpOverlayMidSubTitleLabelFontType");
+    styleLabel(overlay->lblTapAnyWhere(), Constants::getConfigStringForKey(QStringLiteral("HelpOverlayTextCloseLabel")),
+               "HelpOverlayTapAnywhereLabelColor", "HelpOverlayTapAnywhereLabelFontType");
+
+    auto *tap = new TapGestureRecognizer([this](TapGestureRecognizer *recognizer) { overlayViewTapped(recognizer); },
+                                         overlay);
+    tap->addToView(overlay);
+
+    setAlpha(overlay, 0.0);
+    addSubview(this, overlay);
+    animateAlpha(overlay, 1.0, showSeconds);
+    if (d->cameraImageView)
+        d->cameraImageView->hide();
+    if (d->camera) {
+        d->camera->stop();
+        d->camera->hide();
+    }
+    layoutIfNeeded(this);
 }
 
 void ZQTVINCaptureVC::handleHelpBtn()
@@ -28,8 +132,58 @@ void ZQTVINCaptureVC::handleHelpBtn()
     showOverlayWithForce(true);
 }
 
+void ZQTVINCaptureVC::overlayViewTapped(TapGestureRecognizer *)
+{
+    logStep("overlayViewTapped");
+    const QPointer<QWidget> card = d->overlayView2;
+    if (!card)
+        return;
+    if (d->cameraImageView)
+        d->cameraImageView->show();
+    if (d->camera) {
+        d->camera->show();
+        d->camera->start();
+    }
+    const QPointer<ZQTVINCaptureVC> self(this);
+    // GUI thread, at the end of the fade (or when a second tap cuts it short).
+    animateAlpha(card, 0.0, closeSeconds, [self, card](bool) {
+        if (card) {
+            removeFromSuperview(card);
+            card->deleteLater();
+        }
+        if (self && self->d->overlayView2 == card)
+            self->d->overlayView2 = nullptr;
+    });
+}
+
 void ZQTVINCaptureVC::dismissOverlayIfShown()
 {
     logStep("dismissOverlayIfShown");
-    // Removes the overlay card at once, without a fade, once cards can be shown.
+    // The card stays overlayView2 until the next one replaces it; showing tests the superview.
+    if (d->overlayView2 && d->overlayView2->parentWidget() == this)
+        removeFromSuperview(d->overlayView2);
+}
+
+bool ZQTVINCaptureVC::isOverlayValueBlank(const QString &value) const
+{
+    return value.toLower() == QLatin1String("blank");
+}
+
+ImageView *ZQTVINCaptureVC::overlayImageViewWithImage(const Image &image)
+{
+    if (d->overlayImageView) {
+        d->overlayImageView->setImage(image);
+        return d->overlayImageView;
+    }
+    auto *imageView = new ImageView(image);
+    imageView->setBorderColor(Qt::black);
+    imageView->setBorderWidth(spareImageBorderWidth);
+    deleteWithScreen(imageView, this);
+    d->overlayImageView = imageView;
+    return imageView;
+}
+
+QWidget *ZQTVINCaptureVC::overlayView2() const
+{
+    return d->overlayView2;
 }

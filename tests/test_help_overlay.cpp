@@ -1,0 +1,284 @@
+// The capture screen's help card: showing by itself after appearing, its configured content and
+// animated picture, the help button, closing by a tap, direct dismissal, the landscape scene,
+// placeholders without a VIN slot, and the card rendered in both orientations.
+#include "ZQTVINScanComponent.h"
+#include "ViewControllers/ZQTVINCaptureOverlayVC.h"
+#include "lib/StillCamera/StillCamera.h"
+#include "platform/CaptureDevice.h"
+#include "platform/CaptureSession.h"
+#include "platform/DeviceProfile.h"
+#include "platform/ImageView.h"
+#include "platform/NavigationController.h"
+#include "platform/NotificationCenter.h"
+#include "platform/View.h"
+#include "platform/ViewAnimation.h"
+#include "platform/Window.h"
+#include "support/LogCapture.h"
+#include "support/TemporaryMainBundle.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLayout>
+#include <QPushButton>
+#include <QTest>
+
+using namespace ZQTPlatform;
+using Constants = ZQTVINScanComponentConstants;
+
+namespace {
+
+QColor configured(const char *key)
+{
+    return Constants::getGlobalColorForKey(QLatin1String(key));
+}
+
+// A window of the device's size with a navigation controller at its root.
+struct Host
+{
+    explicit Host(const QSize &size) : size(size), navigation(new NavigationController)
+    {
+        DeviceProfile profile;
+        profile.mainScreenBounds = QSizeF(size);
+        profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
+        profile.statusBarHeight = 44.0;
+        DeviceProfile::setCurrent(profile);
+        window.resize(size);
+        window.setRootViewController(navigation);
+    }
+    QSize size;
+    Window window;
+    NavigationController *navigation;
+};
+
+class HelpOverlay : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        QImage scene(640, 480, QImage::Format_RGB32);
+        scene.fill(QColor(40, 160, 200));
+        ASSERT_TRUE(CaptureDevice::addStandIn(scene));
+    }
+    void TearDown() override { CaptureDevice::removeStandIns(); }
+
+    // Pushes a new screen and waits for the end of its start-up.
+    ZQTVINCaptureVC *push(Host &host, bool landscape = false)
+    {
+        ZQTVINCaptureVC *screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, "CLM-HELP");
+        screen->setEnableLandscapeMode(landscape);
+        const qsizetype starts = capture.steps().count("startBarCodeScanner");
+        host.navigation->pushViewController(screen, false);
+        host.window.makeKeyAndVisible();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return capture.steps().count("startBarCodeScanner") > starts; }, 3000));
+        started.start();
+        // The window grows to the scene's first minimum while showing; back to the device's size.
+        host.window.resize(host.size);
+        return screen;
+    }
+    // Waits for the card that shows by itself after appearing, faded in.
+    static ZQTVINCaptureOverlayVC *autoCard(ZQTVINCaptureVC *screen)
+    {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return screen->overlayView2() && alpha(screen->overlayView2()) == 1.0; }, 3000));
+        return qobject_cast<ZQTVINCaptureOverlayVC *>(screen->overlayView2());
+    }
+    static QWidget *cameraImageView(ZQTVINCaptureVC *screen) { return screen->findChild<QWidget *>("cameraImageView"); }
+    static void render(Host &host, const char *name)
+    {
+        QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
+        folder.mkpath(".");
+        EXPECT_TRUE(host.window.grab().save(folder.filePath(name)));
+    }
+
+    LogCapture capture;
+    QElapsedTimer started;
+};
+
+// Every text of the card fits its label, and every label lies inside the card.
+void expectNothingClipped(ZQTVINCaptureOverlayVC *card)
+{
+    for (QLabel *label : {card->headerLbl(), card->titleLbl(), card->descrLbl(), card->lblTapAnyWhere()}) {
+        SCOPED_TRACE(label->objectName().toStdString());
+        EXPECT_FALSE(label->text().isEmpty());
+        EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+        EXPECT_TRUE(card->rect().contains(QRect(label->mapTo(card, QPoint(0, 0)), label->size())));
+    }
+}
+
+} // namespace
+
+TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
+{
+    Host host(QSize(375, 812));
+    ZQTVINCaptureVC *screen = push(host);
+    EXPECT_EQ(screen->overlayView2(), nullptr) << "not before half a second";
+    ZQTVINCaptureOverlayVC *card = autoCard(screen);
+    ASSERT_NE(card, nullptr);
+    EXPECT_GE(started.elapsed(), 450);
+    EXPECT_TRUE(screen->vinScanItem()->hasBeenDisplayed());
+    EXPECT_EQ(card->parentWidget(), screen);
+    EXPECT_EQ(card->geometry(), screen->rect());
+    EXPECT_TRUE(cameraImageView(screen)->isHidden());
+
+    EXPECT_EQ(card->headerLbl()->text(), "VIN photo");
+    EXPECT_EQ(card->titleLbl()->text(), "Find the VIN barcode");
+    EXPECT_TRUE(card->descrLbl()->text().startsWith("Look for the barcode"));
+    EXPECT_EQ(card->lblTapAnyWhere()->text(), Constants::getConfigStringForKey("HelpOverlayTextCloseLabel"));
+    EXPECT_EQ(textColor(card->headerLbl()), configured("HelpOverlayVehiclePhotoLabelColor"));
+    EXPECT_EQ(textColor(card->descrLbl()), configured("HelpOverlayMidSubTitleLabelColor"));
+    EXPECT_EQ(card->titleLbl()->font().family(), "Liberation Sans");
+    EXPECT_EQ(backgroundColor(card->findChild<QWidget *>("overlayBackdrop")), configured("HelpOverlayBackgroundColor"));
+    EXPECT_EQ(card->findChild<QWidget *>("overlayBackdrop")->geometry(), card->rect());
+    expectNothingClipped(card);
+
+    ImageView *picture = card->imageView();
+    EXPECT_EQ(backgroundColor(picture), configured("HelpOverlayImageBackgroundColor"));
+    EXPECT_EQ(picture->animationImages().size(), 8) << "four frames forward and back";
+    EXPECT_EQ(picture->animationDuration(), 5.0);
+    ASSERT_TRUE(picture->isAnimating());
+    // Eight frames in five seconds: a new frame every 0.625 s.
+    const QImage first = picture->displayedImage().bitmap();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return picture->displayedImage().bitmap() != first; }, 900));
+    EXPECT_EQ(picture->displayedImage().bitmap(), picture->animationImages().at(1).bitmap());
+    render(host, "help_overlay_portrait.png");
+}
+
+TEST_F(HelpOverlay, HelpWhileUpPostsTheEventWithoutASecondCard)
+{
+    QList<QVariantMap> events;
+    NotificationCenter::defaultCenter().addObserver(this, "ANALYTICS_INFO",
+                                                    [&](const Notification &n) { events << n.object.toMap(); });
+    Host host(QSize(375, 812));
+    ZQTVINCaptureVC *screen = push(host);
+    QWidget *card = autoCard(screen);
+    auto *help = screen->findChild<QPushButton *>("helpButton");
+    ASSERT_NE(help, nullptr);
+    QTest::mouseClick(help, Qt::LeftButton);
+    NotificationCenter::defaultCenter().removeObserver(this);
+
+    ASSERT_EQ(events.size(), 1);
+    EXPECT_EQ(events[0].value("eventType"), "helpOverlay");
+    EXPECT_EQ(screen->overlayView2(), card);
+    EXPECT_EQ(screen->findChildren<ZQTVINCaptureOverlayVC *>().size(), 1);
+}
+
+TEST_F(HelpOverlay, TapFadesTheCardOutAndStartsTheCameraAgain)
+{
+    Host host(QSize(375, 812));
+    ZQTVINCaptureVC *screen = push(host);
+    screen->initCamera();
+    screen->camera()->start();
+    const QPointer<QWidget> card = autoCard(screen);
+    StillCamera *camera = screen->camera();
+    EXPECT_TRUE(camera->isHidden());
+    EXPECT_FALSE(camera->session()->isRunning());
+
+    QTest::mouseClick(card, Qt::LeftButton, {}, card->rect().center());
+    QTest::qWait(100);
+    EXPECT_EQ(card->parentWidget(), screen) << "still fading";
+    EXPECT_GT(alpha(card), 0.0);
+    EXPECT_LT(alpha(card), 1.0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !card; }, 1000)) << "gone after 0.2 s";
+    EXPECT_EQ(screen->overlayView2(), nullptr);
+    EXPECT_FALSE(cameraImageView(screen)->isHidden());
+    EXPECT_FALSE(camera->isHidden());
+    EXPECT_TRUE(camera->session()->isRunning());
+
+    // Help brings a new card.
+    QTest::mouseClick(screen->findChild<QPushButton *>("helpButton"), Qt::LeftButton);
+    EXPECT_NE(screen->overlayView2(), nullptr);
+}
+
+TEST_F(HelpOverlay, DismissTakesTheCardDownAtOnceAndLeavesTheCameraStopped)
+{
+    Host host(QSize(375, 812));
+    ZQTVINCaptureVC *screen = push(host);
+    screen->initCamera();
+    screen->camera()->start();
+    ASSERT_TRUE(screen->camera()->session()->isRunning());
+    QWidget *card = autoCard(screen);
+    ASSERT_FALSE(screen->camera()->session()->isRunning()) << "paused by the card";
+
+    screen->dismissOverlayIfShown();
+    EXPECT_EQ(card->parentWidget(), nullptr);
+    EXPECT_EQ(screen->overlayView2(), card) << "kept until the next card";
+    EXPECT_FALSE(screen->camera()->session()->isRunning());
+    EXPECT_TRUE(screen->camera()->isHidden());
+    EXPECT_TRUE(cameraImageView(screen)->isHidden());
+
+    screen->showOverlay();
+    EXPECT_NE(screen->overlayView2(), nullptr);
+    EXPECT_EQ(screen->overlayView2()->parentWidget(), screen);
+}
+
+TEST_F(HelpOverlay, LandscapeSceneSetsPictureAndTextsSideBySide)
+{
+    Host host(QSize(812, 375));
+    ZQTVINCaptureVC *screen = push(host, true);
+    ZQTVINCaptureOverlayVC *card = autoCard(screen);
+    ASSERT_NE(card, nullptr);
+    EXPECT_NE(card->findChild<QLayout *>("textLayout"), nullptr);
+    EXPECT_LT(card->imageView()->geometry().right(), card->titleLbl()->geometry().left());
+    expectNothingClipped(card);
+    render(host, "help_overlay_landscape.png");
+}
+
+TEST_F(HelpOverlay, SmallPhoneShowsEveryTextWhole)
+{
+    Host host(QSize(320, 480));
+    ZQTVINCaptureOverlayVC *card = autoCard(push(host));
+    ASSERT_NE(card, nullptr);
+    expectNothingClipped(card);
+    EXPECT_GT(card->imageView()->height(), 80);
+}
+
+TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
+{
+    const QByteArray page = "<key>HelpOverlayDetailsDictionary</key><dict><key>overlays</key><array><dict>"
+                            "<key>imageName</key><string>still</string><key>header</key><string>%1</string>"
+                            "<key>title</key><string>T</string><key>descr</key><string>D</string>"
+                            "<key>autoDisplayFirstTime</key><false/></dict></array></dict>";
+    for (const bool withHeader : {false, true}) {
+        SCOPED_TRACE(withHeader ? "a slot without frames" : "no slot");
+        TemporaryMainBundle settings;
+        settings.writeSettings(QByteArray(page).replace("%1", withHeader ? "H" : ""));
+        Host host(QSize(375, 812));
+        ZQTVINCaptureVC *screen = push(host);
+        ASSERT_EQ(screen->vinScanItem() != nullptr, withHeader);
+        QTest::qWait(700);
+        EXPECT_EQ(screen->overlayView2(), nullptr) << "no automatic display";
+
+        screen->showOverlay();
+        auto *card = qobject_cast<ZQTVINCaptureOverlayVC *>(screen->overlayView2());
+        ASSERT_NE(card, nullptr);
+        EXPECT_EQ(card->headerLbl()->text(), withHeader ? "H" : "<header>");
+        EXPECT_EQ(card->titleLbl()->text(), withHeader ? "T" : "<title>");
+        EXPECT_EQ(card->descrLbl()->text(), withHeader ? "D" : "<description>");
+        EXPECT_FALSE(card->imageView()->isAnimating());
+        EXPECT_TRUE(card->imageView()->displayedImage().isNull()) << "not even the still picture";
+    }
+}
+
+TEST_F(HelpOverlay, BlankWordAndSpareImageView)
+{
+    std::unique_ptr<ZQTVINCaptureVC> screen(ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, "C"));
+    for (const char *blank : {"blank", "BLANK", "Blank"})
+        EXPECT_TRUE(screen->isOverlayValueBlank(blank)) << blank;
+    for (const char *other : {"blank ", "", "blanks"})
+        EXPECT_FALSE(screen->isOverlayValueBlank(other)) << other;
+
+    QImage red(4, 2, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QImage blue = red;
+    blue.fill(Qt::blue);
+    ImageView *spare = screen->overlayImageViewWithImage(Image(red));
+    ASSERT_NE(spare, nullptr);
+    EXPECT_EQ(spare->borderWidth(), 1.0);
+    EXPECT_EQ(spare->borderColor(), QColor(Qt::black));
+    EXPECT_EQ(spare->size(), QSize(4, 2));
+    EXPECT_EQ(screen->overlayImageViewWithImage(Image(blue)), spare) << "made once";
+    EXPECT_EQ(spare->image().bitmap(), blue);
+}
