@@ -233,6 +233,7 @@ TEST_F(HelpOverlay, SmallPhoneShowsEveryTextWhole)
     ASSERT_NE(card, nullptr);
     expectNothingClipped(card);
     EXPECT_GT(card->imageView()->height(), 80);
+    render(host, "help_overlay_320x480.png");
 }
 
 TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)

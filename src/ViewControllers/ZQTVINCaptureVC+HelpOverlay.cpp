@@ -109,6 +109,7 @@ void ZQTVINCaptureVC::showOverlayWithForce(bool)
     styleLabel(overlay->lblTapAnyWhere(), Constants::getConfigStringForKey(QStringLiteral("HelpOverlayTextCloseLabel")),
                "HelpOverlayTapAnywhereLabelColor", "HelpOverlayTapAnywhereLabelFontType");
 
+    // GUI thread, once per tap on the card.
     auto *tap = new TapGestureRecognizer([this](TapGestureRecognizer *recognizer) { overlayViewTapped(recognizer); },
                                          overlay);
     tap->addToView(overlay);
