@@ -197,6 +197,7 @@ void ZQTVINCaptureVC::configNavButtons()
     flashLbl->move(flashButton->width(), (flashButton->height() - flashLbl->height()) / 2);
     d->flashLbl = flashLbl;
 
+    // The items' actions run on the GUI thread, where the bar's buttons emit clicked().
     QList<QWidget *> left;
     if (d->hasBackButton) {
         auto *back = plainItem(QStringLiteral("backButton"), QStringLiteral("nav_btn_back"), iconColor);

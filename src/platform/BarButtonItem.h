@@ -1,7 +1,7 @@
 // A plain item of a navigation bar: a button that shows an image as a template, every pixel it
 // covers drawn in the item's tint colour, and that glows while pressed. Its action is the
-// clicked() signal (touch up inside). Items with a custom view are that view itself, handed to
-// NavigationBar as it is.
+// clicked() signal (touch up inside), emitted on the GUI thread. Items with a custom view are
+// that view itself, handed to NavigationBar as it is. GUI thread only, like every widget.
 #pragma once
 
 #include "ZQTGlobal.h"
