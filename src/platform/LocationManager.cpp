@@ -53,6 +53,7 @@ public:
     // Runs one delegate call; a dispose() during it deletes the manager only after it returns.
     template <typename Call>
     void deliver(Call call);
+    void fail(ErrorCode code);
     // Reports the error on a later turn of the GUI thread's event loop.
     void failLater(ErrorCode code);
 
@@ -60,7 +61,6 @@ public:
     LocationManagerDelegate *delegate = nullptr;
     QGeoPositionInfoSource *source = nullptr;
     QGeoPositionInfo latest;
-    QGeoPositionInfo lastReported;
     double distanceFilter = kCLDistanceFilterNone;
     double desiredAccuracy = kCLLocationAccuracyBest;
     bool updating = false;
@@ -87,10 +87,6 @@ QGeoPositionInfoSource *LocationManager::Private::makeSource()
 void LocationManager::Private::positionUpdated(const QGeoPositionInfo &info)
 {
     latest = info;
-    if (distanceFilter > 0 && lastReported.isValid()
-        && lastReported.coordinate().distanceTo(info.coordinate()) < distanceFilter)
-        return;
-    lastReported = info;
     deliver([this, info](LocationManagerDelegate *to) { to->locationManager(q, QList<QGeoPositionInfo>{info}); });
 }
 
@@ -106,11 +102,14 @@ void LocationManager::Private::deliver(Call call)
         q->deleteLater();
 }
 
+void LocationManager::Private::fail(ErrorCode code)
+{
+    deliver([this, code](LocationManagerDelegate *to) { to->locationManager(q, locationError(code)); });
+}
+
 void LocationManager::Private::failLater(ErrorCode code)
 {
-    QMetaObject::invokeMethod(
-        q, [this, code] { deliver([this, code](LocationManagerDelegate *to) { to->locationManager(q, locationError(code)); }); },
-        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(q, [this, code] { fail(code); }, Qt::QueuedConnection);
 }
 
 LocationManager::LocationManager() : QObject(QCoreApplication::instance()), d(std::make_unique<Private>(this))
@@ -187,9 +186,8 @@ void LocationManager::startUpdatingLocation()
         connect(
             d->source, &QGeoPositionInfoSource::errorOccurred, this,
             [this](QGeoPositionInfoSource::Error error) {
-                const ErrorCode code = error == QGeoPositionInfoSource::AccessError ? kCLErrorDenied : kCLErrorLocationUnknown;
                 if (d->updating)
-                    d->deliver([this, code](LocationManagerDelegate *to) { to->locationManager(this, locationError(code)); });
+                    d->fail(error == QGeoPositionInfoSource::AccessError ? kCLErrorDenied : kCLErrorLocationUnknown);
             },
             Qt::QueuedConnection);
     }

@@ -54,8 +54,8 @@ public:
     LocationManagerDelegate *delegate() const;
     void setDelegate(LocationManagerDelegate *delegate);
 
-    // Metres a position must lie from the last one reported to be reported; kCLDistanceFilterNone
-    // (the default) reports every position.
+    // The distance filter asked for, in metres. Qt's sources report every fix, which is what
+    // kCLDistanceFilterNone (the default and the only value the component sets) asks for.
     double distanceFilter() const;
     void setDistanceFilter(double meters);
     // The accuracy asked for, in metres (default kCLLocationAccuracyBest). Below a hundred metres
@@ -70,8 +70,7 @@ public:
     void stopUpdatingLocation();
     bool isUpdatingLocation() const;
 
-    // The most recent position the source gave, also one not reported because of the distance
-    // filter; an invalid QGeoPositionInfo before the first.
+    // The most recent position the source gave; an invalid QGeoPositionInfo before the first.
     QGeoPositionInfo location() const;
 
     // Stops, forgets the delegate and deletes the manager: at once, or after the delegate call in
