@@ -9,6 +9,7 @@
 #include "lib/StillCamera/StillCamera.h"
 #include "platform/Dispatch.h"
 #include "platform/Font.h"
+#include "platform/Label.h"
 #include "platform/Log.h"
 #include "platform/View.h"
 
@@ -130,7 +131,7 @@ void ZQTVINCaptureVC::startBarCodeScanner()
     setBackgroundColor(overlay, QColor());
 
     delete d->scanResultLbl.data();
-    auto *label = new QLabel;
+    auto *label = new Label;
     label->setObjectName(QStringLiteral("scanResultLbl"));
     // One rule in both orientations: just below the top of the overlay picture.
     label->setGeometry(0, overlay->geometry().top() + scanLabelOffset, overlay->width(), scanLabelHeight);
