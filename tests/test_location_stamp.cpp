@@ -120,19 +120,24 @@ TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
     const QDateTime noonUtc(QDate(2024, 7, 1), QTime(12, 0, 0), Qt::UTC);
     EXPECT_EQ(Stamp::stampText(noonUtc, pacific, 0.1f, 0.0f), "Jul 01, 2024  05:00:00 PDT\nLat: 0.1000000015  Long: 0");
     // Numbers and month names do not follow the application's locale.
+    const QLocale savedLocale;
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     EXPECT_EQ(Stamp::stampText(noonUtc, QTimeZone("Asia/Kolkata"), -33.5f, 151.25f),
               "Jul 01, 2024  17:30:00 IST\nLat: -33.5  Long: 151.25");
-    QLocale::setDefault(QLocale::c());
+    QLocale::setDefault(savedLocale);
 
     // The public form takes now and the default time zone.
+    const bool hadTz = qEnvironmentVariableIsSet("TZ");
     const QByteArray savedTz = qgetenv("TZ");
     qputenv("TZ", "Asia/Kolkata");
     tzset();
     const QDateTime before = QDateTime::currentDateTimeUtc();
     const QString text = Constants::getTextOverlayWithLatitude(37.33233141f, -122.0312186f);
     const QDateTime after = QDateTime::currentDateTimeUtc();
-    qputenv("TZ", savedTz);
+    if (hadTz)
+        qputenv("TZ", savedTz);
+    else
+        qunsetenv("TZ");
     tzset();
     const QTimeZone kolkata("Asia/Kolkata");
     EXPECT_TRUE(text == Stamp::stampText(before, kolkata, 37.33233141f, -122.0312186f)
