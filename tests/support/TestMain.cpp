@@ -1,5 +1,8 @@
 // Test entry point: every test process gets a throwaway HOME and standard folders before the
-// application object exists, and runs on the offscreen platform.
+// application object exists, and runs on the offscreen platform. Tests that share one process
+// start from the same state as a test alone in its process.
+#include "platform/DeviceProfile.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -7,6 +10,20 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+
+namespace {
+
+// After each test: no claim photos on disk and the real screen as the device profile again.
+class FreshStateAfterEachTest : public ::testing::EmptyTestEventListener
+{
+    void OnTestEnd(const ::testing::TestInfo &) override
+    {
+        ZQTPlatform::DeviceProfile::resetToScreen();
+        QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + "/ZQTPhotos").removeRecursively();
+    }
+};
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -27,5 +44,6 @@ int main(int argc, char **argv)
 
     ::testing::InitGoogleTest(&argc, argv);
     QApplication app(argc, argv);
+    ::testing::UnitTest::GetInstance()->listeners().Append(new FreshStateAfterEachTest);
     return RUN_ALL_TESTS();
 }
