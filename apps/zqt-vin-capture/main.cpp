@@ -60,6 +60,9 @@ int main(int argc, char *argv[])
         {QStringLiteral("adjuster-phone"), QStringLiteral("The adjuster's phone number."), QStringLiteral("PHONE")},
         {QStringLiteral("adjuster-email"), QStringLiteral("The adjuster's e-mail address."), QStringLiteral("ADDRESS")},
         {QStringLiteral("claim-ref"), QStringLiteral("The customer's claim reference."), QStringLiteral("REF")},
+        {QStringLiteral("screenshot"),
+         QStringLiteral("Save the window as a PNG picture after two seconds and quit (status 0)."),
+         QStringLiteral("FILE")},
     });
     parser.process(app);
     QTextStream err(stderr);
@@ -124,6 +127,19 @@ int main(int argc, char *argv[])
         QTimer::singleShot(timeout * 1000, &app, [&] {
             err << "zqt-vin-capture: nothing reported in " << timeout << " s\n";
             QApplication::exit(NoResult);
+        });
+    }
+
+    const QString screenshot = parser.value(QStringLiteral("screenshot"));
+    if (!screenshot.isEmpty()) {
+        QTimer::singleShot(2000, &app, [&] {
+            if (!host.window().grab().save(screenshot, "PNG")) {
+                err << "zqt-vin-capture: cannot write " << screenshot << "\n";
+                QApplication::exit(UsageError);
+                return;
+            }
+            err << "zqt-vin-capture: window saved to " << screenshot << "\n";
+            QApplication::exit(ResultReported);
         });
     }
 
