@@ -47,7 +47,8 @@ int main(int argc, char *argv[])
         {QStringLiteral("source"), QStringLiteral("A video or picture file standing in for the camera."),
          QStringLiteral("FILE")},
         {QStringLiteral("exit-on-result"), QStringLiteral("Quit after the first delegate call (status 0).")},
-        {QStringLiteral("timeout"), QStringLiteral("Quit with status 1 when nothing was reported after SECONDS."),
+        {QStringLiteral("timeout"),
+         QStringLiteral("Quit after SECONDS: status 0 when something was reported, else 1."),
          QStringLiteral("SECONDS")},
         {QStringLiteral("manual"), QStringLiteral("Open with the manual VIN prompt.")},
         {QStringLiteral("landscape"), QStringLiteral("The screen's landscape mode.")},
@@ -112,7 +113,9 @@ int main(int argc, char *argv[])
 
     const bool exitOnResult = parser.isSet(QStringLiteral("exit-on-result"));
     QTextStream out(stdout);
+    bool reported = false;
     QObject::connect(&host, &ZqtApps::ScanHost::scanned, &app, [&](const ZqtApps::ScanResult &result) {
+        reported = true;
         out << QJsonDocument(result.toJson()).toJson(QJsonDocument::Compact) << "\n";
         out.flush();
         const QString photo = host.vinPhotoPath();
@@ -125,6 +128,10 @@ int main(int argc, char *argv[])
     const int timeout = parser.value(QStringLiteral("timeout")).toInt();
     if (timeout > 0) {
         QTimer::singleShot(timeout * 1000, &app, [&] {
+            if (reported) {
+                QApplication::exit(ResultReported);
+                return;
+            }
             err << "zqt-vin-capture: nothing reported in " << timeout << " s\n";
             QApplication::exit(NoResult);
         });
