@@ -54,15 +54,7 @@ Image ZQTVINScanComponentConstants::getGlobalImageWithName(const QString &name, 
 
 Image ZQTVINScanComponentConstants::getGlobalImageFrom(const Image &image, const QColor &withColor)
 {
-    ImageContext context(image.size(), false, image.scale());
-    if (!context.isValid())
-        return Image();
-    // Drawn as a template: only the image's alpha counts, the colour fills what it covers.
-    const QRectF rect(QPointF(0.0, 0.0), image.size());
-    context.drawImage(image, rect);
-    context.painter().setCompositionMode(QPainter::CompositionMode_SourceIn);
-    context.painter().fillRect(rect, withColor);
-    return context.takeImage();
+    return templateImage(image, withColor);
 }
 
 void ZQTVINScanComponentConstants::configButton(QPushButton *button, const QColor &defaultColor,

@@ -1,5 +1,7 @@
 #include "platform/BarButtonItem.h"
 
+#include "platform/ImageContext.h"
+
 #include <QPainter>
 #include <QRadialGradient>
 #include <QtMath>
@@ -59,19 +61,12 @@ QSize BarButtonItem::sizeHint() const
 
 void BarButtonItem::renderIcon()
 {
-    if (m_image.isNull()) {
+    const Image icon = m_tintColor.isValid() ? templateImage(m_image, m_tintColor) : m_image;
+    if (icon.isNull()) {
         m_icon = QPixmap();
     } else {
-        QImage icon = m_image.bitmap().transformed(m_image.uprightTransform())
-                          .convertToFormat(QImage::Format_ARGB32_Premultiplied);
-        if (m_tintColor.isValid()) {
-            // A template: only the image's alpha counts, the tint fills what it covers.
-            QPainter painter(&icon);
-            painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-            painter.fillRect(icon.rect(), m_tintColor);
-        }
-        m_icon = QPixmap::fromImage(icon);
-        m_icon.setDevicePixelRatio(m_image.scale());
+        m_icon = QPixmap::fromImage(icon.bitmap().transformed(icon.uprightTransform()));
+        m_icon.setDevicePixelRatio(icon.scale());
     }
     update();
 }

@@ -103,4 +103,16 @@ Image ImageContext::takeImage()
     return Image(m_bitmap, m_scale);
 }
 
+Image templateImage(const Image &image, const QColor &color)
+{
+    ImageContext context(image.size(), false, image.scale());
+    if (!context.isValid())
+        return Image();
+    const QRectF rect(QPointF(0.0, 0.0), image.size());
+    context.drawImage(image, rect);
+    context.painter().setCompositionMode(QPainter::CompositionMode_SourceIn);
+    context.painter().fillRect(rect, color);
+    return context.takeImage();
+}
+
 } // namespace ZQTPlatform

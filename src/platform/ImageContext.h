@@ -5,6 +5,7 @@
 #include "ZQTGlobal.h"
 #include "platform/Image.h"
 
+#include <QColor>
 #include <QImage>
 #include <QPainter>
 #include <QRectF>
@@ -53,5 +54,9 @@ private:
     QPainter m_painter;
     qreal m_scale = 1.0;
 };
+
+// The image drawn as a template: only its alpha counts, the colour fills what it covers. Upright,
+// at the image's scale; null for a null image.
+ZQT_EXPORT Image templateImage(const Image &image, const QColor &color);
 
 } // namespace ZQTPlatform
