@@ -4,7 +4,6 @@
 #include "platform/ImageView.h"
 #include "platform/Storyboard.h"
 
-#include <QEvent>
 #include <QLabel>
 
 using namespace ZQTPlatform;
@@ -56,30 +55,4 @@ bool ZQTVINCaptureOverlayVC::prefersStatusBarHidden() const
 int ZQTVINCaptureOverlayVC::preferredStatusBarStyle() const
 {
     return StatusBarStyle::LightContent;
-}
-
-bool ZQTVINCaptureOverlayVC::event(QEvent *event)
-{
-    if (event->type() == QEvent::ParentChange)
-        followSuperview();
-    return ViewController::event(event);
-}
-
-bool ZQTVINCaptureOverlayVC::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == m_superview && event->type() == QEvent::Resize)
-        setGeometry(m_superview->rect());
-    return ViewController::eventFilter(watched, event);
-}
-
-// The stand-in for the flexible width and height of a scene's root view.
-void ZQTVINCaptureOverlayVC::followSuperview()
-{
-    if (m_superview)
-        m_superview->removeEventFilter(this);
-    m_superview = parentWidget();
-    if (!m_superview)
-        return;
-    m_superview->installEventFilter(this);
-    setGeometry(m_superview->rect());
 }

@@ -39,18 +39,10 @@ public:
     bool prefersStatusBarHidden() const override;     // true
     int preferredStatusBarStyle() const override;     // light content
 
-protected:
-    // GUI thread: a new superview, and the superview's resizes, which the card follows.
-    bool event(QEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
-    void followSuperview();
-
     QPointer<QLabel> m_headerLbl;
     QPointer<ZQTPlatform::ImageView> m_imageView;
     QPointer<QLabel> m_titleLbl;
     QPointer<QLabel> m_descrLbl;
     QPointer<QLabel> m_lblTapAnyWhere;
-    QPointer<QWidget> m_superview;
 };

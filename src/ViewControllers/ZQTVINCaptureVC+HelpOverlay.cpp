@@ -116,6 +116,7 @@ void ZQTVINCaptureVC::showOverlayWithForce(bool)
 
     setAlpha(overlay, 0.0);
     addSubview(this, overlay);
+    ZQTExtend::addConstraintToFillInSupperView(overlay);
     animateAlpha(overlay, 1.0, showSeconds);
     if (d->cameraImageView)
         d->cameraImageView->hide();

@@ -27,6 +27,11 @@ LayoutConstraint::LayoutConstraint(QWidget *firstItem, Attribute firstAttribute,
     : m_firstItem(firstItem), m_firstAttribute(firstAttribute), m_relation(relation), m_secondItem(secondItem),
       m_secondAttribute(secondAttribute), m_multiplier(multiplier), m_constant(constant)
 {
+    // A constraint goes with either view it relates.
+    for (QWidget *item : {firstItem, secondItem}) {
+        if (item)
+            connect(item, &QObject::destroyed, this, &QObject::deleteLater);
+    }
 }
 
 QWidget *LayoutConstraint::firstItem() const

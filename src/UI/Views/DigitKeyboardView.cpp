@@ -118,10 +118,6 @@ void DigitKeyboardView::setDigitButtons()
     m_buttons.clear();
     if (!m_keybuttonContainView)
         return;
-    for (LayoutConstraint *constraint : constraints(m_keybuttonContainView)) {
-        if (!constraint->firstItem())
-            delete constraint; // it placed a key of the previous build
-    }
     const qreal width = keyWidth();
     for (int digit = 0; digit < digitCount; ++digit) {
         QPushButton *key = makeKey(digit, m_keybuttonContainView);
