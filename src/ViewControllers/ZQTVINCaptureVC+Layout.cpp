@@ -207,16 +207,16 @@ void ZQTVINCaptureVC::configNavButtons()
     left << flashItem;
     d->interNavigationBar->setLeftItems(left);
 
+    QList<QWidget *> right;
+    if (d->adjusterInfo) {
+        auto *menu = plainItem(QStringLiteral("menuButton"), QStringLiteral("hamburgerIcon"), iconColor);
+        connect(menu, &QPushButton::clicked, this, &ZQTVINCaptureVC::showAdjusterInfo);
+        right << menu;
+    }
     auto *help = plainItem(QStringLiteral("helpButton"), QStringLiteral("nav_btn_help"), iconColor);
     connect(help, &QPushButton::clicked, this, &ZQTVINCaptureVC::handleHelpBtn);
-    auto *menu = plainItem(QStringLiteral("menuButton"), QStringLiteral("hamburgerIcon"), iconColor);
-    connect(menu, &QPushButton::clicked, this, &ZQTVINCaptureVC::showAdjusterInfo);
-    if (d->adjusterInfo) {
-        d->interNavigationBar->setRightItems({menu, help});
-    } else {
-        delete menu;
-        d->interNavigationBar->setRightItems({help});
-    }
+    right << help;
+    d->interNavigationBar->setRightItems(right);
 }
 
 void ZQTVINCaptureVC::updateViewTitleWithTitle(const QString &title)

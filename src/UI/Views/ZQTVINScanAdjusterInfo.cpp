@@ -238,9 +238,6 @@ void ZQTVINScanAdjusterInfo::sendEmail()
         query = before + QStringLiteral("cc=") + percentEncodedForURLHost(copyAddress);
     }
 
-    // The address goes in as it is shown, not encoded.
-    const QString request = QStringLiteral("mailto:") + m_labelEmail->text()
-        + (query.isEmpty() ? QString() : QLatin1Char('?') + query);
-    if (canOpenURL(request))
-        openURL(request);
+    // The address goes in as it is shown, not encoded; a request that cannot be opened is dropped.
+    openURL(QStringLiteral("mailto:") + m_labelEmail->text() + (query.isEmpty() ? QString() : QLatin1Char('?') + query));
 }
