@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QMenu>
 
+#include <optional>
+
 namespace ZQTPlatform {
 
 namespace {
@@ -125,28 +127,27 @@ void TextField::finishUserEdit(const QString &before)
 
 void TextField::keyPressEvent(QKeyEvent *event)
 {
-    const QString before = text();
     if (isReadOnly()) {
         QLineEdit::keyPressEvent(event);
         return;
     }
-    if (event->matches(QKeySequence::Paste) || isTyping(event)) {
-        const QString inserted = event->matches(QKeySequence::Paste) ? clipboardText() : event->text();
-        if (!mayReplaceSelectionWith(inserted)) {
-            event->accept();
-            return;
-        }
-        QLineEdit::keyPressEvent(event);
-    } else if (event->matches(QKeySequence::Cut) && hasSelectedText()) {
-        if (!mayReplaceSelectionWith(QString())) {
-            event->accept();
-            return;
-        }
-        QLineEdit::keyPressEvent(event);
-    } else {
-        // Backspace, delete, word and line deletions, undo and redo; moves and copies change nothing.
-        runCheckedAfterwards([this, event] { QLineEdit::keyPressEvent(event); });
+    const QString before = text();
+    // Typing, pasting and cutting replace the selection with a text known before the edit.
+    std::optional<QString> replacement;
+    if (event->matches(QKeySequence::Paste))
+        replacement = clipboardText();
+    else if (isTyping(event))
+        replacement = event->text();
+    else if (event->matches(QKeySequence::Cut) && hasSelectedText())
+        replacement = QString();
+    if (replacement && !mayReplaceSelectionWith(*replacement)) {
+        event->accept();
+        return;
     }
+    if (replacement)
+        QLineEdit::keyPressEvent(event);
+    else // backspace, delete, word and line deletions, undo and redo; moves and copies change nothing
+        runCheckedAfterwards([this, event] { QLineEdit::keyPressEvent(event); });
     finishUserEdit(before);
 }
 
