@@ -14,7 +14,6 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
