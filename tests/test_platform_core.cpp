@@ -22,8 +22,6 @@
 
 using namespace ZQTPlatform;
 
-// --- notification centre ----------------------------------------------------------------------
-
 TEST(NotificationCenterPosting, MatchingObserversAreCalledInOrderWithThePayloadUntilRemoved)
 {
     NotificationCenter center;
@@ -93,8 +91,6 @@ TEST(NotificationCenterPosting, ManyThreadsObserveAndPostAtOnce)
     EXPECT_EQ(wildcardCalls.load(), kThreads * kPosts);
 }
 
-// --- main and global queues ---------------------------------------------------------------------
-
 TEST(DispatchQueues, MainAsyncAndMainAfterRunOnALaterTurnInOrder)
 {
     QElapsedTimer clock;
@@ -132,10 +128,8 @@ TEST(DispatchQueues, OnMainRunsAtOnceOnTheGuiThreadAndIsQueuedFromAWorker)
     EXPECT_FALSE(ranBeforeWorkerReturned);
     EXPECT_TRUE(QTest::qWaitFor([&] { return ran.load(); }, 2000));
     EXPECT_EQ(ranOn, QCoreApplication::instance()->thread());
-}
 
-TEST(DispatchQueues, GlobalWorkRunsOffTheGuiThreadAndCanScheduleDelayedMainWork)
-{
+    // Global work runs off the GUI thread and may schedule delayed work back onto it.
     std::atomic<bool> offMain{false}, delayedRanOnMain{false};
     Dispatch::globalAsync([&] {
         offMain = !Dispatch::isMainThread();
@@ -145,20 +139,15 @@ TEST(DispatchQueues, GlobalWorkRunsOffTheGuiThreadAndCanScheduleDelayedMainWork)
     EXPECT_TRUE(offMain);
 }
 
-// --- device profile -------------------------------------------------------------------------------
-
 TEST(DeviceProfileTest, SystemVersionReadsAsAFloat)
 {
     DeviceProfile profile;
-    const QList<std::pair<QString, float>> cases = {
-        {"8.0", 8.0f}, {"16.4.1", 16.4f}, {" 12", 12.0f}, {"7.1beta", 7.1f}, {"", 0.0f}, {"abc", 0.0f}};
-    for (const auto &[text, value] : cases) {
+    for (const auto &[text, value] : {std::pair<QString, float>{"8.0", 8.0f}, {"16.4.1", 16.4f}, {" 12", 12.0f},
+                                      {"7.1beta", 7.1f}, {"", 0.0f}, {"abc", 0.0f}}) {
         profile.systemVersion = text;
         EXPECT_FLOAT_EQ(profile.systemVersionValue(), value) << text.toStdString();
     }
 }
-
-// --- bundles ----------------------------------------------------------------------------------------
 
 // The framework bundle and folder lookups are exercised by the configuration and image tests.
 TEST(Bundles, ResourceNamesMayCarryTheirExtensionAndAreNotSearchedForInSubFolders)
@@ -174,8 +163,6 @@ TEST(Bundles, ResourceNamesMayCarryTheirExtensionAndAreNotSearchedForInSubFolder
     EXPECT_TRUE(Bundle::bundleWithPath(flash).isNull()) << "a file is no bundle";
     EXPECT_TRUE(Bundle().pathForResource("ZQTMedia", "bundle").isEmpty());
 }
-
-// --- fonts by exact name ----------------------------------------------------------------------------
 
 // Fonts by PostScript name are exercised by the configuration and label tests.
 TEST(FontsByName, FullNamesFindTheFaceAtWholePixelSizesAndNearMissesFindNothing)
