@@ -3,7 +3,6 @@
 #include "ZQTVINScanComponent.h"
 #include "platform/Dispatch.h"
 #include "platform/Exception.h"
-#include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
@@ -76,8 +75,6 @@ Image frameworkImage(const char *name)
 
 } // namespace
 
-// --- Slot records
-
 TEST(PhotoCatalogue, ValidSlotNeedsOverlayPictureHeaderThumbnailAndTitle)
 {
     const Image picture(QImage(4, 4, QImage::Format_RGB32));
@@ -129,8 +126,6 @@ TEST(PhotoCatalogue, BundlePicturesComeOnlyFromTheNamedBundleOfTheMainBundle)
     host.writeFile("Cars.bundle/Cars.png", solidPng(Qt::green));
     EXPECT_EQ(colorOf(missing->setOverlayWithName("Cars", "Trucks").overlayImage()), "#00ff00");
 }
-
-// --- The VIN slot from configuration
 
 TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
 {
@@ -211,24 +206,6 @@ TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlot)
     EXPECT_TRUE(screen->vinScanItem()->hasBeenDisplayed());
 }
 
-TEST(PhotoCatalogue, AutoDisplayedHelpShowsHalfASecondAfterTheScreenAppears)
-{
-    for (const bool autoDisplay : {true, false}) {
-        SCOPED_TRACE(autoDisplay ? "default configuration: auto-display" : "on request only");
-        TemporaryMainBundle host;
-        if (!autoDisplay)
-            host.writeSettings(helpPageWithImageName("<string>any</string>"));
-        LogCapture capture;
-        const auto screen = newScreen();
-        screen->show();
-        screen->viewDidAppear(true);
-        ASSERT_NE(screen->vinScanItem(), nullptr);
-        EXPECT_FALSE(capture.steps().contains("showOverlay")) << "not at once";
-        QTest::qWait(800);
-        EXPECT_EQ(capture.steps().contains("showOverlay"), autoDisplay);
-    }
-}
-
 TEST(PhotoCatalogue, BuiltinSlotsAreTheHostListHandedOverOnAPoolThread)
 {
     const auto screen = newScreen();
@@ -245,8 +222,7 @@ TEST(PhotoCatalogue, BuiltinSlotsAreTheHostListHandedOverOnAPoolThread)
     EXPECT_TRUE(onPool && asSet);
 }
 
-// --- The framework's pictures, rendered for a person to look at
-
+// The framework's pictures, rendered for a person to look at.
 TEST(PhotoCatalogue, FrameworkPicturesRenderToAContactSheet)
 {
     const char *names[] = {"carousel_VIN", "help_info_vin", "cam_info_vin", "help_vin_frame_1",
