@@ -22,17 +22,22 @@ void writeHostSettings(const QTemporaryDir &dir, const QByteArray &dictBody)
 
 } // namespace
 
-TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentAndExitsByTheWorstOne)
+TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentExitsByTheWorstOneAndRefusesBadUsage)
 {
-    ZqtVinRun all = runZqtVin({"check", "1HGCM82633A004352", "1M8GDM9AXKP042788"});
-    EXPECT_EQ(all.status, 0);
-    EXPECT_EQ(all.out, "1HGCM82633A004352\tvalid\n1M8GDM9AXKP042788\tvalid\n");
+    const struct { QStringList args; int status; const char *out; } runs[] = {
+        {{"check", "1HGCM82633A004352", "1M8GDM9AXKP042788"}, 0, "1HGCM82633A004352\tvalid\n1M8GDM9AXKP042788\tvalid\n"},
+        {{"check", "1HGCM82633A004352", "1HGCM82634A004352"}, 1, "1HGCM82633A004352\tvalid\n1HGCM82634A004352\tinvalid\n"},
+        {{}, 2, ""}, {{"check", "--json"}, 2, ""}, {{"frobnicate"}, 2, ""}, {{"config", "get"}, 2, ""},
+        {{"config", "get", "TextTitle", "--as", "colour"}, 2, ""},
+    };
+    for (const auto &run : runs) {
+        const ZqtVinRun done = runZqtVin(run.args);
+        EXPECT_EQ(done.status, run.status) << run.args.join(' ').toStdString();
+        EXPECT_EQ(done.out, run.out) << run.args.join(' ').toStdString();
+    }
+    EXPECT_TRUE(runZqtVin({"check", "--json"}).err.contains("usage"));
 
-    ZqtVinRun mixed = runZqtVin({"check", "1HGCM82633A004352", "1HGCM82634A004352"});
-    EXPECT_EQ(mixed.status, 1);
-    EXPECT_EQ(mixed.out, "1HGCM82633A004352\tvalid\n1HGCM82634A004352\tinvalid\n");
-
-    ZqtVinRun json = runZqtVin({"check", "--json", "1M8GDM9AAKP042788"});
+    const ZqtVinRun json = runZqtVin({"check", "--json", "1M8GDM9AAKP042788"});
     EXPECT_EQ(json.status, 1);
     const QJsonObject line = QJsonDocument::fromJson(json.out.trimmed().toUtf8()).object();
     EXPECT_EQ(line.value("input").toString(), "1M8GDM9AAKP042788");
@@ -41,18 +46,7 @@ TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentAndExitsByTheWorstOne)
     EXPECT_TRUE(json.err.contains("found illegal check digit A"));
 }
 
-TEST(ZqtVinCheck, UsageErrorsExitWithTwo)
-{
-    EXPECT_EQ(runZqtVin({}).status, 2);
-    ZqtVinRun noVin = runZqtVin({"check", "--json"});
-    EXPECT_EQ(noVin.status, 2);
-    EXPECT_TRUE(noVin.err.contains("usage"));
-    EXPECT_EQ(runZqtVin({"frobnicate"}).status, 2);
-    EXPECT_EQ(runZqtVin({"config", "get"}).status, 2);
-    EXPECT_EQ(runZqtVin({"config", "get", "TextTitle", "--as", "colour"}).status, 2);
-}
-
-TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFile)
+TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFileAndNamesKeyAndFileOfAWrongKind)
 {
     QTemporaryDir host;
     writeHostSettings(host, "<key>TextTitle</key><string>Host title</string>"
@@ -60,33 +54,29 @@ TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFile)
                             "<key>ManualVINButtonBorderColor</key><string></string>"
                             "<key>Flash</key><dict><key>TextFlashButtonArray</key>"
                             "<array><string>Aus</string><string>An</string></array></dict>");
-    const QString dir = host.path();
-    EXPECT_EQ(runZqtVin({"config", "get", "TextTitle", "--bundle", dir}).out, "Host title\n");
-    EXPECT_EQ(runZqtVin({"config", "get", "ManualVINButtonColor", "--as", "color", "--bundle", dir}).out, "#FF8800FF\n");
-    // An empty host value wins over the framework's and reads as the clear colour.
-    EXPECT_EQ(runZqtVin({"config", "get", "ManualVINButtonBorderColor", "--as", "color", "--bundle", dir}).out,
-              "#00000000\n");
-    EXPECT_EQ(runZqtVin({"config", "get", "TextFlashButtonArray", "--as", "array", "--bundle", dir}).out,
-              "[\"Aus\",\"An\"]\n");
-    EXPECT_EQ(runZqtVin({"config", "get", "NoSuchKey", "--bundle", dir}).out, "(null)\n");
-    EXPECT_EQ(runZqtVin({"config", "get", "NoSuchKey", "--as", "color"}).out, "#000000FF\n");
-    EXPECT_EQ(runZqtVin({"config", "get", "NoSuchKey", "--as", "bool"}).out, "false\n");
+    const QStringList bundle{"--bundle", host.path()};
+    const std::pair<QStringList, const char *> reads[] = {
+        {QStringList{"TextTitle"} + bundle, "Host title\n"},
+        {QStringList{"ManualVINButtonColor", "--as", "color"} + bundle, "#FF8800FF\n"},
+        // An empty host value wins over the framework's and reads as the clear colour.
+        {QStringList{"ManualVINButtonBorderColor", "--as", "color"} + bundle, "#00000000\n"},
+        {QStringList{"TextFlashButtonArray", "--as", "array"} + bundle, "[\"Aus\",\"An\"]\n"},
+        {QStringList{"NoSuchKey"} + bundle, "(null)\n"},
+        {{"NoSuchKey", "--as", "color"}, "#000000FF\n"},
+        {{"NoSuchKey", "--as", "bool"}, "false\n"},
+    };
+    for (const auto &[args, out] : reads)
+        EXPECT_EQ(runZqtVin(QStringList{"config", "get"} + args).out, out) << args.join(' ').toStdString();
     // Without a host value the framework's own value shows through.
-    ZqtVinRun framework = runZqtVin({"config", "get", "TextTitle"});
+    const ZqtVinRun framework = runZqtVin({"config", "get", "TextTitle"});
     EXPECT_EQ(framework.status, 0);
     EXPECT_NE(framework.out, "(null)\n");
     EXPECT_NE(framework.out, "Host title\n");
-}
 
-TEST(ZqtVinConfig, AValueOfTheWrongKindFailsWithALineNamingKeyAndFile)
-{
-    QTemporaryDir host;
     writeHostSettings(host, "<key>Flash</key><dict><key>TextFlashButtonArray</key><string>Off</string></dict>");
-    ZqtVinRun run = runZqtVin({"config", "get", "TextFlashButtonArray", "--as", "array", "--bundle", host.path()});
+    const ZqtVinRun run = runZqtVin(QStringList{"config", "get", "TextFlashButtonArray", "--as", "array"} + bundle);
     EXPECT_EQ(run.status, 3);
     EXPECT_TRUE(run.out.isEmpty());
-    EXPECT_TRUE(run.err.contains("TextFlashButtonArray")) << run.err.toStdString();
-    EXPECT_TRUE(run.err.contains("Default_Settings.plist")) << run.err.toStdString();
-
+    EXPECT_TRUE(run.err.contains("TextFlashButtonArray") && run.err.contains("Default_Settings.plist")) << run.err.toStdString();
     EXPECT_EQ(runZqtVin({"config", "get", "TextTitle", "--bundle", host.filePath("missing")}).status, 2);
 }
