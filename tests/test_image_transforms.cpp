@@ -60,12 +60,8 @@ std::string corners(const QImage &image)
             at(image, 3 * w / 4, 3 * h / 4)};
 }
 
-const struct
-{
-    Orientation orientation;
-    const char *corners; // of the upright picture of quadrants()
-    bool turned;         // shown with width and height swapped
-} allOrientations[] = {
+// The corners of the upright picture of quadrants(), and whether it is shown turned (sides swapped).
+const struct { Orientation orientation; const char *corners; bool turned; } allOrientations[] = {
     {Orientation::Up, "RGBY", false},          {Orientation::Down, "YBGR", false},
     {Orientation::Left, "GYRB", true},         {Orientation::Right, "BRYG", true},
     {Orientation::UpMirrored, "GRYB", false},  {Orientation::DownMirrored, "BYRG", false},
@@ -99,37 +95,29 @@ TEST(ImageTransforms, EveryOrientationComesOutUpright)
     }
 }
 
-TEST(ImageTransforms, FixOrientationReturnsAnUpImageItselfAndDrawsPointsAsPixels)
+TEST(ImageTransforms, UpOrSameSizeImagesComeBackAsTheyAreAndScaledOnesAreDrawnInPoints)
 {
     const Image up(quadrants(60, 40), 2.0);
     EXPECT_EQ(fixOrientation::fixOrientation(up).bitmap().cacheKey(), up.bitmap().cacheKey());
+    const Image right(quadrants(60, 40), 2.0, Orientation::Right);
+    EXPECT_EQ(ResizeCategory::resizedImageToSize(right, QSizeF(60, 40)).bitmap().cacheKey(), right.bitmap().cacheKey());
+    EXPECT_TRUE(ResizeCategory::resizedImageToSize(right, QSizeF(0, 0)).isNull());
 
+    // Fixing draws points as pixels; resizing targets points of a context at the image's scale.
     const Image fixed = fixOrientation::fixOrientation(Image(quadrants(120, 80), 2.0, Orientation::Right));
-    EXPECT_EQ(fixed.bitmap().size(), QSize(40, 60));
-    EXPECT_EQ(fixed.scale(), 1.0);
-    EXPECT_EQ(corners(fixed.bitmap()), "BRYG");
-}
+    EXPECT_EQ(std::make_tuple(fixed.bitmap().size(), fixed.scale(), corners(fixed.bitmap())),
+              std::make_tuple(QSize(40, 60), 1.0, std::string("BRYG")));
+    const Image half = ResizeCategory::resizedImageToSize(Image(quadrants(200, 100), 2.0), QSizeF(100, 50));
+    EXPECT_EQ(std::make_tuple(half.bitmap().size(), half.scale(), corners(half.bitmap())),
+              std::make_tuple(QSize(200, 100), 2.0, std::string("RGBY")));
 
-TEST(ImageTransforms, ResizeToOwnPixelSizeOrBadSize)
-{
-    const Image image(quadrants(60, 40), 2.0, Orientation::Right);
-    EXPECT_EQ(ResizeCategory::resizedImageToSize(image, QSizeF(60, 40)).bitmap().cacheKey(), image.bitmap().cacheKey());
-    EXPECT_TRUE(ResizeCategory::resizedImageToSize(image, QSizeF(0, 0)).isNull());
-
-    const Image bad(quadrants(60, 40), 1.0, static_cast<Orientation>(8));
     try {
-        ResizeCategory::resizedImageToSize(bad, QSizeF(30, 20));
+        ResizeCategory::resizedImageToSize(Image(quadrants(60, 40), 1.0, static_cast<Orientation>(8)), QSizeF(30, 20));
         FAIL() << "no exception";
     } catch (const ZQTPlatform::Exception &e) {
         EXPECT_EQ(e.name(), "NSInternalInconsistencyException");
         EXPECT_EQ(e.reason(), "Invalid image orientation");
     }
-
-    // The target is in points of a context at the image's scale.
-    const Image half = ResizeCategory::resizedImageToSize(Image(quadrants(200, 100), 2.0), QSizeF(100, 50));
-    EXPECT_EQ(half.bitmap().size(), QSize(200, 100));
-    EXPECT_EQ(half.scale(), 2.0);
-    EXPECT_EQ(corners(half.bitmap()), "RGBY");
 }
 
 TEST(ImageTransforms, FitInSizeTargets)
