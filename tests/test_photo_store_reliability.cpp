@@ -46,9 +46,7 @@ void writeFile(const QString &path, const QByteArray &content)
 
 } // namespace
 
-// A child saves photos in a loop; it is killed at a random moment 200 times and started again.
-// After every kill each ".jpg" in the claim folder must be a whole JPEG that decodes, and the
-// listing must show photo files only, never a temporary.
+// A child saving photos in a loop is killed at random moments: no half photo, no listed temporary.
 TEST(PhotoStoreReliability, ASaverKilledAtRandomMomentsLeavesOnlyWholePhotos)
 {
     constexpr int kKills = 200;
@@ -84,8 +82,6 @@ TEST(PhotoStoreReliability, ASaverKilledAtRandomMomentsLeavesOnlyWholePhotos)
     EXPECT_GT(saves, kKills) << "the children hardly saved anything";
 }
 
-// Hostile claim ids and titles through every operation that takes them: nothing anywhere in
-// the home changes, neither beside the photo root nor inside it.
 TEST(PhotoStoreReliability, HostileClaimIdsAndTitlesTouchNothing)
 {
     const QString root = ZQTVINScanUtils::createZQTPhotosDirAsNeeded();
@@ -97,8 +93,7 @@ TEST(PhotoStoreReliability, HostileClaimIdsAndTitlesTouchNothing)
     const QString home = QDir::homePath();
     const QMap<QString, QString> before = snapshot(home);
 
-    const QString nul = QStringLiteral("x") + QChar(0) + QStringLiteral("y");
-    const QStringList hostile = {"", ".", "..", "../x", "../..", "a/b", "/", "/tmp", "x/..", nul, "../victim"};
+    const QStringList hostile = {"", ".", "..", "../x", "../..", "a/b", "/", "/tmp", "x/..", QString("x") + QChar(0) + "y", "../victim"};
     QImage bitmap(16, 16, QImage::Format_RGB32);
     bitmap.fill(Qt::darkGreen);
     for (const QString &bad : hostile) {
@@ -111,12 +106,8 @@ TEST(PhotoStoreReliability, HostileClaimIdsAndTitlesTouchNothing)
             EXPECT_TRUE(ZQTVINScanUtils::loadPhotoWithClaimId(claim, title).isNull());
             EXPECT_TRUE(ZQTVINScanUtils::photoWithClaimId(claim, title).isNull());
             EXPECT_FALSE(ZQTVINScanUtils::deletePhotoWithClaimId(claim, title));
-            const QList<ZQTVINPhotoCaptureItem> items = ZQTVINScanUtils::allPhotoCaptureItemsWithClaimId(claim, nullptr, {title});
-            for (const ZQTVINPhotoCaptureItem &item : items) {
-                if (item.photoTitle() == title) {
-                    EXPECT_TRUE(item.imagePath().isNull() && item.photo().isNull());
-                }
-            }
+            for (const ZQTVINPhotoCaptureItem &item : ZQTVINScanUtils::allPhotoCaptureItemsWithClaimId(claim, nullptr, {title}))
+                EXPECT_TRUE(item.photoTitle() != title || (item.imagePath().isNull() && item.photo().isNull()));
         }
         EXPECT_TRUE(ZQTVINScanUtils::createClaimDirAsNeededWithClaimId(bad).isNull());
         EXPECT_TRUE(ZQTVINScanUtils::allPhotoNamesWithClaimId(bad).isEmpty());
