@@ -65,8 +65,7 @@ TEST(ZqtVinPhotos, BadArgumentsAreUsageErrorsAndUnreadableImagesFailures)
     QTemporaryDir dir;
     const QString notAnImage = dir.filePath("notes.png");
     QFile file(notAnImage);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("notes") == 5);
-    file.close();
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("notes") == 5 && file.flush());
 
     struct Case { QStringList args; int status; };
     const Case cases[] = {

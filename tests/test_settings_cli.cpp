@@ -31,12 +31,7 @@ protected:
 
 TEST_F(ZqtVinSettings, ValuesAreReadAsJsonAndPrintedAsJson)
 {
-    const struct
-    {
-        const char *value;
-        const char *printed;
-        QMetaType::Type stored;
-    } cases[] = {
+    const struct { const char *value, *printed; QMetaType::Type stored; } cases[] = {
         {"12", "12", QMetaType::LongLong},
         {"2.5", "2.5", QMetaType::Double},
         {"true", "true", QMetaType::Bool},
