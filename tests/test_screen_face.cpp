@@ -9,18 +9,15 @@
 #include "platform/CaptureSession.h"
 #include "platform/DeviceProfile.h"
 #include "platform/NavigationBar.h"
-#include "platform/NavigationController.h"
-#include "platform/NotificationCenter.h"
 #include "platform/VideoPreviewLayer.h"
 #include "platform/View.h"
-#include "platform/Window.h"
 #include "support/LogCapture.h"
+#include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QLabel>
 #include <QPushButton>
@@ -31,25 +28,16 @@ using Constants = ZQTVINScanComponentConstants;
 
 namespace {
 
-struct CountingDelegate : VinScannerVCDelegate
+// The contents of the flash changes among the recorded analytics events.
+QStringList flashChanges(const AnalyticsRecorder &analytics)
 {
-    int calls = 0;
-    void didCompleteScanning(const QString &, bool, bool, const ZQTError &) override { ++calls; }
-};
-
-// The contents of the flash changes posted as "ANALYTICS_INFO" while the object lives.
-struct FlashChanges
-{
-    FlashChanges()
-    {
-        NotificationCenter::defaultCenter().addObserver(this, "ANALYTICS_INFO", [this](const Notification &n) {
-            if (n.object.toMap().value("eventType") == "flashChange")
-                contents << n.object.toMap().value("content").toString();
-        });
-    }
-    ~FlashChanges() { NotificationCenter::defaultCenter().removeObserver(this); }
     QStringList contents;
-};
+    for (const QVariantMap &event : analytics.events) {
+        if (event.value("eventType") == "flashChange")
+            contents << event.value("content").toString();
+    }
+    return contents;
+}
 
 DeviceProfile phone(const char *name, bool landscape = false)
 {
@@ -101,10 +89,9 @@ class ScreenFace : public ::testing::Test
 protected:
     void TearDown() override
     {
-        window.reset();
+        host.reset();
         CaptureDevice::removeStandIns();
         Application::sharedApplication()->setStatusBarOrientation(InterfaceOrientation::Portrait);
-        DeviceProfile::resetToScreen();
     }
 
     ZQTVINCaptureVC *plainScreen() { return ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, "CLM-7"); }
@@ -114,25 +101,24 @@ protected:
     }
     qsizetype initialisations() const { return capture.steps().count("initializeView"); }
 
-    // Pushes the screen in a window of the profile's size and waits for the end of its start-up.
+    // Pushes the screen over a first controller (so that going back can pop it) in a window of the
+    // profile's size and waits for the end of its start-up.
     ZQTVINCaptureVC *show(ZQTVINCaptureVC *screen, const DeviceProfile &profile)
     {
+        host = std::make_unique<PhoneHost>(profile.mainScreenBounds.toSize());
         DeviceProfile::setCurrent(profile);
-        window = std::make_unique<Window>();
-        window->resize(profile.mainScreenBounds.toSize());
-        // The screen is pushed on a first controller, so that going back can pop it.
-        auto *navigation = new NavigationController(new ViewController);
-        window->setRootViewController(navigation);
+        host->navigation->pushViewController(new ViewController, false);
         const qsizetype before = capture.steps().count("startBarCodeScanner");
-        navigation->pushViewController(screen, false);
-        window->makeKeyAndVisible();
+        host->navigation->pushViewController(screen, false);
+        host->window.makeKeyAndVisible();
         EXPECT_TRUE(QTest::qWaitFor([&] { return capture.steps().count("startBarCodeScanner") > before; }, 3000));
         return screen;
     }
+    QWidget *window() const { return &host->window; }
 
     LogCapture capture;
-    CountingDelegate delegate;
-    std::unique_ptr<Window> window;
+    RecordingDelegate delegate;
+    std::unique_ptr<PhoneHost> host;
 };
 
 } // namespace
@@ -255,9 +241,9 @@ TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
 {
     CaptureDevice *device = CaptureDevice::addStandIn(labelPhotoFrame());
     ASSERT_NE(device, nullptr);
-    FlashChanges analytics;
+    AnalyticsRecorder analytics;
     ZQTVINCaptureVC *screen = show(plainScreen(), phone("iPhone 8"));
-    EXPECT_TRUE(analytics.contents.isEmpty()) << "setting up the rig posts nothing";
+    EXPECT_TRUE(flashChanges(analytics).isEmpty()) << "setting up the rig posts nothing";
     const QVariantList texts = Constants::getConfigArrayForKey("TextFlashButtonArray");
     auto *button = screen->findChild<QPushButton *>("flashButton");
     auto *label = screen->findChild<QLabel *>("flashLbl");
@@ -275,7 +261,7 @@ TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
         EXPECT_EQ(device->flashMode(), on ? CaptureDevice::FlashMode::On : CaptureDevice::FlashMode::Off);
         EXPECT_EQ(screen->camera()->cameraFlash(), on ? StillCamera::CameraFlash::On : StillCamera::CameraFlash::Off);
     }
-    EXPECT_EQ(analytics.contents, QStringList({"On", "Off"}));
+    EXPECT_EQ(flashChanges(analytics), QStringList({"On", "Off"}));
 
     // A torch without a flash unit never lights; the label and the analytics still follow.
     CaptureDevice::Capabilities torchOnly;
@@ -284,7 +270,7 @@ TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
     QTest::mouseClick(button, Qt::LeftButton);
     EXPECT_EQ(label->text(), texts.value(1).toString());
     EXPECT_EQ(device->torchMode(), CaptureDevice::TorchMode::Off);
-    EXPECT_EQ(analytics.contents.last(), "On");
+    EXPECT_EQ(flashChanges(analytics).last(), "On");
 
     // Leaving the screen puts the torch out.
     device->setCapabilities(CaptureDevice::Capabilities());
@@ -297,18 +283,25 @@ TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
 
 // --- The status bar filler
 
-TEST_F(ScreenFace, StatusBarFillerOnNotchedScreensGoesToTheScreenWithoutANavigationController)
+TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSide)
 {
     const QColor barColour = Constants::getGlobalColorForKey("VINScanNavigationBarColor");
-    for (const bool notched : {true, false}) {
-        DeviceProfile::setCurrent(phone(notched ? "iPhone X" : "iPhone 11", true)); // 812 wide counts too
-        std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
-        screen->loadViewIfNeeded();
-        screen->setNavigationBackgroundColor(barColour);
-        int fillers = 0;
-        for (const QWidget *child : screen->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
-            fillers += child->geometry() == QRect(0, 0, 500, 44) && backgroundColor(child) == barColour;
-        EXPECT_EQ(fillers, notched ? 2 : 0) << "one for each time the colour is set";
+    const auto fillers = [&](const QWidget *parent) {
+        int count = 0;
+        for (const QWidget *child : parent->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+            count += child->geometry() == QRect(0, 0, 500, 44) && backgroundColor(child) == barColour;
+        return count;
+    };
+    for (const char *name : {"iPhone X", "iPhone 11"}) {
+        SCOPED_TRACE(name);
+        const bool notched = name == std::string("iPhone X");
+        ZQTVINCaptureVC *pushed = show(plainScreen(), phone(name));
+        EXPECT_EQ(fillers(pushed->navigationController()), notched ? 1 : 0) << "goes to the navigation controller";
+        DeviceProfile::setCurrent(phone(name, true)); // 812 wide counts too
+        std::unique_ptr<ZQTVINCaptureVC> alone(plainScreen());
+        alone->loadViewIfNeeded();
+        alone->setNavigationBackgroundColor(barColour);
+        EXPECT_EQ(fillers(alone.get()), notched ? 2 : 0) << "without one, to the screen, each time the colour is set";
     }
 }
 
@@ -325,8 +318,9 @@ TEST_F(ScreenFace, ConnectionOrientationFollowsTheInterfaceAndPortraitModeIgnore
     }
 
     application->setStatusBarOrientation(InterfaceOrientation::LandscapeLeft);
+    DeviceProfile::setDeviceOrientation(InterfaceOrientation::LandscapeLeft);
     const qsizetype before = initialisations();
-    window->resize(812, 375);
+    window()->resize(812, 375);
     QTest::qWait(50);
     EXPECT_EQ(initialisations(), before) << "portrait mode: a size change re-initialises nothing";
     EXPECT_EQ(screen->prevLayer()->connection()->videoOrientation(), InterfaceOrientation::LandscapeLeft)
@@ -338,15 +332,20 @@ TEST_F(ScreenFace, LandscapeModeReinitialisesAfterAResizeOnlyWhileTheDeviceIsInL
     ZQTVINCaptureVC *screen = manualScreen();
     screen->setEnableLandscapeMode(true);
     show(screen, phone("iPhone 8", true));
-    qsizetype before = initialisations();
-    DeviceProfile::setDeviceOrientation(5); // face up
-    window->resize(667, 360);
-    QTest::qWait(50);
-    EXPECT_EQ(initialisations(), before);
-
-    DeviceProfile::setDeviceOrientation(InterfaceOrientation::LandscapeLeft);
-    window->resize(667, 375);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return initialisations() == before + 1; }, 2000));
+    const QList<std::tuple<int, int, bool>> resizes = {{5, 360, false}, // face up
+                                                       {InterfaceOrientation::LandscapeLeft, 375, true},
+                                                       {InterfaceOrientation::LandscapeRight, 370, true}};
+    for (const auto &[orientation, height, reinitialises] : resizes) {
+        const qsizetype before = initialisations();
+        DeviceProfile::setDeviceOrientation(orientation);
+        window()->resize(667, height);
+        if (reinitialises) {
+            EXPECT_TRUE(QTest::qWaitFor([&] { return initialisations() == before + 1; }, 2000)) << orientation;
+        } else {
+            QTest::qWait(50);
+            EXPECT_EQ(initialisations(), before) << orientation;
+        }
+    }
     EXPECT_EQ(screen->findChild<QWidget *>("cameraImageView")->size(),
               screen->findChild<QWidget *>("scanOverlayView")->size())
         << "the camera area was laid out again";
@@ -368,9 +367,9 @@ TEST_F(ScreenFace, ScanningScreenLaysOutAndRendersWholeOnPhonesInBothOrientation
             screen->setEnableLandscapeMode(landscape);
             show(screen, profile);
             QTest::qWait(250); // the first frames reach the preview
-            const QImage image = window->grab().toImage();
+            const QImage image = window()->grab().toImage();
             ASSERT_EQ(image.size(), size);
-            EXPECT_EQ(delegate.calls, 0) << "still scanning when rendered";
+            EXPECT_TRUE(delegate.calls().isEmpty()) << "still scanning when rendered";
             EXPECT_TRUE(image.save(artifactPath(file)));
 
             // The camera area: fixed on the 480-point screen, else a share of the view's long side,
@@ -386,15 +385,15 @@ TEST_F(ScreenFace, ScanningScreenLaysOutAndRendersWholeOnPhonesInBothOrientation
                 EXPECT_EQ(QPoint(camera.bottom() + 1, panel.width()), QPoint(panel.top(), screen->width()));
             // It shows the picture: the paper of the label is light.
             VideoPreviewLayer *layer = screen->prevLayer();
-            EXPECT_GT(image.pixelColor(layer->mapTo(window.get(), layer->rect().center())).lightness(), 60);
+            EXPECT_GT(image.pixelColor(layer->mapTo(window(), layer->rect().center())).lightness(), 60);
             // The bar's items, the flash label and the manual-entry button are whole.
-            const auto inWindow = [&](QWidget *w) { return QRect(w->mapTo(window.get(), QPoint(0, 0)), w->size()); };
+            const auto inWindow = [&](QWidget *w) { return QRect(w->mapTo(window(), QPoint(0, 0)), w->size()); };
             auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
             auto *label = screen->findChild<QLabel *>("flashLbl");
             for (QWidget *item : bar->leftItems() + bar->rightItems() + QList<QWidget *>{label})
                 EXPECT_TRUE(inWindow(bar).contains(inWindow(item))) << item->objectName().toStdString();
             EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width());
-            EXPECT_TRUE(window->rect().contains(inWindow(screen->findChild<QPushButton *>("manuallyEnterVINBtn"))));
+            EXPECT_TRUE(window()->rect().contains(inWindow(screen->findChild<QPushButton *>("manuallyEnterVINBtn"))));
         }
     }
 }
@@ -405,8 +404,6 @@ TEST_F(ScreenFace, FlashOnRendersTheLabelInTheBar)
     ZQTVINCaptureVC *screen = show(manualScreen(), phone("iPhone X"));
     QTest::mouseClick(screen->findChild<QPushButton *>("flashButton"), Qt::LeftButton);
     QTest::qWait(250);
-    auto *label = screen->findChild<QLabel *>("flashLbl");
-    EXPECT_EQ(label->text(), Constants::getConfigArrayForKey("TextFlashButtonArray").value(1).toString());
-    EXPECT_GT(pixelsOfColour(label, Constants::getGlobalColorForKey("NavigationBarFlashIconTintColor")), 5);
-    EXPECT_TRUE(window->grab().save(artifactPath("screen_flash_on.png")));
+    EXPECT_GT(pixelsOfColour(screen->findChild<QLabel *>("flashLbl"), Constants::getGlobalColorForKey("NavigationBarFlashIconTintColor")), 5);
+    EXPECT_TRUE(window()->grab().save(artifactPath("screen_flash_on.png")));
 }
