@@ -8,17 +8,14 @@
 #include "platform/CaptureSession.h"
 #include "platform/DeviceProfile.h"
 #include "platform/ImageView.h"
-#include "platform/NavigationController.h"
-#include "platform/NotificationCenter.h"
 #include "platform/View.h"
 #include "platform/ViewAnimation.h"
-#include "platform/Window.h"
 #include "support/LogCapture.h"
+#include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -36,24 +33,6 @@ QColor configured(const char *key)
     return Constants::getGlobalColorForKey(QLatin1String(key));
 }
 
-// A window of the device's size with a navigation controller at its root.
-struct Host
-{
-    explicit Host(const QSize &size) : size(size), navigation(new NavigationController)
-    {
-        DeviceProfile profile;
-        profile.mainScreenBounds = QSizeF(size);
-        profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
-        profile.statusBarHeight = 44.0;
-        DeviceProfile::setCurrent(profile);
-        window.resize(size);
-        window.setRootViewController(navigation);
-    }
-    QSize size;
-    Window window;
-    NavigationController *navigation;
-};
-
 class HelpOverlay : public ::testing::Test
 {
 protected:
@@ -66,8 +45,9 @@ protected:
     void TearDown() override { CaptureDevice::removeStandIns(); }
 
     // Pushes a new screen and waits for the end of its start-up.
-    ZQTVINCaptureVC *push(Host &host, bool landscape = false)
+    ZQTVINCaptureVC *push(PhoneHost &host, bool landscape = false)
     {
+        const QSize size = host.window.size();
         ZQTVINCaptureVC *screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, "CLM-HELP");
         screen->setEnableLandscapeMode(landscape);
         const qsizetype starts = capture.steps().count("startBarCodeScanner");
@@ -76,7 +56,7 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([&] { return capture.steps().count("startBarCodeScanner") > starts; }, 3000));
         started.start();
         // The window grows to the scene's first minimum while showing; back to the device's size.
-        host.window.resize(host.size);
+        host.window.resize(size);
         return screen;
     }
     // Waits for the card that shows by itself after appearing, faded in.
@@ -86,7 +66,7 @@ protected:
         return qobject_cast<ZQTVINCaptureOverlayVC *>(screen->overlayView2());
     }
     static QWidget *cameraImageView(ZQTVINCaptureVC *screen) { return screen->findChild<QWidget *>("cameraImageView"); }
-    static void render(Host &host, const char *name)
+    static void render(PhoneHost &host, const char *name)
     {
         QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
         folder.mkpath(".");
@@ -112,7 +92,7 @@ void expectNothingClipped(ZQTVINCaptureOverlayVC *card)
 
 TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
 {
-    Host host(QSize(375, 812));
+    PhoneHost host;
     ZQTVINCaptureVC *screen = push(host);
     EXPECT_EQ(screen->overlayView2(), nullptr) << "not before half a second";
     ZQTVINCaptureOverlayVC *card = autoCard(screen);
@@ -148,26 +128,22 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
 
 TEST_F(HelpOverlay, HelpWhileUpPostsTheEventWithoutASecondCard)
 {
-    QList<QVariantMap> events;
-    NotificationCenter::defaultCenter().addObserver(this, "ANALYTICS_INFO",
-                                                    [&](const Notification &n) { events << n.object.toMap(); });
-    Host host(QSize(375, 812));
+    AnalyticsRecorder analytics;
+    PhoneHost host;
     ZQTVINCaptureVC *screen = push(host);
     QWidget *card = autoCard(screen);
     auto *help = screen->findChild<QPushButton *>("helpButton");
     ASSERT_NE(help, nullptr);
     QTest::mouseClick(help, Qt::LeftButton);
-    NotificationCenter::defaultCenter().removeObserver(this);
-
-    ASSERT_EQ(events.size(), 1);
-    EXPECT_EQ(events[0].value("eventType"), "helpOverlay");
+    ASSERT_EQ(analytics.events.size(), 1);
+    EXPECT_EQ(analytics.events[0].value("eventType"), "helpOverlay");
     EXPECT_EQ(screen->overlayView2(), card);
     EXPECT_EQ(screen->findChildren<ZQTVINCaptureOverlayVC *>().size(), 1);
 }
 
 TEST_F(HelpOverlay, TapFadesTheCardOutAndStartsTheCameraAgain)
 {
-    Host host(QSize(375, 812));
+    PhoneHost host;
     ZQTVINCaptureVC *screen = push(host);
     screen->initCamera();
     screen->camera()->start();
@@ -194,7 +170,7 @@ TEST_F(HelpOverlay, TapFadesTheCardOutAndStartsTheCameraAgain)
 
 TEST_F(HelpOverlay, DismissTakesTheCardDownAtOnceAndLeavesTheCameraStopped)
 {
-    Host host(QSize(375, 812));
+    PhoneHost host;
     ZQTVINCaptureVC *screen = push(host);
     screen->initCamera();
     screen->camera()->start();
@@ -214,26 +190,22 @@ TEST_F(HelpOverlay, DismissTakesTheCardDownAtOnceAndLeavesTheCameraStopped)
     EXPECT_EQ(screen->overlayView2()->parentWidget(), screen);
 }
 
-TEST_F(HelpOverlay, LandscapeSceneSetsPictureAndTextsSideBySide)
+TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWhole)
 {
-    Host host(QSize(812, 375));
-    ZQTVINCaptureVC *screen = push(host, true);
-    ZQTVINCaptureOverlayVC *card = autoCard(screen);
-    ASSERT_NE(card, nullptr);
-    EXPECT_NE(card->findChild<QLayout *>("textLayout"), nullptr);
-    EXPECT_LT(card->imageView()->geometry().right(), card->titleLbl()->geometry().left());
-    expectNothingClipped(card);
-    render(host, "help_overlay_landscape.png");
-}
-
-TEST_F(HelpOverlay, SmallPhoneShowsEveryTextWhole)
-{
-    Host host(QSize(320, 480));
-    ZQTVINCaptureOverlayVC *card = autoCard(push(host));
-    ASSERT_NE(card, nullptr);
-    expectNothingClipped(card);
-    EXPECT_GT(card->imageView()->height(), 80);
-    render(host, "help_overlay_320x480.png");
+    for (const bool landscape : {true, false}) {
+        SCOPED_TRACE(landscape ? "landscape" : "320x480");
+        PhoneHost host(landscape ? QSize(812, 375) : QSize(320, 480));
+        ZQTVINCaptureOverlayVC *card = autoCard(push(host, landscape));
+        ASSERT_NE(card, nullptr);
+        expectNothingClipped(card);
+        if (landscape) { // picture and texts side by side
+            EXPECT_NE(card->findChild<QLayout *>("textLayout"), nullptr);
+            EXPECT_LT(card->imageView()->geometry().right(), card->titleLbl()->geometry().left());
+        } else {
+            EXPECT_GT(card->imageView()->height(), 80);
+        }
+        render(host, landscape ? "help_overlay_landscape.png" : "help_overlay_320x480.png");
+    }
 }
 
 TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
@@ -246,7 +218,7 @@ TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
         SCOPED_TRACE(withHeader ? "a slot without frames" : "no slot");
         TemporaryMainBundle settings;
         settings.writeSettings(QByteArray(page).replace("%1", withHeader ? "H" : ""));
-        Host host(QSize(375, 812));
+        PhoneHost host;
         ZQTVINCaptureVC *screen = push(host);
         ASSERT_EQ(screen->vinScanItem() != nullptr, withHeader);
         QTest::qWait(700);
