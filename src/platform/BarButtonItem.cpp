@@ -61,13 +61,7 @@ QSize BarButtonItem::sizeHint() const
 
 void BarButtonItem::renderIcon()
 {
-    const Image icon = m_tintColor.isValid() ? templateImage(m_image, m_tintColor) : m_image;
-    if (icon.isNull()) {
-        m_icon = QPixmap();
-    } else {
-        m_icon = QPixmap::fromImage(icon.bitmap().transformed(icon.uprightTransform()));
-        m_icon.setDevicePixelRatio(icon.scale());
-    }
+    m_icon = (m_tintColor.isValid() ? templateImage(m_image, m_tintColor) : m_image).uprightPixmap();
     update();
 }
 

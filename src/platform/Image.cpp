@@ -119,6 +119,15 @@ bool Image::swapsWidthAndHeight(Orientation orientation)
     }
 }
 
+QPixmap Image::uprightPixmap() const
+{
+    if (isNull())
+        return QPixmap();
+    QPixmap pixmap = QPixmap::fromImage(m_bitmap.transformed(uprightTransform()));
+    pixmap.setDevicePixelRatio(m_scale);
+    return pixmap;
+}
+
 QTransform Image::uprightTransform() const
 {
     const qreal w = m_bitmap.width();

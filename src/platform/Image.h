@@ -7,6 +7,7 @@
 #include "ZQTGlobal.h"
 
 #include <QImage>
+#include <QPixmap>
 #include <QSizeF>
 #include <QString>
 #include <QTransform>
@@ -50,6 +51,9 @@ public:
     static bool swapsWidthAndHeight(Orientation orientation);
     // Maps bitmap pixel coordinates to those of the picture as shown (upright, same pixels).
     QTransform uprightTransform() const;
+    // The picture as shown (upright) for painting, its scale as the device pixel ratio; null for
+    // the null image. GUI thread only, as every pixmap.
+    QPixmap uprightPixmap() const;
 
 private:
     QImage m_bitmap;

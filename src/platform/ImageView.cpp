@@ -14,14 +14,6 @@ namespace {
 // The platform's pace for frames without a duration.
 constexpr double defaultSecondsPerFrame = 1.0 / 30.0;
 
-// The picture as shown (orientation applied), ready to paint.
-QPixmap uprightPixmap(const Image &image)
-{
-    if (image.isNull())
-        return QPixmap();
-    return QPixmap::fromImage(image.bitmap().transformed(image.uprightTransform()));
-}
-
 const bool registeredWithScenes = [] {
     Storyboard::registerWidgetClass(QStringLiteral("ImageView"), [](QWidget *parent) { return new ImageView(parent); });
     return true;
@@ -72,7 +64,7 @@ Image ImageView::image() const
 void ImageView::setImage(const Image &image)
 {
     d->image = image;
-    d->imagePixmap = uprightPixmap(image);
+    d->imagePixmap = image.uprightPixmap();
     updateGeometry();
     update();
 }
@@ -88,7 +80,7 @@ void ImageView::setAnimationImages(const QList<Image> &images)
     d->frames = images;
     d->framePixmaps.clear();
     for (const Image &frame : images)
-        d->framePixmaps.append(uprightPixmap(frame));
+        d->framePixmaps.append(frame.uprightPixmap());
     updateGeometry();
 }
 
