@@ -13,6 +13,8 @@
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
+#include "support/TestData.h"
+
 #include <gtest/gtest.h>
 
 #include <QLabel>
@@ -157,11 +159,9 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
     EXPECT_EQ(bar->mapTo(&host.window, QPoint(0, 0)).y(), 44) << "the inner bar sits below the status bar";
     EXPECT_EQ(backgroundColor(screen), configured("VINScanNavigationBarColor")) << "the bar colour is set last";
 
-    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
-    folder.mkpath(".");
     const QImage image = host.window.grab().toImage();
     ASSERT_EQ(image.size(), QSize(375, 812));
-    ASSERT_TRUE(image.save(folder.filePath("capture_375x812.png")));
+    ASSERT_TRUE(image.save(TestData::artifactPath("capture_375x812.png")));
     EXPECT_EQ(image.pixelColor(10, 10), configured("VINScanNavigationBarColor")) << "status bar filler";
     VideoPreviewLayer *layer = screen->prevLayer();
     const QColor preview = image.pixelColor(layer->mapTo(&host.window, QPoint(layer->width() / 2, layer->height() / 2 + 40)));
@@ -184,7 +184,7 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
     EXPECT_EQ(manual->findChild<QLabel *>("carouselLbl")->palette().color(QPalette::WindowText),
               configured("CarouselLabelColor"));
     const QImage withStrip = manualHost.window.grab().toImage();
-    ASSERT_TRUE(withStrip.save(folder.filePath("capture_manual_375x812.png")));
+    ASSERT_TRUE(withStrip.save(TestData::artifactPath("capture_manual_375x812.png")));
     EXPECT_EQ(withStrip.pixelColor(button->mapTo(&manualHost.window, QPoint(button->width() / 2, 3))),
               configured("ManualVINButtonColor"));
     EXPECT_EQ(button->mapTo(&manualHost.window, QPoint(0, button->height())).y(), 812 - 15)

@@ -14,9 +14,10 @@
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
+#include "support/TestData.h"
+
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLayout>
@@ -68,9 +69,7 @@ protected:
     static QWidget *cameraImageView(ZQTVINCaptureVC *screen) { return screen->findChild<QWidget *>("cameraImageView"); }
     static void render(PhoneHost &host, const char *name)
     {
-        QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
-        folder.mkpath(".");
-        EXPECT_TRUE(host.window.grab().save(folder.filePath(name)));
+        EXPECT_TRUE(host.window.grab().save(TestData::artifactPath(name)));
     }
 
     LogCapture capture;

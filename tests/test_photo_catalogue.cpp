@@ -5,11 +5,12 @@
 #include "platform/Exception.h"
 #include "support/TemporaryMainBundle.h"
 
+#include "support/TestData.h"
+
 #include <gtest/gtest.h>
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QDir>
 #include <QPainter>
 #include <QTest>
 
@@ -239,7 +240,5 @@ TEST(PhotoCatalogue, FrameworkPicturesRenderToAContactSheet)
         painter.drawImage(origin, image);
     }
     painter.end();
-    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
-    ASSERT_TRUE(folder.mkpath("."));
-    EXPECT_TRUE(sheet.save(folder.filePath("catalogue_art.png")));
+    EXPECT_TRUE(sheet.save(TestData::artifactPath("catalogue_art.png")));
 }

@@ -18,7 +18,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -75,13 +74,6 @@ int pixelsOfColour(QWidget *widget, const QColor &colour)
         }
     }
     return count;
-}
-
-QString artifactPath(const QString &fileName)
-{
-    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
-    folder.mkpath(".");
-    return folder.filePath(fileName);
 }
 
 class ScreenFace : public ::testing::Test
@@ -370,7 +362,7 @@ TEST_F(ScreenFace, ScanningScreenLaysOutAndRendersWholeOnPhonesInBothOrientation
             const QImage image = window()->grab().toImage();
             ASSERT_EQ(image.size(), size);
             EXPECT_TRUE(delegate.calls().isEmpty()) << "still scanning when rendered";
-            EXPECT_TRUE(image.save(artifactPath(file)));
+            EXPECT_TRUE(image.save(TestData::artifactPath(file)));
 
             // The camera area: fixed on the 480-point screen, else a share of the view's long side,
             // with the carousel and manual-entry panel below it (portrait) or beside it.
@@ -405,5 +397,5 @@ TEST_F(ScreenFace, FlashOnRendersTheLabelInTheBar)
     QTest::mouseClick(screen->findChild<QPushButton *>("flashButton"), Qt::LeftButton);
     QTest::qWait(250);
     EXPECT_GT(pixelsOfColour(screen->findChild<QLabel *>("flashLbl"), Constants::getGlobalColorForKey("NavigationBarFlashIconTintColor")), 5);
-    EXPECT_TRUE(window()->grab().save(artifactPath("screen_flash_on.png")));
+    EXPECT_TRUE(window()->grab().save(TestData::artifactPath("screen_flash_on.png")));
 }

@@ -1,5 +1,7 @@
 #include "support/TestData.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 
 namespace TestData {
@@ -47,6 +49,13 @@ QList<QStringList> readCsv(const QString &path)
     if (!field.isEmpty() || !row.isEmpty())
         rows << (row << field);
     return rows;
+}
+
+QString artifactPath(const QString &fileName)
+{
+    QDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/../test-artifacts"));
+    folder.mkpath(QStringLiteral("."));
+    return folder.filePath(fileName);
 }
 
 } // namespace TestData

@@ -14,4 +14,8 @@ QString directory();
 // The header row is the first element. Empty when the file cannot be read.
 QList<QStringList> readCsv(const QString &path);
 
+// Where a test writes a picture for people to look at: <build>/test-artifacts/<fileName> (the
+// folder is made when missing).
+QString artifactPath(const QString &fileName);
+
 } // namespace TestData
