@@ -11,101 +11,62 @@
 
 #include <functional>
 #include <memory>
-#include <ostream>
 
 using namespace ZQTExtend;
 using ZQTPlatform::constraints;
 using ZQTPlatform::translatesAutoresizingMaskIntoConstraints;
 using Attribute = LayoutConstraint::Attribute;
 
-// Geometries in failure messages as "x,y widthxheight".
-static void PrintTo(const QRect &rect, std::ostream *out)
-{
-    *out << rect.x() << ',' << rect.y() << ' ' << rect.width() << 'x' << rect.height();
-}
-
 namespace {
 
-enum class Item { Receiver, Other, Superview, None };
+// The views an equation names: the receiver, the other view, their superview, or none.
+enum Item { Receiver, Other, Superview, None };
 
-struct Expected {
-    Item first;
-    Attribute firstAttribute;
-    Item second;
-    Attribute secondAttribute;
-    qreal constant;
-};
+// One equation "first.attribute = second.attribute + constant" that an operation must add.
+struct Expected { Item first; Attribute firstAttribute; Item second; Attribute secondAttribute; qreal constant; };
 
-struct Operation {
-    const char *name;
-    // Calls the operation on the receiver; gives what it returns.
-    std::function<LayoutConstraint *(QWidget *receiver, QWidget *other)> call;
-    QList<Expected> made;
-};
+// An operation called on the receiver (what it returns) and the equations it adds.
+struct Operation { const char *name; std::function<LayoutConstraint *(QWidget *, QWidget *)> call; QList<Expected> made; };
 
-LayoutConstraint *noResult(void (*operation)(QWidget *), QWidget *receiver)
+// An operation on the receiver alone.
+template <LayoutConstraint *(*operation)(QWidget *)> LayoutConstraint *alone(QWidget *receiver, QWidget *)
 {
-    operation(receiver);
-    return nullptr;
-}
-
-const QList<Operation> &operations()
-{
-    using A = Attribute;
-    static const QList<Operation> table = {
-        {"addConstraintToFillInSupperView", [](QWidget *v, QWidget *) { return noResult(addConstraintToFillInSupperView, v); },
-         {{Item::Receiver, A::Top, Item::Superview, A::Top, 0.0},
-          {Item::Receiver, A::Left, Item::Superview, A::Left, 0.0},
-          {Item::Receiver, A::Right, Item::Superview, A::Right, 0.0},
-          {Item::Receiver, A::Bottom, Item::Superview, A::Bottom, 0.0}}},
-        {"addConstraintAttachSupperTop", [](QWidget *v, QWidget *) { return addConstraintAttachSupperTop(v); },
-         {{Item::Receiver, A::Top, Item::Superview, A::Top, 0.0}}},
-        {"addConstraintAttachSupperBottom", [](QWidget *v, QWidget *) { return addConstraintAttachSupperBottom(v); },
-         {{Item::Receiver, A::Bottom, Item::Superview, A::Bottom, 0.0}}},
-        {"addConstraintAttachSupperLeft", [](QWidget *v, QWidget *) { return addConstraintAttachSupperLeft(v); },
-         {{Item::Receiver, A::Left, Item::Superview, A::Left, 0.0}}},
-        {"addConstraintAttachSupperRight", [](QWidget *v, QWidget *) { return addConstraintAttachSupperRight(v); },
-         {{Item::Receiver, A::Right, Item::Superview, A::Right, 0.0}}},
-        {"addConstraintSetHeight", [](QWidget *v, QWidget *) { return addConstraintSetHeight(v, 44.0); },
-         {{Item::Receiver, A::Height, Item::None, A::NotAnAttribute, 44.0}}},
-        {"addConstraintSetWidth", [](QWidget *v, QWidget *) { return addConstraintSetWidth(v, 12.5); },
-         {{Item::Receiver, A::Width, Item::None, A::NotAnAttribute, 12.5}}},
-        {"addConstraintAttachTopTo", addConstraintAttachTopTo, {{Item::Receiver, A::Top, Item::Other, A::Bottom, 0.0}}},
-        {"addConstraintAttachBottomTo", addConstraintAttachBottomTo,
-         {{Item::Receiver, A::Bottom, Item::Other, A::Top, 0.0}}},
-        {"addConstraintAttachLeftTo", addConstraintAttachLeftTo, {{Item::Receiver, A::Left, Item::Other, A::Right, 0.0}}},
-        {"addConstraintAttachRightTo", addConstraintAttachRightTo,
-         {{Item::Receiver, A::Right, Item::Other, A::Left, 0.0}}},
-        {"addConstraintAttachTopToInside", addConstraintAttachTopToInside,
-         {{Item::Receiver, A::Top, Item::Other, A::Top, 0.0}}},
-        {"addConstraintAttachBottomToInside", addConstraintAttachBottomToInside,
-         {{Item::Other, A::Bottom, Item::Receiver, A::Bottom, 0.0}}},
-        {"addConstraintAttachLeftToInside", addConstraintAttachLeftToInside,
-         {{Item::Receiver, A::Left, Item::Other, A::Left, 0.0}}},
-        {"addConstraintAttachRightToInside", addConstraintAttachRightToInside,
-         {{Item::Receiver, A::Right, Item::Other, A::Right, 0.0}}},
-    };
-    return table;
+    return operation(receiver);
 }
 
 } // namespace
 
 TEST(LayoutConstraintHelpers, EachOperationAddsItsEquationsToTheSuperviewAndReturnsIt)
 {
-    for (const Operation &operation : operations()) {
+    using A = Attribute;
+    const QList<Operation> operations = {
+        {"addConstraintToFillInSupperView",
+         [](QWidget *v, QWidget *) -> LayoutConstraint * { addConstraintToFillInSupperView(v); return nullptr; },
+         {{Receiver, A::Top, Superview, A::Top, 0}, {Receiver, A::Left, Superview, A::Left, 0},
+          {Receiver, A::Right, Superview, A::Right, 0}, {Receiver, A::Bottom, Superview, A::Bottom, 0}}},
+        {"addConstraintAttachSupperTop", alone<addConstraintAttachSupperTop>, {{Receiver, A::Top, Superview, A::Top, 0}}},
+        {"addConstraintAttachSupperBottom", alone<addConstraintAttachSupperBottom>, {{Receiver, A::Bottom, Superview, A::Bottom, 0}}},
+        {"addConstraintAttachSupperLeft", alone<addConstraintAttachSupperLeft>, {{Receiver, A::Left, Superview, A::Left, 0}}},
+        {"addConstraintAttachSupperRight", alone<addConstraintAttachSupperRight>, {{Receiver, A::Right, Superview, A::Right, 0}}},
+        {"addConstraintSetHeight", [](QWidget *v, QWidget *) { return addConstraintSetHeight(v, 44.0); },
+         {{Receiver, A::Height, None, A::NotAnAttribute, 44.0}}},
+        {"addConstraintSetWidth", [](QWidget *v, QWidget *) { return addConstraintSetWidth(v, 12.5); },
+         {{Receiver, A::Width, None, A::NotAnAttribute, 12.5}}},
+        {"addConstraintAttachTopTo", addConstraintAttachTopTo, {{Receiver, A::Top, Other, A::Bottom, 0}}},
+        {"addConstraintAttachBottomTo", addConstraintAttachBottomTo, {{Receiver, A::Bottom, Other, A::Top, 0}}},
+        {"addConstraintAttachLeftTo", addConstraintAttachLeftTo, {{Receiver, A::Left, Other, A::Right, 0}}},
+        {"addConstraintAttachRightTo", addConstraintAttachRightTo, {{Receiver, A::Right, Other, A::Left, 0}}},
+        {"addConstraintAttachTopToInside", addConstraintAttachTopToInside, {{Receiver, A::Top, Other, A::Top, 0}}},
+        {"addConstraintAttachBottomToInside", addConstraintAttachBottomToInside, {{Other, A::Bottom, Receiver, A::Bottom, 0}}},
+        {"addConstraintAttachLeftToInside", addConstraintAttachLeftToInside, {{Receiver, A::Left, Other, A::Left, 0}}},
+        {"addConstraintAttachRightToInside", addConstraintAttachRightToInside, {{Receiver, A::Right, Other, A::Right, 0}}},
+    };
+    for (const Operation &operation : operations) {
         SCOPED_TRACE(operation.name);
         QWidget superview;
         auto *receiver = new QWidget(&superview);
         auto *other = new QWidget(&superview);
-        const auto item = [&](Item which) -> QWidget * {
-            switch (which) {
-            case Item::Receiver: return receiver;
-            case Item::Other: return other;
-            case Item::Superview: return &superview;
-            case Item::None: break;
-            }
-            return nullptr;
-        };
+        QWidget *const item[] = {receiver, other, &superview, nullptr}; // indexed by Item
 
         LayoutConstraint *returned = operation.call(receiver, other);
 
@@ -118,10 +79,10 @@ TEST(LayoutConstraintHelpers, EachOperationAddsItsEquationsToTheSuperviewAndRetu
         for (int i = 0; i < held.size(); ++i) {
             const Expected &expected = operation.made.at(i);
             SCOPED_TRACE(i);
-            EXPECT_EQ(held[i]->firstItem(), item(expected.first));
+            EXPECT_EQ(held[i]->firstItem(), item[expected.first]);
             EXPECT_EQ(held[i]->firstAttribute(), expected.firstAttribute);
             EXPECT_EQ(held[i]->relation(), LayoutConstraint::Relation::Equal);
-            EXPECT_EQ(held[i]->secondItem(), item(expected.second));
+            EXPECT_EQ(held[i]->secondItem(), item[expected.second]);
             EXPECT_EQ(held[i]->secondAttribute(), expected.secondAttribute);
             EXPECT_EQ(held[i]->multiplier(), 1.0);
             EXPECT_EQ(held[i]->constant(), expected.constant);
@@ -155,7 +116,6 @@ protected:
         addConstraintAttachSupperLeft(display);
         addConstraintAttachSupperRight(display);
         displayHeight = addConstraintSetHeight(display, 40);
-
         row = new QWidget(&keyboard);
         addConstraintAttachTopTo(row, display);
         addConstraintAttachSupperLeft(row);
@@ -193,15 +153,9 @@ protected:
     }
 
     QWidget keyboard;
-    QWidget *display = nullptr;
-    QWidget *row = nullptr;
-    QWidget *backdrop = nullptr;
-    QWidget *caption = nullptr;
-    QPushButton *one = nullptr;
-    QPushButton *two = nullptr;
-    QPushButton *three = nullptr;
-    LayoutConstraint *displayHeight = nullptr;
-    LayoutConstraint *twoBottom = nullptr;
+    QWidget *display = nullptr, *row = nullptr, *backdrop = nullptr, *caption = nullptr;
+    QPushButton *one = nullptr, *two = nullptr, *three = nullptr;
+    LayoutConstraint *displayHeight = nullptr, *twoBottom = nullptr;
 };
 
 TEST_F(KeyboardLayout, ChildrenFollowTheirConstraintsWhenTheSuperviewResizes)
