@@ -1,6 +1,7 @@
 // Per-claim settings over the standard preferences store: the "ClaimList" layout on disk, the
 // nil rules, persistence across a restart, refused values and damaged store files.
 #include "support/LogCapture.h"
+#include "support/TemporaryMainBundle.h"
 #include "support/TemporarySettingsStore.h"
 
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
@@ -34,13 +35,7 @@ protected:
 };
 
 // A value written through one typed setter and what must be read back, before and after a restart.
-struct TypedCase
-{
-    const char *key;
-    std::function<void(const QString &key)> write;
-    std::function<void(const QString &key)> expectReadBack;
-    QMetaType::Type typeOnDisk;
-};
+struct TypedCase { const char *key; std::function<void(const QString &)> write, expectReadBack; QMetaType::Type typeOnDisk; };
 
 QList<TypedCase> scopedCases(const QString &claimID)
 {
@@ -101,10 +96,9 @@ TEST_F(ZQTUserDefaultsTest, TopLevelValuesOfEveryKindAreFlushedAndSurviveARestar
     U::setDouble(-0.125, "double");
     U::setBool(true, "bool");
     U::setObject(QStringList{"a", "b"}, "list");
-    const QVariantMap disk = store.onDisk();
-    EXPECT_EQ(disk.value("integer").typeId(), QMetaType::LongLong);
-    EXPECT_EQ(disk.value("bool").typeId(), QMetaType::Bool);
-    EXPECT_EQ(disk.value("list"), QVariant(QVariantList{"a", "b"}));
+    EXPECT_EQ(store.onDisk().value("integer").typeId(), QMetaType::LongLong);
+    EXPECT_EQ(store.onDisk().value("bool").typeId(), QMetaType::Bool);
+    EXPECT_EQ(store.onDisk().value("list"), QVariant(QVariantList{"a", "b"}));
 
     store.restart();
     EXPECT_EQ(U::integerForKey("integer"), 7);
@@ -240,12 +234,7 @@ TEST_F(ZQTUserDefaultsTest, ADamagedStoreFileIsKeptAsideAndTheStoreStartsEmpty)
     const QByteArray validXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
                                 "<key>ClaimList</key><dict><key>CLM-1</key><dict><key>n</key><integer>1</integer>"
                                 "</dict></dict></dict></plist>\n";
-    const struct
-    {
-        const char *name;
-        QByteArray bytes;
-        bool isFolder; // a folder stands where the file should be
-    } damaged[] = {
+    const struct { const char *name; QByteArray bytes; bool isFolder; /* a folder stands where the file should be */ } damaged[] = {
         {"text that is no property list", "user settings, sort of", false},
         {"a truncated XML list", validXml.left(validXml.size() / 2), false},
         {"a truncated binary list", QByteArray("bplist00\xd1\x01\x02", 11), false},
@@ -256,14 +245,10 @@ TEST_F(ZQTUserDefaultsTest, ADamagedStoreFileIsKeptAsideAndTheStoreStartsEmpty)
     for (const auto &c : damaged) {
         SCOPED_TRACE(c.name);
         TemporarySettingsStore local;
-        ASSERT_TRUE(QDir().mkpath(local.folder()));
-        if (c.isFolder) {
+        if (c.isFolder)
             ASSERT_TRUE(QDir().mkpath(local.path()));
-        } else {
-            QFile file(local.path());
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(c.bytes);
-        }
+        else
+            writeTestFile(local.path(), c.bytes);
 
         LogCapture log;
         EXPECT_TRUE(U::getAllClaimsDictionary().isEmpty());
@@ -272,17 +257,15 @@ TEST_F(ZQTUserDefaultsTest, ADamagedStoreFileIsKeptAsideAndTheStoreStartsEmpty)
 
         const QStringList aside = QDir(local.folder()).entryList({"app.plist.corrupt-*"});
         ASSERT_EQ(aside.size(), 1);
-        const QString asidePath = QDir(local.folder()).filePath(aside.first());
+        const QString asidePath = local.folder() + '/' + aside.first();
         EXPECT_TRUE(log.lines().first().contains(asidePath));
 
         U::setInteger(2, "n", "CLM-2");
         EXPECT_EQ(local.onDisk(), (QVariantMap{{"ClaimList", QVariantMap{{"CLM-2", QVariantMap{{"n", 2}}}}}}));
-        if (c.isFolder) {
+        QFile kept(asidePath);
+        if (c.isFolder)
             EXPECT_TRUE(QFileInfo(asidePath).isDir());
-        } else {
-            QFile kept(asidePath);
-            ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
-            EXPECT_EQ(kept.readAll(), c.bytes) << "the user's data is kept byte for byte";
-        }
+        else
+            EXPECT_TRUE(kept.open(QIODevice::ReadOnly) && kept.readAll() == c.bytes) << "the user's data is kept byte for byte";
     }
 }
