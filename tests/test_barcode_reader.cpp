@@ -21,7 +21,6 @@
 #include <QVideoFrame>
 
 #include <algorithm>
-#include <functional>
 #include <memory>
 
 using namespace ZQTPlatform;
@@ -41,15 +40,16 @@ QImage labelFrame(Symbology symbology, const QString &text, int modulePixels = 3
     return BarcodeArt::renderScene(BarcodeArt::renderSymbol(symbology, text, modulePixels), scene);
 }
 
-// The codes of the first frame of the strategy cycle that finds any.
-QList<DecodedBarcode> readWithinCycle(const std::function<QList<DecodedBarcode>(quint64)> &read)
+// Two symbols side by side on white, or the first one above the second with its height between.
+QImage composed(const QImage &first, const QImage &second, bool stacked = false)
 {
-    for (int frame = 0; frame < ReadStrategy::cycleLength(); ++frame) {
-        const QList<DecodedBarcode> codes = read(frame);
-        if (!codes.isEmpty())
-            return codes;
-    }
-    return {};
+    QImage both(stacked ? first.width() : first.width() + second.width(),
+                stacked ? 3 * first.height() : qMax(first.height(), second.height()), QImage::Format_Grayscale8);
+    both.fill(255);
+    QPainter painter(&both);
+    painter.drawImage(0, 0, first);
+    painter.drawImage(stacked ? 0 : first.width(), stacked ? 2 * first.height() : 0, second);
+    return both;
 }
 
 QPointF centroid(const QList<QPointF> &points)
@@ -100,17 +100,12 @@ TEST(BarcodeReader, ReadsVinLabelsOfEverySymbologyInEveryFrameLayout)
     };
     for (const auto &c : cases) {
         const QImage picture = labelFrame(c.symbology, vin);
-        const QList<std::pair<const char *, QVideoFrame>> frames{
-            {"YUV420P", videoFrameFromImage(picture)},
-            {"NV12", frameWithLayout(picture, QVideoFrameFormat::Format_NV12)},
-            {"Y16", frameWithLayout(picture, QVideoFrameFormat::Format_Y16)},
-            {"UYVY", frameWithLayout(picture, QVideoFrameFormat::Format_UYVY)},
-            {"YUYV", frameWithLayout(picture, QVideoFrameFormat::Format_YUYV)},
-            {"BGRX8888", frameWithLayout(picture, QVideoFrameFormat::Format_BGRX8888)},
-            {"XRGB8888", frameWithLayout(picture, QVideoFrameFormat::Format_XRGB8888)},
-        };
-        for (const auto &[layout, frame] : frames) {
-            SCOPED_TRACE(c.type.toStdString() + " in " + layout);
+        QList<QVideoFrame> frames{videoFrameFromImage(picture)}; // YUV420P
+        for (const auto layout : {QVideoFrameFormat::Format_NV12, QVideoFrameFormat::Format_Y16, QVideoFrameFormat::Format_UYVY,
+                                  QVideoFrameFormat::Format_YUYV, QVideoFrameFormat::Format_BGRX8888, QVideoFrameFormat::Format_XRGB8888})
+            frames.append(frameWithLayout(picture, layout));
+        for (const QVideoFrame &frame : frames) {
+            SCOPED_TRACE((c.type + " in " + QVideoFrameFormat::pixelFormatToString(frame.pixelFormat())).toStdString());
             ASSERT_TRUE(frame.isValid());
             // A clean label is read by the cheapest strategy, in the first frame.
             const QList<DecodedBarcode> codes = reader.read(frame, 0);
@@ -216,25 +211,16 @@ TEST(BarcodeReader, ReadsTwoCodesOfOneFrameAndOneOfALabelShownTwice)
 {
     const QImage linear = BarcodeArt::renderSymbol(Symbology::Code128, vin, 2);
     const QImage matrix = BarcodeArt::renderSymbol(Symbology::DataMatrix, vin + "-B", 6);
-    QImage both(linear.width() + matrix.width(), qMax(linear.height(), matrix.height()), QImage::Format_Grayscale8);
-    QImage twice(linear.width(), 3 * linear.height(), QImage::Format_Grayscale8);
-    both.fill(255);
-    twice.fill(255);
-    QPainter(&both).drawImage(0, 0, linear);
-    QPainter(&both).drawImage(linear.width(), 0, matrix);
-    QPainter(&twice).drawImage(0, 0, linear);
-    QPainter(&twice).drawImage(0, 2 * linear.height(), linear);
-
     const BarcodeReader reader(vinTypes);
     QStringList texts;
-    for (const DecodedBarcode &code : reader.read(videoFrameFromImage(BarcodeArt::renderScene(both, {})), 0))
+    for (const DecodedBarcode &code : reader.read(videoFrameFromImage(BarcodeArt::renderScene(composed(linear, matrix), {})), 0))
         texts.append(code.text);
     texts.sort();
     EXPECT_EQ(texts, QStringList({vin, vin + "-B"}));
 
     BarcodeArt::Scene fullHd;
     fullHd.frameSize = QSize(1920, 1080);
-    const QVideoFrame frame = videoFrameFromImage(BarcodeArt::renderScene(twice, fullHd));
+    const QVideoFrame frame = videoFrameFromImage(BarcodeArt::renderScene(composed(linear, linear, true), fullHd));
     for (int f = 0; f < ReadStrategy::cycleLength(); ++f) {
         for (const DecodedBarcode &code : reader.read(frame, f))
             EXPECT_EQ(code.text, vin);
@@ -250,7 +236,8 @@ TEST(BarcodeReader, FramesWithoutCodesOrWithoutSenseGiveNothing)
     emptySymbol.fill(255);
     const QImage labelWithoutCode = BarcodeArt::renderScene(emptySymbol, {});
     for (const QImage &picture : {blank, labelWithoutCode}) {
-        EXPECT_TRUE(readWithinCycle([&](quint64 f) { return reader.read(videoFrameFromImage(picture), f); }).isEmpty());
+        for (int f = 0; f < ReadStrategy::cycleLength(); ++f)
+            EXPECT_TRUE(reader.read(videoFrameFromImage(picture), f).isEmpty());
     }
 
     // Noise of odd and tiny sizes in every layout, and frames that are not frames.
@@ -270,20 +257,10 @@ TEST(BarcodeReader, FramesWithoutCodesOrWithoutSenseGiveNothing)
     EXPECT_TRUE(BarcodeReader({}).read(labelFrame(Symbology::Code39, vin), 0).isEmpty());
 }
 
-// --- The metadata output.
-
 // Gives the tests the session's way in.
-class FrameFedOutput : public MetadataOutput
-{
-public:
-    using MetadataOutput::videoFrameArrived;
-};
+struct FrameFedOutput : MetadataOutput { using MetadataOutput::videoFrameArrived; };
 
-struct Delivery
-{
-    QList<MetadataObject> objects;
-    bool onGuiThread = false;
-};
+struct Delivery { QList<MetadataObject> objects; bool onGuiThread = false; };
 
 class MetadataOutputTest : public ::testing::Test
 {
@@ -346,12 +323,8 @@ TEST_F(MetadataOutputTest, StreamsCodesToTheDelegateOnTheGuiThread)
 
 TEST_F(MetadataOutputTest, ReportsOnlyTheSelectedTypes)
 {
-    const QImage linear = BarcodeArt::renderSymbol(Symbology::Code39, vin, 3);
-    const QImage qr = BarcodeArt::renderSymbol(Symbology::QRCode, QStringLiteral("claim 42"), 5);
-    QImage both(linear.width() + qr.width(), qMax(linear.height(), qr.height()), QImage::Format_Grayscale8);
-    both.fill(255);
-    QPainter(&both).drawImage(0, 0, linear);
-    QPainter(&both).drawImage(linear.width(), 0, qr);
+    const QImage both = composed(BarcodeArt::renderSymbol(Symbology::Code39, vin, 3),
+                                 BarcodeArt::renderSymbol(Symbology::QRCode, QStringLiteral("claim 42"), 5));
     const std::shared_ptr<MetadataOutput> output = startSession(BarcodeArt::renderScene(both, {}), {});
 
     // Nothing is read while no type is wanted.
