@@ -59,8 +59,6 @@ void expectGroupValues(const QList<std::pair<QByteArray, T>> &cases, Read read)
 
 } // namespace
 
-// --- where values come from ---------------------------------------------------------------
-
 TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyAndOtherKeysComeFromTheFramework)
 {
     TemporaryMainBundle host;
@@ -117,9 +115,7 @@ TEST(ConfigurationLookupOrder, MissingKeysGiveNeutralValues)
     EXPECT_TRUE(C::getGlobalImageForKey(key).isNull());
 }
 
-// --- typed values ---------------------------------------------------------------------------
-
-TEST(ConfigurationTypedValues, TextFormOfNumbersBooleansArraysAndDictionaries)
+TEST(ConfigurationTypedValues, TextFloatAndBooleanReadingsOfEveryKindOfValue)
 {
     expectGroupValues<QString>({{"<integer>7</integer>", "7"}, {"<real>12.5</real>", "12.5"}, {"<real>2</real>", "2"},
                                 {"<true/>", "1"},
@@ -131,19 +127,13 @@ TEST(ConfigurationTypedValues, TextFormOfNumbersBooleansArraysAndDictionaries)
                                C::getConfigStringForKey);
     expectGroupValues<QVariantList>({{"<array><string>Off</string><string>On</string></array>", {"Off", "On"}}},
                                     C::getConfigArrayForKey);
-}
-
-TEST(ConfigurationTypedValues, FloatsTakeTheLeadingNumberOfText)
-{
+    // Floats take the leading number of text.
     expectGroupValues<float>({{"<string>  12.5abc</string>", 12.5f}, {"<string>abc</string>", 0.0f},
                               {"<string>-3e2x</string>", -300.0f}, {"<string>.5</string>", 0.5f},
                               {"<string>1.2.3</string>", 1.2f}, {"<real>2.25</real>", 2.25f},
                               {"<integer>3</integer>", 3.0f}, {"<true/>", 1.0f}},
                              C::getGlobalFloatForKey);
-}
-
-TEST(ConfigurationTypedValues, BooleansFollowThePlatformReadingOfTextAndNumbers)
-{
+    // Booleans follow the platform's reading of text and numbers.
     expectGroupValues<bool>({{"<string>yes</string>", true}, {"<string>TRUE</string>", true},
                              {"<string>007</string>", true}, {"<string>  y</string>", true},
                              {"<string>2x</string>", true}, {"<string>0</string>", false},
@@ -153,8 +143,6 @@ TEST(ConfigurationTypedValues, BooleansFollowThePlatformReadingOfTextAndNumbers)
                              {"<real>0.5</real>", true}, {"<true/>", true}, {"<false/>", false}},
                             C::getGlobalBoolForKey);
 }
-
-// --- configuration errors and files ---------------------------------------------------------
 
 TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFile)
 {
@@ -218,16 +206,13 @@ TEST(ConfigurationFiles, AFileChangedOnDiskIsReadAgain)
     EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
 }
 
-// --- fonts and help pages -------------------------------------------------------------------
-
 TEST(ConfigurationFonts, InstalledNamesAsConfiguredUnknownNearMissOrEmptyOnesFallBackToHelvetica)
 {
     TemporaryMainBundle host;
-    const QList<std::tuple<QByteArray, QByteArray, QString, QString>> cases = {
-        {"DejaVuSans-Bold", "LiberationSans", "DejaVuSans-Bold", "LiberationSans"},
-        {"NoSuchFont-Bold", "DejaVuSans-Regula", "Helvetica-Bold", "Helvetica"},
-        {"", "", "Helvetica-Bold", "Helvetica"}};
-    for (const auto &[bold, regular, expectedBold, expectedRegular] : cases) {
+    for (const auto &[bold, regular, expectedBold, expectedRegular] : QList<std::tuple<QByteArray, QByteArray, QString, QString>>{
+             {"DejaVuSans-Bold", "LiberationSans", "DejaVuSans-Bold", "LiberationSans"},
+             {"NoSuchFont-Bold", "DejaVuSans-Regula", "Helvetica-Bold", "Helvetica"},
+             {"", "", "Helvetica-Bold", "Helvetica"}}) {
         host.writeSettings("<key>ApplicationBoldStyleFontName</key><string>" + bold + "</string>"
                            "<key>ApplicationRegularStyleFontName</key><string>" + regular + "</string>");
         EXPECT_EQ(C::getGlobalFontBold(), expectedBold);
@@ -253,8 +238,6 @@ TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLineAndNoP
     host.writeSettings("<key>HelpOverlayDetailsDictionary</key><dict><key>pages</key><array/></dict>");
     EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("title", 5).isValid());
 }
-
-// --- the shipped theme ----------------------------------------------------------------------
 
 TEST(ShippedTheme, GroupsOnlyUniqueKeysAndValuesOfTheKindTheirNamesSay)
 {
