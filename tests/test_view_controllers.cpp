@@ -11,6 +11,7 @@
 #include "platform/TransitionCoordinator.h"
 #include "platform/Window.h"
 #include "support/LogCapture.h"
+#include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +30,6 @@ class RecordingController : public ViewController
 {
 public:
     RecordingController(QStringList *journal, const QString &name) : m_journal(journal), m_name(name) {}
-
     void viewDidLoad() override { record("viewDidLoad"); }
     void viewWillAppear(bool animated) override { record("viewWillAppear", animated); }
     void viewDidAppear(bool animated) override { record("viewDidAppear", animated); }
@@ -49,10 +49,7 @@ public:
     int statusBarStyle = StatusBarStyle::Default;
 
 private:
-    void record(const QString &hook, bool animated = false)
-    {
-        m_journal->append(m_name + '.' + hook + (animated ? "(animated)" : ""));
-    }
+    void record(const QString &hook, bool animated = false) { m_journal->append(m_name + '.' + hook + (animated ? "(animated)" : "")); }
     QStringList *m_journal;
     QString m_name;
 };
@@ -184,9 +181,8 @@ TEST(TabBarControllerTest, ShowsTheSelectedControllerAndIsFoundByItsChildren)
 {
     Fixture f;
     auto *tabs = new TabBarController;
-    RecordingController *a = f.controller("A");
     RecordingController *b = f.controller("B");
-    tabs->setViewControllers({a, b});
+    tabs->setViewControllers({f.controller("A"), b});
     f.showRoot(tabs);
     EXPECT_EQ(b->tabBarController(), tabs);
     EXPECT_FALSE(f.journal.contains("B.viewWillAppear"));
@@ -240,11 +236,7 @@ TEST(ApplicationTest, PostsForegroundAndBackgroundOncePerTransition)
 
 TEST(ApplicationTest, StatusBarAndRotationFollowTheFrontmostController)
 {
-    DeviceProfile profile;
-    profile.mainScreenBounds = QSizeF(375, 812);
-    profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
-    profile.statusBarHeight = 44;
-    DeviceProfile::setCurrent(profile);
+    DeviceProfile::setCurrent(phoneProfile());
     Application *app = Application::sharedApplication();
     EXPECT_EQ(app->statusBarFrame(), QRectF(0, 0, 375, 44));
 
