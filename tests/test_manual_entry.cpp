@@ -7,14 +7,11 @@
 #include "platform/Application.h"
 #include "platform/CaptureDevice.h"
 #include "platform/CaptureSession.h"
-#include "platform/DeviceProfile.h"
-#include "platform/NavigationController.h"
-#include "platform/Window.h"
+#include "support/ScreenTestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <QClipboard>
-#include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
 #include <QPointer>
@@ -27,61 +24,43 @@ namespace {
 
 const QString validVin = QStringLiteral("1HGCM82633A004352");
 
-struct RecordingDelegate : VinScannerVCDelegate
-{
-    struct Call { QString vin; bool scanned, valid; };
-    QList<Call> calls;
-    void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid, const ZQTError &) override
-    {
-        calls.append({VIN, isVINScanned, isVINValid});
-    }
-};
-
 class ManualEntry : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        DeviceProfile profile;
-        profile.mainScreenBounds = QSizeF(375, 812);
-        profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
-        profile.statusBarHeight = 44.0;
-        DeviceProfile::setCurrent(profile);
         QImage street(640, 480, QImage::Format_RGB32);
         street.fill(QColor(70, 80, 90));
         ASSERT_TRUE(CaptureDevice::addStandIn(street));
-        window.resize(375, 812);
-        window.setRootViewController(navigation);
     }
     void TearDown() override { CaptureDevice::removeStandIns(); }
 
-    // A screen of the manual-option factory, pushed and on screen.
-    ZQTVINCaptureVC *showScreen(bool showManualEntry)
+    // Pushes a screen of the manual-option factory and, with the prompt asked for, waits for it
+    // and its digit row.
+    AlertController *showScreen(bool showManualEntry = true)
     {
         screen = ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, "CLM-7");
         screen->setShowManualEntry(showManualEntry);
-        navigation->pushViewController(screen, false);
-        window.makeKeyAndVisible();
-        return screen;
+        host.navigation->pushViewController(screen, false);
+        host.window.makeKeyAndVisible();
+        return showManualEntry ? waitForPrompt() : nullptr;
     }
-    // Waits for the prompt with its digit row.
     AlertController *waitForPrompt()
     {
         EXPECT_TRUE(QTest::qWaitFor([this] { return screen->digitKeyboardView() != nullptr; }, 3000));
         return screen->vinEntryAlertController();
     }
     TextField *field() { return screen->vinEntryAlertController()->textFields().first(); }
+    // The prompt's buttons: Cancel first, then OK.
     QWidget *button(int index)
     {
         AlertController *alert = screen->vinEntryAlertController();
         return alert->buttonForAction(alert->actions().at(index));
     }
     QWidget *okButton() { return button(1); }
-    QWidget *cancelButton() { return button(0); }
 
     RecordingDelegate delegate;
-    Window window;
-    NavigationController *navigation = new NavigationController;
+    PhoneHost host;
     QPointer<ZQTVINCaptureVC> screen;
 };
 
@@ -89,8 +68,7 @@ protected:
 
 TEST_F(ManualEntry, TypedTextIsFilteredUpperCasedAndReportedNormalisedOnOk)
 {
-    showScreen(true);
-    AlertController *alert = waitForPrompt();
+    AlertController *alert = showScreen();
     ASSERT_NE(alert, nullptr);
     EXPECT_FALSE(screen->session()->isRunning()) << "the prompt opens instead of the scanner";
     EXPECT_EQ(alert->alertTitle(), ZQTVINScanComponentConstants::getConfigStringForKey("ManualEntryAlertTitle"));
@@ -108,11 +86,11 @@ TEST_F(ManualEntry, TypedTextIsFilteredUpperCasedAndReportedNormalisedOnOk)
     QTest::keyClicks(field(), "2");
 
     QTest::mouseClick(okButton(), Qt::LeftButton);
-    ASSERT_EQ(delegate.calls.size(), 1);
-    EXPECT_EQ(delegate.calls[0].vin, validVin);
-    EXPECT_FALSE(delegate.calls[0].scanned);
-    EXPECT_TRUE(delegate.calls[0].valid);
-    EXPECT_EQ(screen->vinBarCode(), validVin);
+    const auto calls = delegate.calls();
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].vin, validVin);
+    EXPECT_FALSE(calls[0].scanned);
+    EXPECT_TRUE(calls[0].valid);
     EXPECT_EQ(screen->presentedViewController(), nullptr);
     QTest::qWait(50);
     EXPECT_FALSE(screen->session()->isRunning()) << "OK never restarts the scanner";
@@ -120,22 +98,21 @@ TEST_F(ManualEntry, TypedTextIsFilteredUpperCasedAndReportedNormalisedOnOk)
 
 TEST_F(ManualEntry, PastedTwentyCharactersAreTakenAndTheLastSeventeenReported)
 {
-    showScreen(true);
-    waitForPrompt();
+    showScreen();
     QGuiApplication::clipboard()->setText("XY-Z" + validVin);
     QTest::keyClick(field(), Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(field()->text(), "XYZ" + validVin);
     EXPECT_TRUE(okButton()->isEnabled());
     QTest::mouseClick(okButton(), Qt::LeftButton);
-    ASSERT_EQ(delegate.calls.size(), 1);
-    EXPECT_EQ(delegate.calls[0].vin, validVin);
-    EXPECT_TRUE(delegate.calls[0].valid);
+    const auto calls = delegate.calls();
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].vin, validVin);
+    EXPECT_TRUE(calls[0].valid);
 }
 
 TEST_F(ManualEntry, DigitRowAppendsUpToAWholeVinAlongTheBottom)
 {
-    showScreen(true);
-    AlertController *alert = waitForPrompt();
+    AlertController *alert = showScreen();
     DigitKeyboardView *keys = screen->digitKeyboardView();
     ASSERT_EQ(keys->buttons().size(), 10);
     EXPECT_EQ(keys->parentWidget(), alert);
@@ -179,19 +156,20 @@ TEST_F(ManualEntry, ButtonStopsTheScannerCancelRestartsItAndHidingTheKeyboardTak
     EXPECT_EQ(alert->findChild<DigitKeyboardView *>(), nullptr);
 
     QTest::keyClicks(field(), validVin);
-    QTest::mouseClick(cancelButton(), Qt::LeftButton);
+    QTest::mouseClick(button(0), Qt::LeftButton);
     EXPECT_TRUE(screen->session()->isRunning()) << "Cancel goes back to scanning";
-    EXPECT_TRUE(delegate.calls.isEmpty());
+    EXPECT_TRUE(delegate.calls().isEmpty());
     EXPECT_EQ(screen->presentedViewController(), nullptr);
 }
 
-TEST_F(ManualEntry, PromptRendersOverTheScreenWithTheDigitRow)
+// The prompt over the dimmed screen, and the picture that stands for the typed text in the camera
+// area.
+TEST_F(ManualEntry, PromptRendersOverTheScreenWithTheDigitRowAndTheTypedTextPicture)
 {
-    showScreen(true);
-    AlertController *alert = waitForPrompt();
+    AlertController *alert = showScreen();
     QTest::keyClicks(field(), "1HGCM8263");
     QTest::qWait(100);
-    const QImage image = window.grab().toImage();
+    const QImage image = host.window.grab().toImage();
     QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
     folder.mkpath(".");
     ASSERT_TRUE(image.save(folder.filePath("manual_prompt.png")));
@@ -201,23 +179,18 @@ TEST_F(ManualEntry, PromptRendersOverTheScreenWithTheDigitRow)
     EXPECT_GT(qGray(image.pixel(card.center().x(), card.top() + 8)), 230) << "a light card";
     EXPECT_LT(qGray(image.pixel(8, card.top())), 120) << "the screen beneath is dimmed";
     DigitKeyboardView *keys = screen->digitKeyboardView();
-    const QRect key = keys->buttons().first()->geometry().translated(keys->keybuttonContainView()->mapTo(&window, QPoint()));
+    const QRect key = keys->buttons().first()->geometry().translated(keys->keybuttonContainView()->mapTo(&host.window, QPoint()));
     EXPECT_EQ(image.pixelColor(key.left() + 3, key.center().y()), QColor(Qt::white)) << "white keys";
     const QColor strip = image.pixelColor(20, 812 - 3);
     EXPECT_GT(qGray(strip.rgb()), 180) << "on a light grey strip";
     EXPECT_NE(strip, QColor(Qt::white));
-}
 
-TEST_F(ManualEntry, TypedTextPictureIsWhiteTextCentredOnBlack)
-{
-    showScreen(true);
-    waitForPrompt();
     const QImage picture = screen->imageForManualScanWithText(validVin).bitmap();
     ASSERT_EQ(picture.size(), screen->findChild<QWidget *>("cameraImageView")->size());
     EXPECT_EQ(picture.pixelColor(2, 2), QColor(Qt::black));
     int white = 0;
     for (int x = 0; x < picture.width(); ++x)
         white += qGray(picture.pixel(x, picture.height() / 2)) > 200;
-    EXPECT_GT(white, 10) << "text across the middle";
+    EXPECT_GT(white, 10) << "white text across the middle";
     EXPECT_LT(qGray(picture.pixel(picture.width() / 2, 4)), 10) << "and nowhere near the top";
 }
