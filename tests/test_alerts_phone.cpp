@@ -3,11 +3,10 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/AlertController.h"
 #include "platform/DeviceProfile.h"
-#include "platform/Window.h"
+#include "support/ScreenTestSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <QPushButton>
 #include <QTest>
 
 using namespace ZQTPlatform;
@@ -41,41 +40,37 @@ namespace {
 class OneCallAlert : public ::testing::Test
 {
 protected:
-    void SetUp() override { useSystem(QStringLiteral("16.4")); }
+    void SetUp() override
+    {
+        useSystem(QStringLiteral("16.4"));
+        window.resize(375, 812);
+        window.setRootViewController(controller);
+        window.makeKeyAndVisible();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    }
 
     static void useSystem(const QString &version)
     {
-        DeviceProfile profile;
-        profile.mainScreenBounds = QSizeF(375, 812);
-        profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
+        DeviceProfile profile = phoneProfile();
         profile.systemVersion = version;
         DeviceProfile::setCurrent(profile);
     }
-    // Shows the window with the controller and asks for an alert that records its presses.
+    // Asks for an alert that records its presses.
     void ask(const QString &other, QList<QPair<QString, qint64>> *presses)
     {
-        if (!window.isVisible()) {
-            window.resize(375, 812);
-            window.setRootViewController(controller);
-            window.makeKeyAndVisible();
-        }
         Constants::showAlertViewWithTitle("Title", "Message", "Cancel", other, controller,
                                           [presses](const QString &title, qint64 index) { *presses << qMakePair(title, index); });
     }
     AlertController *alert() const { return qobject_cast<AlertController *>(controller->presentedViewController()); }
+    // Clicks the button and waits for the alert to dismiss itself.
     void press(const QString &title)
     {
         ASSERT_NE(alert(), nullptr);
-        for (AlertAction *action : alert()->actions()) {
-            if (action->title() == title) {
-                QWidget *button = alert()->buttonForAction(action);
-                ASSERT_NE(button, nullptr);
-                ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
-                QTest::mouseClick(button, Qt::LeftButton);
-                return;
-            }
-        }
-        FAIL() << "no button " << qPrintable(title);
+        const QList<AlertAction *> actions = alert()->actions();
+        const auto action = std::find_if(actions.begin(), actions.end(), [&](AlertAction *a) { return a->title() == title; });
+        ASSERT_NE(action, actions.end()) << "no button " << qPrintable(title);
+        QTest::mouseClick(alert()->buttonForAction(*action), Qt::LeftButton);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !alert(); }, 2000)) << qPrintable(title);
     }
 
     Window window;
@@ -84,67 +79,44 @@ protected:
 
 } // namespace
 
-TEST_F(OneCallAlert, ReportsCancelAsZeroAndTheOtherAsOne)
+TEST_F(OneCallAlert, ReportsCancelAsZeroAndTheOtherAsOneAndDropsASecondRequestWhileOneIsUp)
 {
-    QList<QPair<QString, qint64>> presses;
+    QList<QPair<QString, qint64>> presses, dropped;
     ask("Retry", &presses);
-    ASSERT_NE(alert(), nullptr) << "presented at once, without animation";
-    EXPECT_EQ(alert()->preferredStyle(), AlertController::StyleAlert);
-    ASSERT_EQ(alert()->actions().size(), 2);
-    EXPECT_EQ(alert()->actions()[0]->style(), AlertAction::StyleCancel);
-    EXPECT_EQ(alert()->actions()[1]->style(), AlertAction::StyleDefault);
+    AlertController *shown = alert();
+    ASSERT_NE(shown, nullptr) << "presented at once, without animation";
+    EXPECT_EQ(shown->preferredStyle(), AlertController::StyleAlert);
+    ASSERT_EQ(shown->actions().size(), 2);
+    EXPECT_EQ(shown->actions()[0]->style(), AlertAction::StyleCancel);
+    EXPECT_EQ(shown->actions()[1]->style(), AlertAction::StyleDefault);
+    ask("Other", &dropped);
+    EXPECT_EQ(alert(), shown);
+    EXPECT_EQ(window.findChildren<AlertController *>().size(), 1);
     press("Retry");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !alert(); }, 2000)) << "the alert dismisses itself";
     ask("Retry", &presses);
     press("Cancel");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !alert(); }, 2000));
+    QTest::qWait(50);
     EXPECT_EQ(presses, (QList<QPair<QString, qint64>>{{"Retry", 1}, {"Cancel", 0}}));
+    EXPECT_TRUE(dropped.isEmpty()) << "the dropped alert's block is never called";
 
-    // An empty other title gives the cancel button alone.
-    presses.clear();
-    ask("", &presses);
+    // An empty other title gives the cancel button alone; a missing block is allowed.
+    Constants::showAlertViewWithTitle("T", "M", "Cancel", "", controller, {});
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->actions().size(), 1);
     press("Cancel");
-    EXPECT_EQ(presses, (QList<QPair<QString, qint64>>{{"Cancel", 0}}));
 }
 
-TEST_F(OneCallAlert, ASecondRequestWhileOneIsUpIsDropped)
-{
-    QList<QPair<QString, qint64>> first, second;
-    ask("OK", &first);
-    AlertController *shown = alert();
-    ASSERT_NE(shown, nullptr);
-    ask("Other", &second);
-    EXPECT_EQ(alert(), shown);
-    EXPECT_EQ(window.findChildren<AlertController *>().size(), 1);
-    press("OK");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !alert(); }, 2000));
-    QTest::qWait(50);
-    EXPECT_EQ(first.size(), 1);
-    EXPECT_TRUE(second.isEmpty()) << "the dropped alert's block is never called";
-
-    // A missing block is allowed.
-    Constants::showAlertViewWithTitle("T", "M", "Cancel", "OK", controller, {});
-    press("OK");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !alert(); }, 2000));
-}
-
+// Shown from "8.0" on; "10.0" is above "8.0" as numbers, though below it as text.
 TEST_F(OneCallAlert, ComparesTheSystemVersionByParts)
 {
-    for (const char *version : {"7.1.2", "7", "0.9", "unknown"}) {
+    const QList<QPair<const char *, bool>> cases = {{"7.1.2", false}, {"7", false}, {"0.9", false}, {"unknown", false},
+                                                    {"8.0", true},    {"8", true},  {"10.0", true}, {"8.0.1", true}};
+    for (const auto &[version, shown] : cases) {
         useSystem(version);
         QList<QPair<QString, qint64>> presses;
         ask("OK", &presses);
-        EXPECT_EQ(alert(), nullptr) << version;
-    }
-    // "10.0" is above "8.0" as numbers, though below it as text.
-    for (const char *version : {"8.0", "8", "10.0", "8.0.1"}) {
-        useSystem(version);
-        QList<QPair<QString, qint64>> presses;
-        ask("OK", &presses);
-        ASSERT_NE(alert(), nullptr) << version;
-        press("OK");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !alert(); }, 2000)) << version;
+        EXPECT_EQ(alert() != nullptr, shown) << version;
+        if (alert())
+            alert()->dismissViewControllerAnimated(false);
     }
 }
