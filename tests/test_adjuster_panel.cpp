@@ -3,12 +3,9 @@
 #include "UI/Views/ZQTVINScanAdjusterInfo.h"
 #include "ZQTVINScanComponent.h"
 #include "platform/CaptureDevice.h"
-#include "platform/DeviceProfile.h"
 #include "platform/LayoutConstraint.h"
-#include "platform/NavigationController.h"
-#include "platform/NotificationCenter.h"
 #include "platform/URLOpening.h"
-#include "platform/Window.h"
+#include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
@@ -78,16 +75,8 @@ class AdjusterPanel : public ::testing::Test
 protected:
     void SetUp() override
     {
-        DeviceProfile profile;
-        profile.mainScreenBounds = QSizeF(375, 812);
-        profile.interfaceIdiom = DeviceProfile::Idiom::Phone;
-        profile.statusBarHeight = 44;
-        profile.systemVersion = QStringLiteral("16.4");
-        DeviceProfile::setCurrent(profile);
-        window.resize(375, 812);
-        window.setRootViewController(navigation);
-        navigation->pushViewController(screen, false);
-        window.makeKeyAndVisible();
+        phone.navigation->pushViewController(screen, false);
+        phone.window.makeKeyAndVisible();
     }
     void TearDown() override { CaptureDevice::removeStandIns(); }
 
@@ -107,32 +96,11 @@ protected:
 
     TemporaryMainBundle host;
     UrlRecorder urls;
-    Window window;
-    NavigationController *navigation = new NavigationController;
+    PhoneHost phone;
     ViewController *screen = new ViewController;
 };
 
 } // namespace
-
-TEST_F(AdjusterPanel, ShowsOnePanelBelowTheBarsAndCloses)
-{
-    Panel::showInViewController(screen, dana());
-    EXPECT_EQ(Panel::shownPanel(), nullptr) << "the panel is made later on the main queue";
-    Panel *panel = show(dana());
-    ASSERT_NE(panel, nullptr);
-    EXPECT_EQ(window.findChildren<Panel *>().size(), 1) << "the second request changes nothing";
-    EXPECT_EQ(panel->property("tag").toInt(), Panel::viewTag);
-    EXPECT_EQ(panel->parentWidget(), &window);
-    EXPECT_EQ(panel->geometry(), window.rect());
-    EXPECT_EQ(panel->controller(), screen);
-    EXPECT_EQ(panel->constraintAdjusterTop()->constant(), 44.0 + 44.0) << "status bar and navigation bar";
-    EXPECT_EQ(panel->viewAdjusterInfo()->mapTo(&window, QPoint()).y(), 88);
-
-    click(panel, "closeButton");
-    EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
-    EXPECT_TRUE(window.findChildren<Panel *>().isEmpty());
-    EXPECT_TRUE(urls.requests.isEmpty());
-}
 
 TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
 {
@@ -173,20 +141,32 @@ TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
     EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
 }
 
-TEST_F(AdjusterPanel, CallDialsTheDigitsBeforeTheExtension)
+TEST_F(AdjusterPanel, OnePanelBelowTheBarsDialsTheDigitsBeforeTheExtensionAndCloses)
 {
     host.writeSettings(adjusterSettings("x", "", false, ""));
+    Panel::showInViewController(screen, dana());
+    EXPECT_EQ(Panel::shownPanel(), nullptr) << "the panel is made later on the main queue";
     Panel *panel = show(dana());
     ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(phone.window.findChildren<Panel *>().size(), 1) << "the second request changes nothing";
+    EXPECT_EQ(panel->parentWidget(), &phone.window);
+    EXPECT_EQ(panel->geometry(), phone.window.rect());
+    EXPECT_EQ(panel->constraintAdjusterTop()->constant(), 44.0 + 44.0) << "status bar and navigation bar";
+    EXPECT_EQ(panel->viewAdjusterInfo()->mapTo(&phone.window, QPoint()).y(), 88);
+
     click(panel, "callButton");
     EXPECT_EQ(urls.requests, QStringList{"tel:5551234567"});
     QTest::qWait(50);
     EXPECT_EQ(Panel::shownPanel(), panel) << "the panel stays up while calling";
-
     // Without a separator the extension's digits are dialled too.
     host.writeSettings(adjusterSettings("", "", false, ""));
     click(panel, "callButton");
     EXPECT_EQ(urls.requests.value(1), "tel:555123456789");
+
+    click(panel, "closeButton");
+    EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
+    EXPECT_TRUE(phone.window.findChildren<Panel *>().isEmpty());
+    EXPECT_EQ(urls.requests.size(), 2) << "closing asks for nothing";
 }
 
 TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
@@ -242,21 +222,16 @@ TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
     adjuster.setRecipientPhone(QString());
     auto *capture = ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, adjuster, QStringLiteral("CLM-7"));
     ASSERT_NE(capture, nullptr);
-    navigation->pushViewController(capture, false);
+    phone.navigation->pushViewController(capture, false);
     ASSERT_TRUE(QTest::qWaitFor([&] { return capture->isVisible(); }, 3000));
     QTest::qWait(300);
 
-    QList<QVariantMap> events;
-    NotificationCenter::defaultCenter().addObserver(&events, QStringLiteral("ANALYTICS_INFO"),
-                                                    [&](const Notification &n) { events << n.object.toMap(); });
+    AnalyticsRecorder analytics;
     auto *menu = capture->findChild<QAbstractButton *>(QStringLiteral("menuButton"));
     ASSERT_NE(menu, nullptr) << "the bar shows the menu when the screen has an adjuster";
     QTest::mouseClick(menu, Qt::LeftButton);
-    NotificationCenter::defaultCenter().removeObserver(&events);
-    ASSERT_EQ(events.size(), 1);
-    EXPECT_EQ(events[0].value("eventType"), "vinScan");
-    EXPECT_EQ(events[0].value("eventName"), "hamburgerClick");
-    EXPECT_EQ(events[0].value("content"), "");
+    ASSERT_EQ(analytics.events.size(), 1);
+    EXPECT_EQ(analytics.events[0], (QVariantMap{{"eventType", "vinScan"}, {"eventName", "hamburgerClick"}, {"content", ""}}));
 
     ASSERT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() != nullptr; }, 2000));
     Panel *panel = Panel::shownPanel();
@@ -266,7 +241,7 @@ TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
 
     QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
     folder.mkpath(".");
-    const QImage image = window.grab().toImage();
+    const QImage image = phone.window.grab().toImage();
     ASSERT_EQ(image.size(), QSize(375, 812));
     EXPECT_TRUE(image.save(folder.filePath("adjuster_panel.png")));
 }
