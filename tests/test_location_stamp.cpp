@@ -52,6 +52,13 @@ QByteArray nmeaFixes()
     return all;
 }
 
+void writeNmea(const QString &path)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(nmeaFixes());
+}
+
 // Every test here reads positions from its own NMEA file and leaves no source or answer behind.
 class LocationStamp : public ::testing::Test
 {
@@ -59,11 +66,8 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(dir.isValid());
-        QFile file(dir.filePath("fixes.nmea"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(nmeaFixes());
-        file.close();
-        LocationManager::setNmeaFile(file.fileName());
+        writeNmea(dir.filePath("fixes.nmea"));
+        LocationManager::setNmeaFile(dir.filePath("fixes.nmea"));
     }
     void TearDown() override
     {
@@ -127,17 +131,13 @@ TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
     QLocale::setDefault(savedLocale);
 
     // The public form takes now and the default time zone.
-    const bool hadTz = qEnvironmentVariableIsSet("TZ");
-    const QByteArray savedTz = qgetenv("TZ");
+    const QByteArray savedTz = qgetenv("TZ"); // null when unset
     qputenv("TZ", "Asia/Kolkata");
     tzset();
     const QDateTime before = QDateTime::currentDateTimeUtc();
     const QString text = Constants::getTextOverlayWithLatitude(37.33233141f, -122.0312186f);
     const QDateTime after = QDateTime::currentDateTimeUtc();
-    if (hadTz)
-        qputenv("TZ", savedTz);
-    else
-        qunsetenv("TZ");
+    savedTz.isNull() ? qunsetenv("TZ") : qputenv("TZ", savedTz);
     tzset();
     const QTimeZone kolkata("Asia/Kolkata");
     EXPECT_TRUE(text == Stamp::stampText(before, kolkata, 37.33233141f, -122.0312186f)
@@ -255,30 +255,27 @@ TEST_F(LocationStamp, StampedPhotoWithPositionOrTheInputWhenThereIsNone)
 TEST_F(LocationStamp, LocationUtilsReportsTheOldestFixOnceAndForwardsAuthorisation)
 {
     RecordingDelegate delegate;
-    {
-        ZQTLocationUtils utils;
-        utils.setDelegate(&delegate);
-        EXPECT_TRUE(ZQTLocationUtils::isLocationServicesEnabled());
-        bool completionCalled = false;
-        utils.updateLocationWithCompletion([&] { completionCalled = true; });
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !delegate.locations.isEmpty(); }, 5000));
-        QTest::qWait(1200); // the file's later fixes are not reported
-        ASSERT_EQ(delegate.locations.size(), 1);
-        EXPECT_NEAR(delegate.locations.first().coordinate().latitude(), 37.33233141, 1e-6);
-        EXPECT_FALSE(utils.locationManager()->isUpdatingLocation());
-        EXPECT_EQ(delegate.statuses, QList{Authorization::LocationStatus::AuthorizedWhenInUse});
-        EXPECT_FALSE(completionCalled);
-        ASSERT_TRUE(utils.completion());
+    ZQTLocationUtils utils;
+    utils.setDelegate(&delegate);
+    EXPECT_TRUE(ZQTLocationUtils::isLocationServicesEnabled());
+    bool completionCalled = false;
+    utils.updateLocationWithCompletion([&] { completionCalled = true; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !delegate.locations.isEmpty(); }, 5000));
+    QTest::qWait(1200); // the file's later fixes are not reported
+    ASSERT_EQ(delegate.locations.size(), 1);
+    EXPECT_NEAR(delegate.locations.first().coordinate().latitude(), 37.33233141, 1e-6);
+    EXPECT_FALSE(utils.locationManager()->isUpdatingLocation());
+    EXPECT_EQ(delegate.statuses, QList{Authorization::LocationStatus::AuthorizedWhenInUse});
+    EXPECT_FALSE(completionCalled);
 
-        // A batch: its first element goes out; an empty batch and errors change nothing.
-        LocationManager *manager = utils.locationManager();
-        utils.locationManager(manager, QList<QGeoPositionInfo>{});
-        utils.locationManager(manager, ZQTPlatform::Error("kCLErrorDomain", 0, "unknown"));
-        EXPECT_EQ(delegate.locations.size(), 1);
-        utils.locationManager(manager, QList{fixAt(10, 20, 0), fixAt(11, 21, 1), fixAt(12, 22, 2)});
-        ASSERT_EQ(delegate.locations.size(), 2);
-        EXPECT_EQ(delegate.locations.last().coordinate(), QGeoCoordinate(10, 20));
-    }
+    // A batch: its first (oldest) element goes out; an empty batch and errors change nothing.
+    LocationManager *manager = utils.locationManager();
+    utils.locationManager(manager, QList<QGeoPositionInfo>{});
+    utils.locationManager(manager, ZQTPlatform::Error("kCLErrorDomain", 0, "unknown"));
+    EXPECT_EQ(delegate.locations.size(), 1);
+    utils.locationManager(manager, QList{fixAt(10, 20, 0), fixAt(11, 21, 1), fixAt(12, 22, 2)});
+    ASSERT_EQ(delegate.locations.size(), 2);
+    EXPECT_EQ(delegate.locations.last().coordinate(), QGeoCoordinate(10, 20));
 }
 
 TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
@@ -296,11 +293,8 @@ TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
     EXPECT_EQ(written.pixelColor(1199, 0), Qt::black);
     EXPECT_EQ(written.pixelColor(0, 499), QColor(120, 130, 140));
 
-    QFile nmea(dir.filePath("fixes.nmea"));
-    ASSERT_TRUE(nmea.open(QIODevice::WriteOnly));
-    nmea.write(nmeaFixes());
-    nmea.close();
-    ZqtVinRun jpeg = runZqtVin({"stamp", input, dir.filePath("out.JPG"), "--nmea", nmea.fileName()});
+    writeNmea(dir.filePath("fixes.nmea"));
+    ZqtVinRun jpeg = runZqtVin({"stamp", input, dir.filePath("out.JPG"), "--nmea", dir.filePath("fixes.nmea")});
     ASSERT_EQ(jpeg.status, 0) << jpeg.err.toStdString();
     EXPECT_TRUE(jpeg.out.contains(coordinatesLine));
     EXPECT_EQ(QImageReader(dir.filePath("out.JPG")).format(), "jpeg");
