@@ -8,12 +8,13 @@
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
+#include "support/TestData.h"
+
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QDesktopServices>
-#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -239,11 +240,9 @@ TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
     EXPECT_EQ(panel->labelUserName()->text(), "Dana Reyes");
     EXPECT_EQ(panel->labelofficeNumber()->text(), "1 (800)555-0199") << "the component's office number";
 
-    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
-    folder.mkpath(".");
     const QImage image = phone.window.grab().toImage();
     ASSERT_EQ(image.size(), QSize(375, 812));
-    EXPECT_TRUE(image.save(folder.filePath("adjuster_panel.png")));
+    EXPECT_TRUE(image.save(TestData::artifactPath("adjuster_panel.png")));
 }
 
 #include "test_adjuster_panel.moc"

@@ -9,9 +9,10 @@
 #include "support/LogCapture.h"
 #include "support/ScreenTestSupport.h"
 
+#include "support/TestData.h"
+
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QFileInfo>
 #include <QLabel>
 #include <QPointer>
@@ -138,9 +139,7 @@ TEST_F(BarcodeSession, OtherSymbologiesOnlyResetThePrompt)
     EXPECT_TRUE(screen->session()->isRunning());
 
     // The scanning screen as the user sees it: live picture, prompt, aiming line, frame.
-    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
-    folder.mkpath(".");
-    EXPECT_TRUE(host.window.grab().save(folder.filePath("scanning_375x812.png")));
+    EXPECT_TRUE(host.window.grab().save(TestData::artifactPath("scanning_375x812.png")));
 }
 
 TEST_F(BarcodeSession, FirstAcceptedCodeWinsAndRepeatsAreIgnored)

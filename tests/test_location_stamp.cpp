@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QFontMetricsF>
 #include <QGeoPositionInfo>
@@ -194,9 +193,7 @@ TEST(LocationStampImage, DrawsAtScaleOneAndRendersARealPhoto)
     const Image photo = Image::imageWithContentsOfFile(TestData::directory() + "/barcodes/code39-3/01.png");
     ASSERT_FALSE(photo.isNull());
     const QImage result = Constants::getSuperImposedImage(photo, sampleText).bitmap();
-    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
-    folder.mkpath(".");
-    EXPECT_TRUE(result.save(folder.filePath("stamp.png")));
+    EXPECT_TRUE(result.save(TestData::artifactPath("stamp.png")));
 }
 
 TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)

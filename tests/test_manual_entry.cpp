@@ -9,10 +9,11 @@
 #include "platform/CaptureSession.h"
 #include "support/ScreenTestSupport.h"
 
+#include "support/TestData.h"
+
 #include <gtest/gtest.h>
 
 #include <QClipboard>
-#include <QDir>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QPushButton>
@@ -170,9 +171,7 @@ TEST_F(ManualEntry, PromptRendersOverTheScreenWithTheDigitRowAndTheTypedTextPict
     QTest::keyClicks(field(), "1HGCM8263");
     QTest::qWait(100);
     const QImage image = host.window.grab().toImage();
-    QDir folder(QCoreApplication::applicationDirPath() + "/../test-artifacts");
-    folder.mkpath(".");
-    ASSERT_TRUE(image.save(folder.filePath("manual_prompt.png")));
+    ASSERT_TRUE(image.save(TestData::artifactPath("manual_prompt.png")));
     ASSERT_EQ(image.size(), QSize(375, 812));
 
     const QRect card = alert->contentView()->geometry();
