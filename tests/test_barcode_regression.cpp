@@ -85,7 +85,6 @@ INSTANTIATE_TEST_SUITE_P(
                       Suite{"code39-3", 17, 17, linearTurns, code39},
                       Suite{"code93-1", 3, 3, linearTurns, {MetadataObject::typeCode93}},
                       Suite{"code128-1", 7, 7, linearTurns, {MetadataObject::typeCode128}},
-                      Suite{"code128-2", 40, 36, linearTurns, {MetadataObject::typeCode128}},
                       Suite{"code128-3", 2, 2, linearTurns, {MetadataObject::typeCode128}},
                       Suite{"datamatrix-1", 23, 23, matrixTurns, {MetadataObject::typeDataMatrix}},
                       Suite{"datamatrix-2", 18, 13, matrixTurns, {MetadataObject::typeDataMatrix}},

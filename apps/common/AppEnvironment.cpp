@@ -1,5 +1,6 @@
 #include "AppEnvironment.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -40,8 +41,11 @@ void prepareEnvironment(bool headless)
 
 QString sampleClipPath()
 {
-    for (const char *folder : {ZQT_SOURCE_SAMPLES_DIR, ZQT_INSTALLED_SAMPLES_DIR}) {
-        const QString path = QDir(QString::fromUtf8(folder)).filePath(QString::fromLatin1(sampleClipName));
+    // Installed: relative to the program, wherever the prefix is. Built: beside the sources.
+    const QDir programFolder(QCoreApplication::applicationDirPath());
+    for (const QString &folder : {programFolder.filePath(QStringLiteral(ZQT_INSTALLED_SAMPLES_DIR)),
+                                  QStringLiteral(ZQT_SOURCE_SAMPLES_DIR)}) {
+        const QString path = QDir::cleanPath(QDir(folder).filePath(QString::fromLatin1(sampleClipName)));
         if (QFileInfo(path).isFile())
             return path;
     }

@@ -9,8 +9,9 @@ namespace ZqtApps {
 // otherwise); with headless, also the offscreen platform unless one is chosen.
 void prepareEnvironment(bool headless);
 
-// The sample clip shipped with the project: beside the sources when run from a build, else
-// where it is installed. Empty when neither exists.
+// The sample clip shipped with the project: where it is installed relative to the running
+// program, else beside the sources (a program run from the build). Empty when neither exists.
+// Needs the application object.
 QString sampleClipPath();
 
 } // namespace ZqtApps

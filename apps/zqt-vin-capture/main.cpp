@@ -31,15 +31,10 @@ QString phoneNames()
     return names.join(QStringLiteral(", "));
 }
 
-} // namespace
-
-int main(int argc, char *argv[])
+// The options, with the help text. Parsed before the application object exists, so that --help
+// and usage errors need no display.
+void addOptions(QCommandLineParser &parser)
 {
-    ZqtApps::prepareEnvironment(false);
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("zqt-vin-capture"));
-
-    QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Shows the VIN capture screen for a claim."));
     parser.addHelpOption();
     parser.addOptions({
@@ -65,15 +60,57 @@ int main(int argc, char *argv[])
          QStringLiteral("Save the window as a PNG picture after two seconds and quit (status 0)."),
          QStringLiteral("FILE")},
     });
-    parser.process(app);
+}
+
+// What is wrong with the parsed options, or empty.
+QString usageProblem(const QCommandLineParser &parser)
+{
+    if (!parser.positionalArguments().isEmpty())
+        return QStringLiteral("unexpected argument \"%1\"").arg(parser.positionalArguments().first());
+    if (parser.value(QStringLiteral("claim")).isEmpty())
+        return QStringLiteral("--claim is required");
+    if (parser.isSet(QStringLiteral("device")) && !DeviceProfile::profileNamed(parser.value(QStringLiteral("device"))))
+        return QStringLiteral("unknown device \"%1\": give one of %2, or WxH in points")
+            .arg(parser.value(QStringLiteral("device")), phoneNames());
+    if (parser.isSet(QStringLiteral("timeout"))) {
+        bool ok = false;
+        const int seconds = parser.value(QStringLiteral("timeout")).toInt(&ok);
+        if (!ok || seconds <= 0)
+            return QStringLiteral("--timeout needs a whole number of seconds above 0, not \"%1\"")
+                .arg(parser.value(QStringLiteral("timeout")));
+    }
+    return {};
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
     QTextStream err(stderr);
-    const QString claimId = parser.value(QStringLiteral("claim"));
-    const std::optional<DeviceProfile> phone = DeviceProfile::profileNamed(
-        parser.isSet(QStringLiteral("device")) ? parser.value(QStringLiteral("device")) : QStringLiteral("iPhone X"));
-    if (claimId.isEmpty() || !phone) {
-        err << parser.helpText();
+    QCommandLineParser parser;
+    addOptions(parser);
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const bool parsed = parser.parse(arguments);
+    // Without an application object the help text cannot know the program's name.
+    const QString usage = parser.helpText().replace(QStringLiteral("<executable_name>"), QStringLiteral("zqt-vin-capture"));
+    if (parsed && parser.isSet(QStringLiteral("help"))) {
+        QTextStream(stdout) << usage;
+        return ResultReported;
+    }
+    const QString problem = parsed ? usageProblem(parser) : parser.errorText();
+    if (!problem.isEmpty()) {
+        err << "zqt-vin-capture: " << problem << "\n" << usage;
         return UsageError;
     }
+    const DeviceProfile phone = *DeviceProfile::profileNamed(
+        parser.isSet(QStringLiteral("device")) ? parser.value(QStringLiteral("device")) : QStringLiteral("iPhone X"));
+    const QString claimId = parser.value(QStringLiteral("claim"));
+
+    ZqtApps::prepareEnvironment(false);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("zqt-vin-capture"));
 
     QString source = parser.value(QStringLiteral("source"));
     if (source.isEmpty() && !CaptureDevice::defaultDeviceWithMediaType(CaptureDevice::mediaTypeVideo())) {
@@ -85,7 +122,7 @@ int main(int argc, char *argv[])
         return UsageError;
     }
 
-    DeviceProfile::setCurrent(parser.isSet(QStringLiteral("landscape")) ? phone->landscape() : *phone);
+    DeviceProfile::setCurrent(parser.isSet(QStringLiteral("landscape")) ? phone.landscape() : phone);
     ZqtApps::ScanHostOptions options;
     options.claimId = claimId;
     options.manual = parser.isSet(QStringLiteral("manual"));

@@ -8,16 +8,24 @@
 
 namespace ZqtVin {
 
+namespace {
+const char kUsage[] = "usage: zqt-vin check [--json] VIN...\n";
+} // namespace
+
 int runCheck(const QStringList &args, Streams io)
 {
-    QStringList vins = args;
-    const bool json = vins.removeAll(QStringLiteral("--json")) > 0;
-    if (vins.isEmpty()) {
-        io.err << "usage: zqt-vin check [--json] VIN...\n";
-        return UsageError;
+    if (asksForHelp(args)) {
+        io.out << kUsage;
+        return Success;
     }
+    const Arguments parsed = parseArguments(args, {}, {QStringLiteral("--json")});
+    if (!parsed.problem.isEmpty())
+        return usageError(io, parsed.problem, kUsage);
+    if (parsed.operands.isEmpty())
+        return usageError(io, QStringLiteral("no VIN given"), kUsage);
+    const bool json = parsed.has("--json");
     bool allValid = true;
-    for (const QString &vin : vins) {
+    for (const QString &vin : parsed.operands) {
         const bool valid = VINUtility::checkVINValidity(vin);
         allValid = allValid && valid;
         if (json) {

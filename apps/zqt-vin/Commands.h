@@ -2,6 +2,8 @@
 // process exit status: 0 success, 1 a negative answer, 2 a usage error, 3 a failure.
 #pragma once
 
+#include <QHash>
+#include <QSet>
 #include <QStringList>
 #include <QTextStream>
 
@@ -14,6 +16,27 @@ struct Streams
     QTextStream &out;
     QTextStream &err;
 };
+
+// A command's arguments: options with a value, flags, and the operands in order.
+struct Arguments
+{
+    QHash<QString, QString> values; // "--name" -> VALUE (the last one given)
+    QSet<QString> flags;
+    QStringList operands;
+    QString problem; // why the arguments are unusable (an unknown option, a missing value)
+
+    QString value(const char *name) const { return values.value(QLatin1String(name)); }
+    bool has(const char *name) const { return values.contains(QLatin1String(name)) || flags.contains(QLatin1String(name)); }
+};
+
+// Splits ARGS by the options a command knows: `valued` take the next argument, `flags` stand
+// alone. Anything else that starts with "--" or "-<letter>" is an unknown option.
+Arguments parseArguments(const QStringList &args, const QStringList &valued, const QStringList &flags = {});
+
+// Whether the arguments ask for the usage (--help or -h anywhere).
+bool asksForHelp(const QStringList &args);
+// Prints "zqt-vin: PROBLEM" and the usage on standard error; returns UsageError.
+int usageError(Streams io, const QString &problem, const char *usage);
 
 int runCheck(const QStringList &args, Streams io);
 int runConfig(const QStringList &args, Streams io);

@@ -46,39 +46,29 @@ bool printValue(const QString &key, const QString &kind, QTextStream &out)
 
 int runConfig(const QStringList &args, Streams io)
 {
-    QString key;
-    QString kind = QStringLiteral("string");
-    QString bundleDir;
-    if (args.value(0) != QLatin1String("get")) {
-        io.err << kUsage;
-        return UsageError;
+    if (asksForHelp(args)) {
+        io.out << kUsage;
+        return Success;
     }
-    for (int i = 1; i < args.size(); ++i) {
-        const QString &arg = args.at(i);
-        if ((arg == QLatin1String("--as") || arg == QLatin1String("--bundle")) && i + 1 < args.size())
-            (arg == QLatin1String("--as") ? kind : bundleDir) = args.at(++i);
-        else if (!arg.startsWith(QLatin1String("--")) && key.isEmpty())
-            key = arg;
-        else {
-            io.err << kUsage;
-            return UsageError;
-        }
-    }
-    if (key.isEmpty()) {
-        io.err << kUsage;
-        return UsageError;
-    }
+    if (args.value(0) != QLatin1String("get"))
+        return usageError(io, args.isEmpty() ? QStringLiteral("no action given")
+                                             : QStringLiteral("unknown action \"%1\"").arg(args.first()), kUsage);
+    const Arguments parsed = parseArguments(args.mid(1), {QStringLiteral("--as"), QStringLiteral("--bundle")});
+    if (!parsed.problem.isEmpty())
+        return usageError(io, parsed.problem, kUsage);
+    if (parsed.operands.size() != 1)
+        return usageError(io, parsed.operands.isEmpty() ? QStringLiteral("no KEY given") : QStringLiteral("more than one KEY"),
+                          kUsage);
+    const QString key = parsed.operands.first();
+    const QString kind = parsed.has("--as") ? parsed.value("--as") : QStringLiteral("string");
+    const QString bundleDir = parsed.value("--bundle");
     if (!bundleDir.isEmpty()) {
-        if (!QDir(bundleDir).exists()) {
-            io.err << "zqt-vin: no such folder: " << bundleDir << "\n";
-            return UsageError;
-        }
+        if (!QDir(bundleDir).exists())
+            return usageError(io, QStringLiteral("no such folder: ") + bundleDir, kUsage);
         ZQTPlatform::Bundle::setMainBundlePath(QDir(bundleDir).absolutePath());
     }
-    if (!printValue(key, kind, io.out)) {
-        io.err << "zqt-vin: unknown kind \"" << kind << "\"\n" << kUsage;
-        return UsageError;
-    }
+    if (!printValue(key, kind, io.out))
+        return usageError(io, QStringLiteral("unknown kind \"%1\"").arg(kind), kUsage);
     return Success;
 }
 

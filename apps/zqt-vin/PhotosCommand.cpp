@@ -37,29 +37,36 @@ struct Request
     QStringList operands; // TITLE (path, delete) or IMAGE (add)
 };
 
-// Parses the arguments; false on a usage error.
-bool parseRequest(const QStringList &args, Request &request)
+// Parses the arguments; the problem on a usage error, else empty.
+QString parseRequest(const QStringList &args, Request &request)
 {
     request.action = args.value(0);
-    for (int i = 1; i < args.size(); ++i) {
-        const QString &arg = args.at(i);
-        if ((arg == QLatin1String("--claim") || arg == QLatin1String("--title")) && i + 1 < args.size())
-            (arg == QLatin1String("--claim") ? request.claimId : request.title) = args.at(++i);
-        else if (arg.startsWith(QLatin1String("--")))
-            return false;
-        else
-            request.operands << arg;
-    }
-    if (request.claimId.isNull())
-        return false;
+    const Arguments parsed = parseArguments(args.mid(1), {QStringLiteral("--claim"), QStringLiteral("--title")});
+    if (!parsed.problem.isEmpty())
+        return parsed.problem;
+    if (parsed.has("--claim"))
+        request.claimId = parsed.value("--claim");
+    if (parsed.has("--title"))
+        request.title = parsed.value("--title");
+    request.operands = parsed.operands;
     const qsizetype count = request.operands.size();
-    if (request.action == QLatin1String("add"))
-        return count == 1 && !request.title.isNull();
+    const bool adding = request.action == QLatin1String("add");
+    const bool byTitle = request.action == QLatin1String("path") || request.action == QLatin1String("delete");
+    if (!adding && !byTitle && request.action != QLatin1String("list"))
+        return request.action.isEmpty() ? QStringLiteral("no action given")
+                                        : QStringLiteral("unknown action \"%1\"").arg(request.action);
+    if (request.claimId.isNull())
+        return QStringLiteral("--claim is required");
+    if (adding) {
+        if (request.title.isNull())
+            return QStringLiteral("\"add\" needs --title");
+        return count == 1 ? QString() : QStringLiteral("\"add\" takes one IMAGE");
+    }
     if (!request.title.isNull())
-        return false;
-    if (request.action == QLatin1String("list"))
-        return count == 0;
-    return (request.action == QLatin1String("path") || request.action == QLatin1String("delete")) && count == 1;
+        return QStringLiteral("--title is for \"add\"; \"%1\" takes the TITLE as an argument").arg(request.action);
+    if (byTitle)
+        return count == 1 ? QString() : QStringLiteral("\"%1\" takes one TITLE").arg(request.action);
+    return count == 0 ? QString() : QStringLiteral("\"list\" takes no arguments");
 }
 
 void printJson(const QJsonValue &value, QTextStream &out)
@@ -104,20 +111,21 @@ int add(const Request &request, const QString &path, Streams io)
 
 int runPhotos(const QStringList &args, Streams io)
 {
-    Request request;
-    if (!parseRequest(args, request)) {
-        io.err << kUsage;
-        return UsageError;
+    if (asksForHelp(args)) {
+        io.out << kUsage;
+        return Success;
     }
+    Request request;
+    const QString problem = parseRequest(args, request);
+    if (!problem.isEmpty())
+        return usageError(io, problem, kUsage);
     const bool listing = request.action == QLatin1String("list");
     const QString title = request.action == QLatin1String("add") ? request.title : request.operands.value(0);
     // The claim folder for a listing, else the photo's file; nil when a name is refused.
     const QString path = listing ? ZQTVINScanUtils::createClaimDirAsNeededWithClaimId(request.claimId)
                                  : ZQTVINScanUtils::createPhotoPathWithClaimId(request.claimId, title);
-    if (path.isNull()) {
-        io.err << "zqt-vin: the claim id and the title must each be usable as one file name\n" << kUsage;
-        return UsageError;
-    }
+    if (path.isNull())
+        return usageError(io, QStringLiteral("the claim id and the title must each be usable as one file name"), kUsage);
     if (listing)
         return list(request.claimId, path, io.out);
     if (request.action == QLatin1String("add"))

@@ -70,23 +70,23 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
 
 int runScan(const QStringList &args, Streams io)
 {
-    QString claimId;
-    bool json = false;
-    QStringList files;
-    for (int i = 0; i < args.size(); ++i) {
-        if (args[i] == QLatin1String("--claim") && i + 1 < args.size())
-            claimId = args[++i];
-        else if (args[i] == QLatin1String("--json"))
-            json = true;
-        else
-            files << args[i];
+    static const char usage[] = "usage: zqt-vin scan --claim ID [--json] FILE...\n";
+    if (asksForHelp(args)) {
+        io.out << usage;
+        return Success;
     }
-    if (claimId.isEmpty() || files.isEmpty()) {
-        io.err << "usage: zqt-vin scan --claim ID [--json] FILE...\n";
-        return UsageError;
-    }
+    const Arguments parsed = parseArguments(args, {QStringLiteral("--claim")}, {QStringLiteral("--json")});
+    if (!parsed.problem.isEmpty())
+        return usageError(io, parsed.problem, usage);
+    const QString claimId = parsed.value("--claim");
+    if (claimId.isEmpty())
+        return usageError(io, QStringLiteral("--claim is required"), usage);
+    if (parsed.operands.isEmpty())
+        return usageError(io, QStringLiteral("no FILE given"), usage);
+    const bool json = parsed.has("--json");
+    const QStringList &files = parsed.operands;
     bool everyFileGaveAVin = true;
-    for (const QString &file : std::as_const(files)) {
+    for (const QString &file : files) {
         const FileOutcome outcome = scanFile(claimId, file);
         everyFileGaveAVin = everyFileGaveAVin && outcome.result.has_value();
         if (json) {

@@ -35,29 +35,32 @@ struct Request
     QString storePath;    // empty: the default store
 };
 
-// Parses the arguments; false on a usage error.
-bool parseRequest(const QStringList &args, Request &request)
+// Parses the arguments; the problem on a usage error, else empty.
+QString parseRequest(const QStringList &args, Request &request)
 {
     request.action = args.value(0);
-    for (int i = 1; i < args.size(); ++i) {
-        const QString &arg = args.at(i);
-        if ((arg == QLatin1String("--claim") || arg == QLatin1String("--store")) && i + 1 < args.size())
-            (arg == QLatin1String("--claim") ? request.claimID : request.storePath) = args.at(++i);
-        else if (arg.startsWith(QLatin1String("--")))
-            return false;
-        else
-            request.operands << arg;
-    }
+    const Arguments parsed = parseArguments(args.mid(1), {QStringLiteral("--claim"), QStringLiteral("--store")});
+    if (!parsed.problem.isEmpty())
+        return parsed.problem;
+    if (parsed.has("--claim"))
+        request.claimID = parsed.value("--claim");
+    request.storePath = parsed.value("--store");
+    request.operands = parsed.operands;
     const qsizetype count = request.operands.size();
+    const QString operands = QStringLiteral("\"%1\" takes %2").arg(request.action);
     if (request.action == QLatin1String("get"))
-        return count <= 1;
+        return count <= 1 ? QString() : operands.arg(QStringLiteral("at most a KEY"));
     if (request.action == QLatin1String("set"))
-        return count == 2;
+        return count == 2 ? QString() : operands.arg(QStringLiteral("a KEY and a VALUE"));
     if (request.action == QLatin1String("remove"))
-        return count == 1;
-    if (request.action == QLatin1String("clear"))
-        return count == 0 && !request.claimID.isNull();
-    return false;
+        return count == 1 ? QString() : operands.arg(QStringLiteral("a KEY"));
+    if (request.action == QLatin1String("clear")) {
+        if (request.claimID.isNull())
+            return QStringLiteral("\"clear\" needs --claim");
+        return count == 0 ? QString() : operands.arg(QStringLiteral("no KEY"));
+    }
+    return request.action.isEmpty() ? QStringLiteral("no action given")
+                                    : QStringLiteral("unknown action \"%1\"").arg(request.action);
 }
 
 // VALUE as JSON when it is one JSON value, else the text itself. JSON null is nil.
@@ -118,11 +121,14 @@ int get(const Request &request, QTextStream &out)
 
 int runSettings(const QStringList &args, Streams io)
 {
-    Request request;
-    if (!parseRequest(args, request)) {
-        io.err << kUsage;
-        return UsageError;
+    if (asksForHelp(args)) {
+        io.out << kUsage;
+        return Success;
     }
+    Request request;
+    const QString problem = parseRequest(args, request);
+    if (!problem.isEmpty())
+        return usageError(io, problem, kUsage);
     ZQTPlatform::UserDefaults &store = ZQTPlatform::UserDefaults::standardUserDefaults();
     if (!request.storePath.isEmpty())
         store.setFilePath(QFileInfo(request.storePath).absoluteFilePath());
@@ -133,10 +139,8 @@ int runSettings(const QStringList &args, Streams io)
     if (request.action == QLatin1String("set")) {
         const QVariant value = parseValue(request.operands.at(1));
         const QString refusal = ZQTPlatform::UserDefaults::refusalReason(value, key);
-        if (!refusal.isEmpty()) {
-            io.err << "zqt-vin: the value cannot be stored: " << refusal << "\n" << kUsage;
-            return UsageError;
-        }
+        if (!refusal.isEmpty())
+            return usageError(io, QStringLiteral("the value cannot be stored: ") + refusal, kUsage);
         ZQTUserDefaults::setObjectForKeyWithClaimID(value, key, request.claimID);
     } else if (request.action == QLatin1String("remove")) {
         ZQTUserDefaults::removeObjectForKeyWithClaimID(key, request.claimID);

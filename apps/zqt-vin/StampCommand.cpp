@@ -25,7 +25,9 @@ namespace ZqtVin {
 
 namespace {
 
-const char kUsage[] = "usage: zqt-vin stamp IN OUT (--lat LAT --lon LON | --nmea FILE)\n";
+const char kUsage[] = "usage: zqt-vin stamp IN OUT (--lat LAT --lon LON | --nmea FILE)\n"
+                      "  LAT in -90..90 and LON in -180..180 (decimal degrees), or an NMEA file; OUT ends in .jpg,\n"
+                      "  .jpeg or .png\n";
 constexpr int kPositionTimeoutMs = 15000;
 
 using Constants = ZQTVINScanComponentConstants;
@@ -49,41 +51,34 @@ std::optional<double> degrees(const QString &text, double limit)
     return value;
 }
 
-// Parses the arguments; false on a usage error.
-bool parseRequest(const QStringList &args, Request &request)
+// Parses the arguments; the problem on a usage error, else empty.
+QString parseRequest(const QStringList &args, Request &request)
 {
-    QStringList operands;
-    for (int i = 0; i < args.size(); ++i) {
-        const QString &arg = args.at(i);
-        const bool hasValue = i + 1 < args.size();
-        if (arg == QLatin1String("--lat") && hasValue) {
-            if (!(request.latitude = degrees(args.at(++i), 90.0)))
-                return false;
-        } else if (arg == QLatin1String("--lon") && hasValue) {
-            if (!(request.longitude = degrees(args.at(++i), 180.0)))
-                return false;
-        } else if (arg == QLatin1String("--nmea") && hasValue) {
-            request.nmeaFile = args.at(++i);
-        } else if (arg.startsWith(QLatin1String("--"))) {
-            return false;
-        } else {
-            operands << arg;
-        }
-    }
-    if (operands.size() != 2)
-        return false;
-    request.input = operands.at(0);
-    request.output = operands.at(1);
+    const Arguments parsed =
+        parseArguments(args, {QStringLiteral("--lat"), QStringLiteral("--lon"), QStringLiteral("--nmea")});
+    if (!parsed.problem.isEmpty())
+        return parsed.problem;
+    if (parsed.has("--lat") && !(request.latitude = degrees(parsed.value("--lat"), 90.0)))
+        return QStringLiteral("LAT must be decimal degrees in -90..90, not \"%1\"").arg(parsed.value("--lat"));
+    if (parsed.has("--lon") && !(request.longitude = degrees(parsed.value("--lon"), 180.0)))
+        return QStringLiteral("LON must be decimal degrees in -180..180, not \"%1\"").arg(parsed.value("--lon"));
+    request.nmeaFile = parsed.value("--nmea");
+    if (parsed.operands.size() != 2)
+        return QStringLiteral("give IN and OUT");
+    request.input = parsed.operands.at(0);
+    request.output = parsed.operands.at(1);
     const QString suffix = QFileInfo(request.output).suffix().toLower();
     if (suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg"))
         request.format = "jpeg";
     else if (suffix == QLatin1String("png"))
         request.format = "png";
     else
-        return false;
+        return QStringLiteral("OUT must end in .jpg, .jpeg or .png");
     const bool coordinates = request.latitude && request.longitude;
     const bool anyCoordinate = request.latitude || request.longitude;
-    return request.nmeaFile.isEmpty() ? coordinates : !anyCoordinate;
+    if (parsed.has("--nmea") ? anyCoordinate : !coordinates)
+        return QStringLiteral("give either --lat and --lon, or --nmea");
+    return {};
 }
 
 // The stamp text for the NMEA file's first fix, through the component's position request;
@@ -134,13 +129,14 @@ void printJson(const QJsonObject &object, QTextStream &out)
 
 int runStamp(const QStringList &args, Streams io)
 {
-    Request request;
-    if (!parseRequest(args, request)) {
-        io.err << kUsage
-               << "  LAT in -90..90 and LON in -180..180 (decimal degrees), or an NMEA file; OUT ends in .jpg, "
-                  ".jpeg or .png\n";
-        return UsageError;
+    if (asksForHelp(args)) {
+        io.out << kUsage;
+        return Success;
     }
+    Request request;
+    const QString problem = parseRequest(args, request);
+    if (!problem.isEmpty())
+        return usageError(io, problem, kUsage);
     const ZQTPlatform::Image image = ZQTPlatform::Image::imageWithContentsOfFile(request.input);
     if (image.isNull()) {
         io.err << "zqt-vin: cannot read an image from " << request.input << "\n";

@@ -46,9 +46,11 @@ int main(int argc, char **argv)
     QTextStream out(stdout);
     QTextStream err(stderr);
     ZqtVin::Streams io{out, err};
-    if (args.isEmpty() || args.first() == QLatin1String("--help") || args.first() == QLatin1String("-h")) {
-        (args.isEmpty() ? err : out) << kUsage;
-        return args.isEmpty() ? ZqtVin::UsageError : ZqtVin::Success;
+    if (args.isEmpty())
+        return ZqtVin::usageError(io, QStringLiteral("no command given"), kUsage);
+    if (args.first() == QLatin1String("--help") || args.first() == QLatin1String("-h")) {
+        out << kUsage;
+        return ZqtVin::Success;
     }
 
     const QString command = args.takeFirst();
@@ -70,6 +72,5 @@ int main(int argc, char **argv)
         err << "zqt-vin: " << e.name() << ": " << e.reason() << "\n";
         return ZqtVin::Failure;
     }
-    err << "zqt-vin: unknown command \"" << command << "\"\n" << kUsage;
-    return ZqtVin::UsageError;
+    return ZqtVin::usageError(io, QStringLiteral("unknown command \"%1\"").arg(command), kUsage);
 }

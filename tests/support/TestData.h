@@ -1,4 +1,4 @@
-// Access to the shared real-world reference data (barcode images, real VINs) beside the clone.
+// Access to the real-world reference data the tests carry (tests/data: barcode images, real VINs).
 #pragma once
 
 #include <QList>
@@ -7,7 +7,7 @@
 
 namespace TestData {
 
-// Folder of the shared reference data.
+// Folder of the reference data (tests/data in the source tree).
 QString directory();
 
 // Rows of a CSV file as lists of fields (quoted fields may hold commas and doubled quotes).

@@ -4,9 +4,11 @@
 
 namespace {
 
-ZqtVinRun runProgram(const QString &program, const QStringList &args)
+ZqtVinRun runProgram(const QString &program, const QStringList &args, const QProcessEnvironment &environment = {})
 {
     QProcess process;
+    if (!environment.isEmpty())
+        process.setProcessEnvironment(environment);
     process.start(program, args);
     ZqtVinRun run;
     if (!process.waitForFinished(60000)) {
@@ -27,7 +29,7 @@ ZqtVinRun runZqtVin(const QStringList &args)
     return runProgram(QStringLiteral(ZQT_ZQTVIN_BINARY), args);
 }
 
-ZqtVinRun runZqtVinCapture(const QStringList &args)
+ZqtVinRun runZqtVinCapture(const QStringList &args, const QProcessEnvironment &environment)
 {
-    return runProgram(QStringLiteral(ZQT_CAPTURE_BINARY), args);
+    return runProgram(QStringLiteral(ZQT_CAPTURE_BINARY), args, environment);
 }

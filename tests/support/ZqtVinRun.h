@@ -2,6 +2,7 @@
 // use them. They share the test's home and standard folders.
 #pragma once
 
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -13,4 +14,5 @@ struct ZqtVinRun
 };
 
 ZqtVinRun runZqtVin(const QStringList &args);
-ZqtVinRun runZqtVinCapture(const QStringList &args);
+// environment: the process's own by default.
+ZqtVinRun runZqtVinCapture(const QStringList &args, const QProcessEnvironment &environment = {});

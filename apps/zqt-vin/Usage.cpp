@@ -1,0 +1,47 @@
+#include "Commands.h"
+
+namespace ZqtVin {
+
+namespace {
+
+// "--name" or "-x"; "-5" and "-" are operands (a negative number, standard input).
+bool looksLikeOption(const QString &arg)
+{
+    return arg.startsWith(QLatin1String("--")) || (arg.size() > 1 && arg.at(0) == QLatin1Char('-') && arg.at(1).isLetter());
+}
+
+} // namespace
+
+bool asksForHelp(const QStringList &args)
+{
+    return args.contains(QLatin1String("--help")) || args.contains(QLatin1String("-h"));
+}
+
+int usageError(Streams io, const QString &problem, const char *usage)
+{
+    io.err << "zqt-vin: " << problem << "\n" << usage;
+    return UsageError;
+}
+
+Arguments parseArguments(const QStringList &args, const QStringList &valued, const QStringList &flags)
+{
+    Arguments parsed;
+    for (int i = 0; i < args.size() && parsed.problem.isEmpty(); ++i) {
+        const QString &arg = args.at(i);
+        if (valued.contains(arg)) {
+            if (i + 1 < args.size())
+                parsed.values.insert(arg, args.at(++i));
+            else
+                parsed.problem = arg + QStringLiteral(" needs a value");
+        } else if (flags.contains(arg)) {
+            parsed.flags.insert(arg);
+        } else if (looksLikeOption(arg)) {
+            parsed.problem = QStringLiteral("unknown option \"%1\"").arg(arg);
+        } else {
+            parsed.operands << arg;
+        }
+    }
+    return parsed;
+}
+
+} // namespace ZqtVin

@@ -1,0 +1,100 @@
+// What the documentation promises stays true of the code: the README shows the host example's
+// real text, and the configuration reference covers every key the component ships.
+#include "Model/ZQTVINScanComponentConstants.h"
+#include "platform/PropertyList.h"
+#include "support/TemporaryMainBundle.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QSet>
+#include <QVariantList>
+#include <QVariantMap>
+
+namespace {
+
+QString sourceFile(const QString &relativePath)
+{
+    QFile file(QStringLiteral(ZQT_SOURCE_DIR "/") + relativePath);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+// Every dictionary key at any depth, inside arrays too.
+void collectKeys(const QVariant &value, QSet<QString> &keys)
+{
+    if (value.typeId() == QMetaType::QVariantMap) {
+        const QVariantMap map = value.toMap();
+        for (auto it = map.cbegin(); it != map.cend(); ++it) {
+            keys.insert(it.key());
+            collectKeys(it.value(), keys);
+        }
+    } else if (value.typeId() == QMetaType::QVariantList) {
+        for (const QVariant &item : value.toList())
+            collectKeys(item, keys);
+    }
+}
+
+} // namespace
+
+TEST(Documentation, TheReadmeShowsTheHostExampleAsItIs)
+{
+    const QString example = sourceFile(QStringLiteral("samples/host-example/main.cpp"));
+    const QString readme = sourceFile(QStringLiteral("README.md"));
+    ASSERT_FALSE(example.isEmpty());
+    const QString marker = QStringLiteral("<!-- samples/host-example/main.cpp -->\n```cpp\n");
+    const qsizetype start = readme.indexOf(marker);
+    ASSERT_GE(start, 0) << "the README has no host example block";
+    const qsizetype textStart = start + marker.size();
+    const qsizetype end = readme.indexOf(QStringLiteral("\n```\n"), textStart);
+    ASSERT_GT(end, textStart);
+    EXPECT_EQ(readme.mid(textStart, end + 1 - textStart).toStdString(), example.toStdString())
+        << "copy samples/host-example/main.cpp into the README";
+}
+
+TEST(Documentation, TheConfigurationReferenceNamesEveryShippedKey)
+{
+    QString error;
+    const QVariant shipped = ZQTPlatform::PropertyList::readFile(QStringLiteral(ZQT_SOURCE_DIR "/src/resources/ZQTConfig.plist"), &error);
+    ASSERT_TRUE(error.isEmpty()) << error.toStdString();
+    QSet<QString> keys;
+    collectKeys(shipped, keys);
+    ASSERT_GT(keys.size(), 40);
+    const QString reference = sourceFile(QStringLiteral("docs/configuration.md"));
+    QStringList missing;
+    for (const QString &key : std::as_const(keys)) {
+        if (!reference.contains(QLatin1Char('`') + key + QLatin1Char('`')))
+            missing << key;
+    }
+    missing.sort();
+    EXPECT_TRUE(missing.isEmpty()) << "not in docs/configuration.md: " << missing.join(", ").toStdString();
+}
+
+TEST(Documentation, TheExampleHostSettingsRebrandTheScreen)
+{
+    const QString examplePath = QStringLiteral(ZQT_SOURCE_DIR "/docs/Default_Settings.example.plist");
+    QString error;
+    const QVariantMap example = ZQTPlatform::PropertyList::readFile(examplePath, &error).toMap();
+    ASSERT_TRUE(error.isEmpty()) << error.toStdString();
+    const QVariant shipped = ZQTPlatform::PropertyList::readFile(QStringLiteral(ZQT_SOURCE_DIR "/src/resources/ZQTConfig.plist"));
+    QSet<QString> shippedKeys;
+    collectKeys(shipped, shippedKeys);
+
+    // Installed as a host would install it, every text of the example is what the screen reads.
+    TemporaryMainBundle host;
+    QFile exampleFile(examplePath);
+    ASSERT_TRUE(exampleFile.open(QIODevice::ReadOnly));
+    host.writeFile(QStringLiteral("Default_Settings.plist"), exampleFile.readAll());
+    int texts = 0;
+    for (const QVariant &group : example) {
+        const QVariantMap entries = group.toMap();
+        for (auto it = entries.cbegin(); it != entries.cend(); ++it) {
+            EXPECT_TRUE(shippedKeys.contains(it.key())) << "the component has no key " << it.key().toStdString();
+            if (it.value().typeId() != QMetaType::QString)
+                continue;
+            ++texts;
+            EXPECT_EQ(ZQTVINScanComponentConstants::getConfigStringForKey(it.key()).toStdString(),
+                      it.value().toString().toStdString());
+        }
+    }
+    EXPECT_GE(texts, 3) << "a colour, a text and a font at least";
+}
