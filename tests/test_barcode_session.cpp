@@ -19,6 +19,13 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <mutex>
+#include <thread>
+
 using namespace ZQTPlatform;
 using BarcodeArt::Symbology;
 
@@ -191,4 +198,45 @@ TEST_F(BarcodeSession, ClosingTheScreenDuringAReadIsClean)
     delete screen.data();
     QTest::qWait(300);
     EXPECT_LE(delegate.calls().size(), 1);
+}
+
+// A host that closes the screen from its report: the delegate waits for the GUI thread, which
+// deletes the screen there. The report must not hold anything the destructor waits for.
+TEST_F(BarcodeSession, TheDelegateCanDeleteTheScreenThroughABlockingCallToTheGuiThread)
+{
+    struct ClosingDelegate : VinScannerVCDelegate
+    {
+        QPointer<ZQTVINCaptureVC> screen;
+        std::atomic<bool> returned{false};
+        void didCompleteScanning(const QString &, bool, bool, const ZQTError &) override
+        {
+            QMetaObject::invokeMethod(qApp, [this] { delete screen.data(); }, Qt::BlockingQueuedConnection);
+            returned = true;
+        }
+    } closing;
+    // A deadlock stops the GUI thread for good; the watchdog turns it into a failure.
+    std::mutex watch;
+    std::condition_variable finished;
+    bool done = false;
+    std::thread watchdog([&] {
+        std::unique_lock<std::mutex> lock(watch);
+        if (!finished.wait_for(lock, std::chrono::seconds(20), [&] { return done; })) {
+            std::fprintf(stderr, "the screen's deletion from its delegate never finished\n");
+            std::abort();
+        }
+    });
+
+    ASSERT_TRUE(CaptureDevice::addStandIn(labelScene(Symbology::Code39, validVin)));
+    closing.screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(&closing, claimId);
+    host.navigation->pushViewController(closing.screen, false);
+    host.window.makeKeyAndVisible();
+    const bool closed = QTest::qWaitFor([&] { return closing.screen.isNull() && closing.returned; }, 10000);
+    {
+        std::lock_guard<std::mutex> lock(watch);
+        done = true;
+    }
+    finished.notify_one();
+    watchdog.join();
+    EXPECT_TRUE(closed);
+    EXPECT_TRUE(host.navigation->viewControllers().isEmpty());
 }

@@ -323,6 +323,25 @@ TEST_F(CaptureScreen, BackButtonPopsAPushedScreenAndDismissesAPresentedOneWithou
     }
 }
 
+// The host's bar comes back whichever way the screen leaves: popped, or deleted by the host.
+TEST_F(CaptureScreen, TheHostBarIsShownAgainWhenTheScreenIsPoppedOrDeleted)
+{
+    PhoneHost host;
+    host.navigation->pushViewController(new ViewController, false);
+    host.window.makeKeyAndVisible();
+    for (const bool popped : {true, false}) {
+        SCOPED_TRACE(popped ? "popped" : "deleted");
+        QPointer<ZQTVINCaptureVC> screen = push(host, plainScreen());
+        ASSERT_TRUE(host.navigation->isNavigationBarHidden());
+        if (popped)
+            host.navigation->popViewControllerAnimated(false);
+        else
+            delete screen.data();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return screen.isNull(); }, 2000));
+        EXPECT_FALSE(host.navigation->isNavigationBarHidden());
+    }
+}
+
 // --- Notifications
 
 TEST_F(CaptureScreen, ApplicationAndKeyboardNotificationsReachTheScreenWhileObserved)

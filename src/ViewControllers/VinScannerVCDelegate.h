@@ -18,7 +18,9 @@ public:
     // VIN: the VIN as reported (see ZQTVINCaptureVC::validateVIN); isVINScanned: true for a
     // barcode, false for typed entry; isVINValid: the check-digit result; error: the still
     // picture's failure on the barcode path, otherwise the null error. On the barcode path the
-    // call comes from the thread that delivered the still picture, not necessarily the GUI thread.
+    // call comes from the thread that delivered the still picture, not necessarily the GUI thread;
+    // the delegate may wait for the GUI thread there (a blocking queued call) and may delete the
+    // screen, on the GUI thread, from its report.
     virtual void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid,
                                      const ZQTError &error) = 0;
 };

@@ -101,6 +101,7 @@ void ZQTVINCaptureVC::initBarCodeScanner()
     d->stillImageOutput = std::make_shared<StillImageOutput>();
     d->stillImageOutput->setOutputSettings({{StillImageOutput::videoCodecKey, StillImageOutput::videoCodecJPEG}});
     d->session->addOutput(d->stillImageOutput);
+    watchCaptureDevice();
 }
 
 void ZQTVINCaptureVC::startBarCodeScanner()
@@ -156,6 +157,8 @@ void ZQTVINCaptureVC::startBarCodeScanner()
     }
     if (d->manuallyEnterVINBtn)
         d->manuallyEnterVINBtn->raise();
+    if (isCameraUnavailable())
+        showCameraUnavailable();
 }
 
 void ZQTVINCaptureVC::stopBarCodeScanner()
@@ -183,6 +186,7 @@ void ZQTVINCaptureVC::deinitBarCodeScanner()
 
 void ZQTVINCaptureVC::dropBarcodePipeline()
 {
+    QObject::disconnect(d->deviceFailure);
     delete d->highlightView.data();
     delete d->scanResultLbl.data();
     delete d->centerLine.data();
@@ -296,8 +300,15 @@ void ZQTVINCaptureVC::completeStillCapture(const QString &payload, const std::sh
     }
     const ZQTVINDetails details = validateVIN(payload);
     sendTimeSpent();
-    if (d->delegate)
-        d->delegate->didCompleteScanning(details.VIN(), true, details.isValid(), reported);
+    // The delegate is called with the gate released: a host may close the screen from it, also
+    // through a blocking call to the GUI thread, whose destructor then takes the gate. Nothing of
+    // the screen is touched from here on.
+    VinScannerVCDelegate *delegate = d->delegate;
+    if (!delegate)
+        return;
+    gate->lock.unlock();
+    delegate->didCompleteScanning(details.VIN(), true, details.isValid(), reported);
+    gate->lock.lock();
 }
 
 void ZQTVINCaptureVC::processToggleBarCodeWithImageExists(bool imageExists)

@@ -57,6 +57,23 @@ void ZQTVINCaptureVC::connectOutlets()
         connect(d->manuallyEnterVINBtn, &QPushButton::clicked, this, &ZQTVINCaptureVC::handleManuallyEnterVINBtn);
 }
 
+void ZQTVINCaptureVC::styleManualEntryButton(QPushButton *button)
+{
+    const QFont font = Font::fontWithName(Constants::getConfigStringForKey(QStringLiteral("ManualVINButtonFont")),
+                                          manualButtonFontSize)
+                           .value_or(button->font());
+    Constants::configButton(button, Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonColor")),
+                            Constants::getConfigStringForKey(QStringLiteral("ManualVINButtonText")),
+                            Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonHighlightedColor")),
+                            Constants::getGlobalFloatForKey(QStringLiteral("ManualVINButtonCornerRadius")),
+                            Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonBorderColor")),
+                            Constants::getGlobalFloatForKey(QStringLiteral("ManualVINButtonBorderWidth")), font,
+                            Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonFontColor")));
+    ButtonStyle::setTitleColor(button,
+                               Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonHighlightedFontColor")),
+                               ButtonStyle::State::Highlighted);
+}
+
 void ZQTVINCaptureVC::awakeFromNib()
 {
     logStep("awakeFromNib");
@@ -95,21 +112,8 @@ void ZQTVINCaptureVC::viewDidLoad()
     center.addObserver(this, QString::fromLatin1(UIApplicationDidEnterBackgroundNotification),
                        [this](const Notification &) { appDidEnterBackGround(); });
 
-    if (QPushButton *button = d->manuallyEnterVINBtn) {
-        const QFont font = Font::fontWithName(Constants::getConfigStringForKey(QStringLiteral("ManualVINButtonFont")),
-                                              manualButtonFontSize)
-                               .value_or(button->font());
-        Constants::configButton(button, Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonColor")),
-                                Constants::getConfigStringForKey(QStringLiteral("ManualVINButtonText")),
-                                Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonHighlightedColor")),
-                                Constants::getGlobalFloatForKey(QStringLiteral("ManualVINButtonCornerRadius")),
-                                Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonBorderColor")),
-                                Constants::getGlobalFloatForKey(QStringLiteral("ManualVINButtonBorderWidth")), font,
-                                Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonFontColor")));
-        ButtonStyle::setTitleColor(button,
-                                   Constants::getGlobalColorForKey(QStringLiteral("ManualVINButtonHighlightedFontColor")),
-                                   ButtonStyle::State::Highlighted);
-    }
+    if (d->manuallyEnterVINBtn)
+        styleManualEntryButton(d->manuallyEnterVINBtn);
     if (d->carouselLbl) {
         Constants::configLabel(d->carouselLbl, Constants::getGlobalColorForKey(QStringLiteral("CarouselLabelColor")),
                                Constants::getConfigStringForKey(QStringLiteral("CarouselLabelFrontType")));
@@ -123,9 +127,10 @@ void ZQTVINCaptureVC::viewWillAppear(bool animated)
     ViewController::viewWillAppear(animated);
     d->enableLocationServices = true;
     DeviceProfile::setDeviceOrientation(forcedDeviceOrientation());
-    if (!d->showNavigateBar) {
-        if (NavigationController *navigation = navigationController())
-            navigation->setNavigationBarHidden(true);
+    NavigationController *navigation = navigationController();
+    if (!d->showNavigateBar && navigation && !navigation->isNavigationBarHidden()) {
+        navigation->setNavigationBarHidden(true);
+        d->hiddenHostBar = navigation;
     }
     NotificationCenter::defaultCenter().addObserver(this, QString::fromLatin1(UIKeyboardWillHideNotification),
                                                     [this](const Notification &n) { keyboardWillHide(n); });
@@ -157,10 +162,18 @@ void ZQTVINCaptureVC::viewWillDisappear(bool animated)
     logStep("viewWillDisappear");
     ViewController::viewWillDisappear(animated);
     Application::sharedApplication()->setStatusBarHidden(false);
+    restoreHostNavigationBar();
     if (d->camera)
         d->camera->stop();
     turnTorchOn(false);
     NotificationCenter::defaultCenter().removeObserver(this, QString::fromLatin1(UIKeyboardWillHideNotification));
+}
+
+void ZQTVINCaptureVC::restoreHostNavigationBar()
+{
+    if (d->hiddenHostBar)
+        d->hiddenHostBar->setNavigationBarHidden(false);
+    d->hiddenHostBar.clear();
 }
 
 void ZQTVINCaptureVC::didReceiveMemoryWarning()

@@ -25,6 +25,7 @@ ZQTVINCaptureVC::~ZQTVINCaptureVC()
 {
     logStep("dealloc");
     d->captureGate->close();
+    restoreHostNavigationBar();
     deinitCameraRig();
     if (!d->enableVinScanning)
         deinitBarCodeScanner();

@@ -25,6 +25,7 @@
 
 class QGeoPositionInfo;
 class QLabel;
+class QPushButton;
 class DigitKeyboardView;
 class StillCamera;
 class VinScannerVCDelegate;
@@ -217,7 +218,8 @@ public:
     // the payload as scanned to the delegate from this thread. Encoding and saving run here;
     // view changes run on the GUI thread while this thread waits, so the order holds. The
     // screen must be alive at the call; if it is destroyed meanwhile, the rest is skipped. The
-    // delegate must not wait for the GUI thread.
+    // delegate is called holding nothing the screen's destructor waits for: it may wait for the
+    // GUI thread and delete the screen there.
     void stillImageCaptureCompleted(const QString &payload, std::shared_ptr<const ZQTPlatform::SampleBuffer> buffer,
                                     const ZQTPlatform::Error &error);
     // true: a VIN picture exists (manual button hidden, prompt back in the label, camera area
@@ -235,6 +237,9 @@ public:
     QLabel *scanResultLbl() const;
     QLabel *cameraOverlayImage() const;
     bool isVINScanInProcess() const;
+    // Whether the camera could not be used (no device, an unusable one, or one that failed):
+    // the camera area then shows the no-camera notice instead of the scanner.
+    bool isCameraUnavailable() const;
 
     // --- Manual entry.
     void handleManuallyEnterVINBtn();
@@ -365,6 +370,18 @@ private:
                               const ZQTPlatform::Error &error);
     int forcedDeviceOrientation() const;
     void connectOutlets();
+    // Shows the host's navigation bar again if this screen hid it.
+    void restoreHostNavigationBar();
+    // The manual-entry button's configured look, for the strip's button and the no-camera notice's.
+    void styleManualEntryButton(QPushButton *button);
+    // After the pipeline is built: a missing or unusable device counts as a camera failure at
+    // once, a later failure of the device when it comes (GUI thread).
+    void watchCaptureDevice();
+    // Logs the reason once per screen and shows the no-camera notice in the camera area: the
+    // configured "CameraUnavailableText" and, on a screen without the manual option, a button
+    // that opens the manual prompt (the strip's button is shown on one with it).
+    void cameraDidFail(const QString &reason);
+    void showCameraUnavailable();
 
     std::unique_ptr<ZQTVINCaptureVCPrivate> d;
 };

@@ -12,6 +12,7 @@
 #include "platform/CompletionGate_p.h"
 #include "platform/MetadataOutput.h"
 #include "platform/NavigationBar.h"
+#include "platform/NavigationController.h"
 #include "platform/StillImageOutput.h"
 #include "platform/VideoPreviewLayer.h"
 
@@ -60,6 +61,13 @@ struct ZQTVINCaptureVCPrivate
 
     // Internal state.
     bool hasManualVINOption = false;
+    // Why the camera cannot be used (null while it can), the notice that says so in the camera
+    // area, and the watch on the device's failures.
+    QString cameraFailure;
+    QPointer<QWidget> cameraUnavailableView;
+    QMetaObject::Connection deviceFailure;
+    // The host's navigation bar this screen hid while on top; shown again when the screen leaves.
+    QPointer<ZQTPlatform::NavigationController> hiddenHostBar;
     ZQTPlatform::Bundle bundle;
     QDateTime startingTime;
     float scaleFactor = 0.0f;

@@ -1,0 +1,101 @@
+// The capture screen where no camera can be used: no video device at all, or a file standing
+// in for the camera that cannot be played. The camera area says so, the VIN can still be typed
+// (also on a screen made without the manual option), and the failure is logged once.
+#include "ZQTVINScanComponent.h"
+#include "platform/AlertController.h"
+#include "platform/CaptureDevice.h"
+#include "support/LogCapture.h"
+#include "support/ScreenTestSupport.h"
+#include "support/TemporaryMainBundle.h"
+#include "support/TestData.h"
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ZQTPlatform;
+
+namespace {
+
+class CameraUnavailable : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        delete screen.data();
+        CaptureDevice::removeStandIns();
+    }
+
+    void pushScreen(bool manualOption)
+    {
+        screen = manualOption ? ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, "CLM-NOCAM")
+                              : ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, "CLM-NOCAM");
+        ASSERT_TRUE(screen);
+        host.navigation->pushViewController(screen, false);
+        host.window.makeKeyAndVisible();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return capture.steps().contains("startBarCodeScanner"); }, 5000));
+    }
+    QWidget *notice() const { return screen->findChild<QWidget *>("cameraUnavailableView"); }
+    qsizetype failureLines() const { return capture.lines().filter("The camera cannot be used").size(); }
+
+    LogCapture capture;
+    RecordingDelegate delegate;
+    PhoneHost host;
+    QPointer<ZQTVINCaptureVC> screen;
+};
+
+} // namespace
+
+TEST_F(CameraUnavailable, WithoutAnyDeviceTheScreenSaysSoAndOffersTheManualPromptEvenWithoutTheManualOption)
+{
+    TemporaryMainBundle branding;
+    branding.writeSettings("<key>CameraUnavailableText</key><string>No camera on this phone</string>");
+    pushScreen(false);
+    EXPECT_TRUE(screen->isCameraUnavailable());
+    ASSERT_TRUE(notice());
+    EXPECT_TRUE(notice()->isVisible());
+    EXPECT_EQ(notice()->findChild<QLabel *>("cameraUnavailableLbl")->text(), "No camera on this phone");
+    EXPECT_EQ(notice()->geometry(), screen->findChild<QLabel *>("cameraImageView")->geometry());
+    EXPECT_TRUE(host.window.grab().save(TestData::artifactPath("camera_unavailable_375x812.png")));
+
+    // The notice's own button opens the prompt, and a typed VIN is reported; nothing more is
+    // logged.
+    QPushButton *button = notice()->findChild<QPushButton *>("cameraUnavailableManualBtn");
+    ASSERT_TRUE(button);
+    QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return screen->digitKeyboardView() != nullptr; }, 3000));
+    AlertController *alert = screen->vinEntryAlertController();
+    QTest::keyClicks(alert->textFields().first(), "1HGCM82633A004352");
+    QTest::mouseClick(alert->buttonForAction(alert->actions().at(1)), Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !delegate.calls().isEmpty(); }, 2000));
+    EXPECT_EQ(delegate.calls().first().vin, "1HGCM82633A004352");
+    EXPECT_FALSE(delegate.calls().first().scanned);
+    EXPECT_EQ(failureLines(), 1);
+}
+
+TEST_F(CameraUnavailable, AFileThatCannotBePlayedShowsTheNoticeAndTheStripButtonOnce)
+{
+    QTemporaryDir dir;
+    const QString broken = writeTestFile(dir.filePath("broken.webm"), QByteArray(4096, 'x'));
+    ASSERT_TRUE(CaptureDevice::addStandIn(broken));
+    pushScreen(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return screen->isCameraUnavailable(); }, 10000));
+    ASSERT_TRUE(notice());
+    EXPECT_TRUE(notice()->isVisible());
+    EXPECT_EQ(notice()->findChild<QPushButton *>("cameraUnavailableManualBtn"), nullptr);
+    EXPECT_TRUE(screen->findChild<QPushButton *>("manuallyEnterVINBtn")->isVisible());
+
+    // Opening and cancelling the prompt starts the scanner again over the same failed device.
+    QTest::mouseClick(screen->findChild<QPushButton *>("manuallyEnterVINBtn"), Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return screen->digitKeyboardView() != nullptr; }, 3000));
+    AlertController *alert = screen->vinEntryAlertController();
+    QTest::mouseClick(alert->buttonForAction(alert->actions().at(0)), Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return notice()->isVisible(); }, 2000));
+    QTest::qWait(300);
+    EXPECT_EQ(failureLines(), 1);
+    EXPECT_TRUE(delegate.calls().isEmpty());
+}
