@@ -275,7 +275,7 @@ TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
 
 // --- The status bar filler
 
-TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSide)
+TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSideAndOnlyWhileTheScreenLives)
 {
     const QColor barColour = Constants::getGlobalColorForKey("VINScanNavigationBarColor");
     const auto fillers = [&](const QWidget *parent) {
@@ -288,7 +288,10 @@ TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSide)
         SCOPED_TRACE(name);
         const bool notched = name == std::string("iPhone X");
         ZQTVINCaptureVC *pushed = show(plainScreen(), phone(name));
-        EXPECT_EQ(fillers(pushed->navigationController()), notched ? 1 : 0) << "goes to the navigation controller";
+        NavigationController *navigation = pushed->navigationController();
+        EXPECT_EQ(fillers(navigation), notched ? 1 : 0) << "goes to the navigation controller";
+        delete pushed;
+        EXPECT_EQ(fillers(navigation), 0) << "and leaves with the screen, uncovering the host's bar";
         DeviceProfile::setCurrent(phone(name, true)); // 812 wide counts too
         std::unique_ptr<ZQTVINCaptureVC> alone(plainScreen());
         alone->loadViewIfNeeded();

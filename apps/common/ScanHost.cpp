@@ -2,6 +2,7 @@
 
 #include "Utils/ZQTVINScanUtils.h"
 #include "platform/Dispatch.h"
+#include "platform/NavigationBar.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -47,13 +48,7 @@ void UrlRequestPrinter::openUrl(const QUrl &url)
 
 ScanHost::ScanHost(const ScanHostOptions &options) : m_options(options)
 {
-    m_screen = options.manual
-        ? ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(this, options.adjuster, options.claimId)
-        : ZQTVINCaptureVC::createVinScannerViewWithDelegate(this, options.adjuster, options.claimId);
-    if (m_screen) {
-        m_screen->setShowManualEntry(options.manual);
-        m_screen->setEnableLandscapeMode(options.landscape);
-    }
+    makeScreen();
 }
 
 ScanHost::~ScanHost()
@@ -62,18 +57,59 @@ ScanHost::~ScanHost()
     delete m_screen.data();
 }
 
+void ScanHost::makeScreen()
+{
+    m_screen = m_options.manual
+        ? ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(this, m_options.adjuster, m_options.claimId)
+        : ZQTVINCaptureVC::createVinScannerViewWithDelegate(this, m_options.adjuster, m_options.claimId);
+    if (m_screen) {
+        m_screen->setShowManualEntry(m_options.manual);
+        m_screen->setEnableLandscapeMode(m_options.landscape);
+    }
+}
+
 void ScanHost::show(const QSize &size)
 {
     m_window.resize(size);
     m_navigation = new ZQTPlatform::NavigationController;
+    // The host's own bar (shown over the result card) in the component's header colours.
+    m_navigation->navigationBar()->setBarTintColor(
+        ZQTVINScanComponentConstants::getGlobalColorForKey(QStringLiteral("ApplicationHeaderColor")));
+    m_navigation->navigationBar()->setTitleColor(
+        ZQTVINScanComponentConstants::getGlobalColorForKey(QStringLiteral("VINScanIconTitleColor")));
     m_window.setRootViewController(m_navigation);
     m_window.makeKeyAndVisible();
-    if (!m_screen)
-        return;
+    if (m_screen)
+        showController(m_screen);
+}
+
+void ScanHost::showController(ZQTPlatform::ViewController *controller)
+{
     if (m_options.modal)
-        m_navigation->presentViewController(m_screen, false);
+        m_navigation->presentViewController(controller, false);
     else
-        m_navigation->pushViewController(m_screen, false);
+        m_navigation->pushViewController(controller, false);
+}
+
+void ScanHost::showInsteadOfScreen(ZQTPlatform::ViewController *replacement)
+{
+    delete m_replacement.data();
+    m_replacement = replacement;
+    // A presented screen is dismissed (and deleted once gone); a pushed one leaves the stack.
+    if (m_screen && m_options.modal)
+        m_navigation->dismissViewControllerAnimated(false);
+    else
+        delete m_screen.data();
+    m_navigation->pushViewController(replacement, false);
+}
+
+void ScanHost::startOver()
+{
+    delete m_replacement.data();
+    delete m_screen.data();
+    makeScreen();
+    if (m_screen && m_navigation)
+        showController(m_screen);
 }
 
 QString ScanHost::vinPhotoPath() const

@@ -61,8 +61,14 @@ public:
 
     ZQTPlatform::Window &window() { return m_window; }
     ZQTVINCaptureVC *screen() const { return m_screen; }
+    ZQTPlatform::NavigationController *navigation() const { return m_navigation; }
     // Shows the window and the screen in it.
     void show(const QSize &size);
+    // Shows the view controller (for example a result card) instead of the screen, which is
+    // deleted; the host takes ownership of the view controller.
+    void showInsteadOfScreen(ZQTPlatform::ViewController *replacement);
+    // A fresh screen for the same claim in place of what is shown (which is deleted).
+    void startOver();
     // The path of the claim's VIN photo, or empty when there is none (yet).
     QString vinPhotoPath() const;
 
@@ -73,10 +79,15 @@ Q_SIGNALS:
     void scanned(const ZqtApps::ScanResult &result);
 
 private:
+    void makeScreen();
+    // Pushes the controller, or presents it with the modal option.
+    void showController(ZQTPlatform::ViewController *controller);
+
     ScanHostOptions m_options;
     ZQTPlatform::Window m_window;
     QPointer<ZQTPlatform::NavigationController> m_navigation;
     QPointer<ZQTVINCaptureVC> m_screen;
+    QPointer<ZQTPlatform::ViewController> m_replacement;
 };
 
 } // namespace ZqtApps

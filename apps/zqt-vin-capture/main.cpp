@@ -1,9 +1,12 @@
 // zqt-vin-capture: the capture screen in a window, as a host app shows it. Each delegate call is
-// printed as one JSON line on standard output; the VIN photo goes to the claim's folder.
+// printed as one JSON line on standard output; the VIN photo goes to the claim's folder. After
+// each report a result card replaces the screen: scan again (a fresh screen) or done (quit);
+// with --exit-on-result the app quits at the first report instead.
 //
 // The video comes from --source (a video or picture file), else the machine's camera, else the
 // sample clip the project ships.
 #include "AppEnvironment.h"
+#include "ResultCard.h"
 #include "ScanHost.h"
 
 #include "platform/CaptureDevice.h"
@@ -159,8 +162,16 @@ int main(int argc, char *argv[])
         if (!photo.isEmpty())
             err << "zqt-vin-capture: VIN photo " << photo << "\n";
         err.flush();
-        if (exitOnResult)
+        if (exitOnResult) {
             QApplication::exit(ResultReported);
+            return;
+        }
+        // The person at the claim sees what was read and chooses: scan again or done.
+        auto *card = new ZqtApps::ResultCard(result, photo);
+        QObject::connect(card, &ZqtApps::ResultCard::scanAgainRequested, &host, &ZqtApps::ScanHost::startOver,
+                         Qt::QueuedConnection);
+        QObject::connect(card, &ZqtApps::ResultCard::doneRequested, &app, [] { QApplication::exit(ResultReported); });
+        host.showInsteadOfScreen(card);
     });
     const int timeout = parser.value(QStringLiteral("timeout")).toInt();
     if (timeout > 0) {

@@ -137,6 +137,8 @@ void ZQTVINCaptureVC::setNavigationBackgroundColor(const QColor &color)
                         qRound(Application::sharedApplication()->statusBarFrame().height()));
     setBackgroundColor(filler, color);
     filler->show();
+    // It lives in the host's view but belongs to this screen: it goes when the screen goes.
+    d->statusBarFillers.append(filler);
 }
 
 void ZQTVINCaptureVC::setNavigationItemTintColor(const QColor &color)

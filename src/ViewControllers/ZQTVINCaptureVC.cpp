@@ -26,6 +26,8 @@ ZQTVINCaptureVC::~ZQTVINCaptureVC()
     logStep("dealloc");
     d->captureGate->close();
     restoreHostNavigationBar();
+    for (const QPointer<QWidget> &filler : std::as_const(d->statusBarFillers))
+        delete filler.data();
     deinitCameraRig();
     if (!d->enableVinScanning)
         deinitBarCodeScanner();

@@ -66,6 +66,8 @@ struct ZQTVINCaptureVCPrivate
     QString cameraFailure;
     QPointer<QWidget> cameraUnavailableView;
     QMetaObject::Connection deviceFailure;
+    // The status-bar fillers this screen put into the host's view.
+    QList<QPointer<QWidget>> statusBarFillers;
     // The host's navigation bar this screen hid while on top; shown again when the screen leaves.
     QPointer<ZQTPlatform::NavigationController> hiddenHostBar;
     ZQTPlatform::Bundle bundle;

@@ -1,0 +1,106 @@
+// The capture app's result card: what the person at the claim sees after each report, and the
+// scan-again loop through the app's host (a fresh screen for the same claim).
+#include "BarcodeArt.h"
+#include "ResultCard.h"
+#include "ScanHost.h"
+#include "support/ScreenTestSupport.h"
+#include "support/TestData.h"
+
+#include "platform/CaptureDevice.h"
+#include "platform/NavigationBar.h"
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ZQTPlatform;
+
+namespace {
+
+const QString validVin = QStringLiteral("1HGCM82633A004352");
+
+QString labelText(const QWidget *card, const char *name)
+{
+    const auto *label = card->findChild<QLabel *>(name);
+    return label ? label->text() : QStringLiteral("<missing>");
+}
+
+} // namespace
+
+TEST(ResultCard, ShowsTheVinItsVerdictAndThePhotoOrWhyThereIsNone)
+{
+    const QString photoPath = TestData::directory() + "/barcodes/code39-3/01.png";
+    PhoneHost host;
+    auto *scanned = new ZqtApps::ResultCard({validVin, true, true, {}}, photoPath);
+    host.navigation->pushViewController(scanned, false);
+    host.window.makeKeyAndVisible();
+    EXPECT_EQ(labelText(scanned, "resultVin"), validVin);
+    EXPECT_TRUE(labelText(scanned, "resultVerdict").contains("Valid VIN"));
+    EXPECT_EQ(host.navigation->navigationBar()->title(), "VIN read");
+    // The photo is read off the GUI thread and fitted into its place.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !scanned->photoView()->pixmap().isNull(); }, 3000));
+    const QSize shown = scanned->photoView()->pixmap().size();
+    EXPECT_LE(shown.width(), scanned->photoView()->width());
+    EXPECT_LE(shown.height(), scanned->photoView()->height());
+    EXPECT_GT(shown.width(), 100);
+    EXPECT_TRUE(host.window.grab().save(TestData::artifactPath("result_card_375x812.png")));
+
+    // A typed VIN that fails its check: the mark says so, and the photo's place says why it is empty.
+    // Markup in a payload is shown as text.
+    auto *typed = new ZqtApps::ResultCard({"<b>1HGCM82634A004352</b>", false, false, {}}, QString());
+    host.navigation->pushViewController(typed, false);
+    EXPECT_EQ(labelText(typed, "resultVin"), "<b>1HGCM82634A004352</b>");
+    EXPECT_EQ(typed->findChild<QLabel *>("resultVin")->textFormat(), Qt::PlainText);
+    EXPECT_TRUE(labelText(typed, "resultVerdict").contains("Not a valid VIN"));
+    EXPECT_TRUE(labelText(typed, "resultPhoto").contains("No photo"));
+    EXPECT_EQ(host.navigation->navigationBar()->title(), "VIN typed");
+
+    QSignalSpy again(typed, &ZqtApps::ResultCard::scanAgainRequested);
+    QSignalSpy done(typed, &ZqtApps::ResultCard::doneRequested);
+    QTest::mouseClick(typed->scanAgainButton(), Qt::LeftButton);
+    QTest::mouseClick(typed->doneButton(), Qt::LeftButton);
+    EXPECT_EQ(again.size(), 1);
+    EXPECT_EQ(done.size(), 1);
+}
+
+// The app's loop: a read replaces the screen by the card; "scan again" gives a fresh screen for
+// the same claim, which reads and reports again.
+TEST(ResultCard, ScanAgainGivesAFreshScreenForTheSameClaim)
+{
+    DeviceProfile::setCurrent(phoneProfile());
+    ASSERT_TRUE(CaptureDevice::addStandIn(
+        BarcodeArt::renderScene(BarcodeArt::renderSymbol(BarcodeArt::Symbology::Code39, validVin, 3), {})));
+    ZqtApps::ScanHostOptions options;
+    options.claimId = QStringLiteral("CLM-AGAIN");
+    ZqtApps::ScanHost host(options);
+    QList<ZqtApps::ScanResult> reports;
+    QPointer<ZqtApps::ResultCard> card;
+    QObject::connect(&host, &ZqtApps::ScanHost::scanned, [&](const ZqtApps::ScanResult &result) {
+        reports << result;
+        card = new ZqtApps::ResultCard(result, host.vinPhotoPath());
+        QObject::connect(card, &ZqtApps::ResultCard::scanAgainRequested, &host, &ZqtApps::ScanHost::startOver,
+                         Qt::QueuedConnection);
+        host.showInsteadOfScreen(card);
+    });
+    host.show(QSize(375, 812));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return card; }, 10000));
+    QPointer<ZQTVINCaptureVC> first = host.screen();
+    EXPECT_TRUE(first.isNull()) << "the card replaces the screen";
+    EXPECT_EQ(host.navigation()->topViewController(), card.data());
+    EXPECT_FALSE(host.navigation()->isNavigationBarHidden()) << "the screen gave the host's bar back";
+    EXPECT_EQ(host.navigation()->navigationBar()->title(), "VIN read");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !card->photoView()->pixmap().isNull(); }, 3000));
+    EXPECT_TRUE(host.window().grab().save(TestData::artifactPath("result_card_after_scan.png")));
+
+    QTest::mouseClick(card->scanAgainButton(), Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return card.isNull() && host.screen(); }, 3000));
+    EXPECT_EQ(host.screen()->claimId(), "CLM-AGAIN");
+    EXPECT_EQ(host.navigation()->topViewController(), host.screen());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return reports.size() == 2; }, 10000));
+    EXPECT_EQ(reports[1].vin, validVin);
+    EXPECT_TRUE(reports[1].isVINScanned && reports[1].isVINValid);
+    CaptureDevice::removeStandIns();
+}
