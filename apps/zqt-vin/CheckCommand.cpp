@@ -14,13 +14,9 @@ const char kUsage[] = "usage: zqt-vin check [--json] VIN...\n";
 
 int runCheck(const QStringList &args, Streams io)
 {
-    if (asksForHelp(args)) {
-        io.out << kUsage;
-        return Success;
-    }
     const Arguments parsed = parseArguments(args, {}, {QStringLiteral("--json")});
-    if (!parsed.problem.isEmpty())
-        return usageError(io, parsed.problem, kUsage);
+    if (const std::optional<int> status = endEarly(args, parsed.problem, io, kUsage))
+        return *status;
     if (parsed.operands.isEmpty())
         return usageError(io, QStringLiteral("no VIN given"), kUsage);
     const bool json = parsed.has("--json");

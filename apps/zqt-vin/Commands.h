@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <optional>
+
 namespace ZqtVin {
 
 enum ExitStatus { Success = 0, Negative = 1, UsageError = 2, Failure = 3 };
@@ -33,10 +35,12 @@ struct Arguments
 // alone. Anything else that starts with "--" or "-<letter>" is an unknown option.
 Arguments parseArguments(const QStringList &args, const QStringList &valued, const QStringList &flags = {});
 
-// Whether the arguments ask for the usage (--help or -h anywhere).
-bool asksForHelp(const QStringList &args);
 // Prints "zqt-vin: PROBLEM" and the usage on standard error; returns UsageError.
 int usageError(Streams io, const QString &problem, const char *usage);
+// The status a command ends with before doing anything: Success after printing the usage on
+// standard output when the arguments ask for help, a usage error when PROBLEM is not empty,
+// else none (go on).
+std::optional<int> endEarly(const QStringList &args, const QString &problem, Streams io, const char *usage);
 
 int runCheck(const QStringList &args, Streams io);
 int runConfig(const QStringList &args, Streams io);

@@ -46,16 +46,12 @@ bool printValue(const QString &key, const QString &kind, QTextStream &out)
 
 int runConfig(const QStringList &args, Streams io)
 {
-    if (asksForHelp(args)) {
-        io.out << kUsage;
-        return Success;
-    }
-    if (args.value(0) != QLatin1String("get"))
-        return usageError(io, args.isEmpty() ? QStringLiteral("no action given")
-                                             : QStringLiteral("unknown action \"%1\"").arg(args.first()), kUsage);
     const Arguments parsed = parseArguments(args.mid(1), {QStringLiteral("--as"), QStringLiteral("--bundle")});
-    if (!parsed.problem.isEmpty())
-        return usageError(io, parsed.problem, kUsage);
+    QString problem = parsed.problem;
+    if (args.value(0) != QLatin1String("get"))
+        problem = args.isEmpty() ? QStringLiteral("no action given") : QStringLiteral("unknown action \"%1\"").arg(args.first());
+    if (const std::optional<int> status = endEarly(args, problem, io, kUsage))
+        return *status;
     if (parsed.operands.size() != 1)
         return usageError(io, parsed.operands.isEmpty() ? QStringLiteral("no KEY given") : QStringLiteral("more than one KEY"),
                           kUsage);

@@ -111,14 +111,9 @@ int add(const Request &request, const QString &path, Streams io)
 
 int runPhotos(const QStringList &args, Streams io)
 {
-    if (asksForHelp(args)) {
-        io.out << kUsage;
-        return Success;
-    }
     Request request;
-    const QString problem = parseRequest(args, request);
-    if (!problem.isEmpty())
-        return usageError(io, problem, kUsage);
+    if (const std::optional<int> status = endEarly(args, parseRequest(args, request), io, kUsage))
+        return *status;
     const bool listing = request.action == QLatin1String("list");
     const QString title = request.action == QLatin1String("add") ? request.title : request.operands.value(0);
     // The claim folder for a listing, else the photo's file; nil when a name is refused.

@@ -71,13 +71,9 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
 int runScan(const QStringList &args, Streams io)
 {
     static const char usage[] = "usage: zqt-vin scan --claim ID [--json] FILE...\n";
-    if (asksForHelp(args)) {
-        io.out << usage;
-        return Success;
-    }
     const Arguments parsed = parseArguments(args, {QStringLiteral("--claim")}, {QStringLiteral("--json")});
-    if (!parsed.problem.isEmpty())
-        return usageError(io, parsed.problem, usage);
+    if (const std::optional<int> status = endEarly(args, parsed.problem, io, usage))
+        return *status;
     const QString claimId = parsed.value("--claim");
     if (claimId.isEmpty())
         return usageError(io, QStringLiteral("--claim is required"), usage);

@@ -121,14 +121,9 @@ int get(const Request &request, QTextStream &out)
 
 int runSettings(const QStringList &args, Streams io)
 {
-    if (asksForHelp(args)) {
-        io.out << kUsage;
-        return Success;
-    }
     Request request;
-    const QString problem = parseRequest(args, request);
-    if (!problem.isEmpty())
-        return usageError(io, problem, kUsage);
+    if (const std::optional<int> status = endEarly(args, parseRequest(args, request), io, kUsage))
+        return *status;
     ZQTPlatform::UserDefaults &store = ZQTPlatform::UserDefaults::standardUserDefaults();
     if (!request.storePath.isEmpty())
         store.setFilePath(QFileInfo(request.storePath).absoluteFilePath());

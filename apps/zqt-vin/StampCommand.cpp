@@ -129,14 +129,9 @@ void printJson(const QJsonObject &object, QTextStream &out)
 
 int runStamp(const QStringList &args, Streams io)
 {
-    if (asksForHelp(args)) {
-        io.out << kUsage;
-        return Success;
-    }
     Request request;
-    const QString problem = parseRequest(args, request);
-    if (!problem.isEmpty())
-        return usageError(io, problem, kUsage);
+    if (const std::optional<int> status = endEarly(args, parseRequest(args, request), io, kUsage))
+        return *status;
     const ZQTPlatform::Image image = ZQTPlatform::Image::imageWithContentsOfFile(request.input);
     if (image.isNull()) {
         io.err << "zqt-vin: cannot read an image from " << request.input << "\n";

@@ -10,17 +10,29 @@ bool looksLikeOption(const QString &arg)
     return arg.startsWith(QLatin1String("--")) || (arg.size() > 1 && arg.at(0) == QLatin1Char('-') && arg.at(1).isLetter());
 }
 
-} // namespace
-
+// --help or -h anywhere.
 bool asksForHelp(const QStringList &args)
 {
     return args.contains(QLatin1String("--help")) || args.contains(QLatin1String("-h"));
 }
 
+} // namespace
+
 int usageError(Streams io, const QString &problem, const char *usage)
 {
     io.err << "zqt-vin: " << problem << "\n" << usage;
     return UsageError;
+}
+
+std::optional<int> endEarly(const QStringList &args, const QString &problem, Streams io, const char *usage)
+{
+    if (asksForHelp(args)) {
+        io.out << usage;
+        return Success;
+    }
+    if (!problem.isEmpty())
+        return usageError(io, problem, usage);
+    return std::nullopt;
 }
 
 Arguments parseArguments(const QStringList &args, const QStringList &valued, const QStringList &flags)
