@@ -1,5 +1,5 @@
 // What the real-window tests share: a phone-sized window on the X server with the capture screen
-// pushed on its navigation stack, over a steady camera picture.
+// pushed on its navigation stack, over a steady camera picture of two halves.
 #pragma once
 
 #include "ZQTVINScanComponent.h"
@@ -9,16 +9,22 @@
 
 #include <gtest/gtest.h>
 
+#include <QPainter>
 #include <QPointer>
 #include <QTest>
 
 class RealWindow : public ::testing::Test
 {
+public:
+    static inline const QColor cameraLeftHalf = QColor(70, 120, 90);
+    static inline const QColor cameraRightHalf = QColor(120, 90, 70);
+
 protected:
     void SetUp() override
     {
         QImage street(640, 480, QImage::Format_RGB32);
-        street.fill(QColor(70, 120, 90));
+        street.fill(cameraLeftHalf);
+        QPainter(&street).fillRect(320, 0, 320, 480, cameraRightHalf);
         ASSERT_TRUE(ZQTPlatform::CaptureDevice::addStandIn(street));
     }
     void TearDown() override { ZQTPlatform::CaptureDevice::removeStandIns(); }

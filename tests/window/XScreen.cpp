@@ -4,6 +4,7 @@
 #include <QPixmap>
 #include <QProcess>
 #include <QScreen>
+#include <QTest>
 #include <QWidget>
 
 #include <cstdlib>
@@ -57,6 +58,16 @@ Comparison compareWindow(const QWidget *widget)
     Comparison comparison;
     comparison.onScreen = shot(window);
     comparison.drawn = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    return comparison;
+}
+
+Comparison settledComparison(const QWidget *widget, double share, int timeoutMs)
+{
+    Comparison comparison;
+    QTest::qWaitFor([&] {
+        comparison = compareWindow(widget);
+        return comparison.sameShare() >= share;
+    }, timeoutMs);
     return comparison;
 }
 

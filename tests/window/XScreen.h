@@ -26,6 +26,9 @@ struct Comparison
     double sameShare() const;
 };
 Comparison compareWindow(const QWidget *widget);
+// compareWindow until the screen matches the drawing at least by the share (pictures that arrive
+// from worker threads may still be on their way), at most for the timeout; the last comparison.
+Comparison settledComparison(const QWidget *widget, double share, int timeoutMs = 3000);
 
 // Pixels inside the rectangle that are within the tolerance of the colour on each channel.
 int pixelsNear(const QImage &image, const QRect &rect, const QColor &color, int tolerance = 24);

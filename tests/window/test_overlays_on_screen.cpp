@@ -76,13 +76,8 @@ TEST_F(RealWindow, HelpCardIsOnTheXScreenWholeAtFirstShowWhileFadingAndAtRest)
 TEST_F(RealWindow, EveryOverlayIsOnTheXScreenAsItsWidgetsDrawIt)
 {
     const auto expectOnScreen = [](const QWidget *overlay, const char *file) {
-        // Waits for the overlay's first paint to reach the server, and fails if it never does.
-        XScreen::Comparison seen;
-        const bool whole = QTest::qWaitFor([&] {
-            seen = XScreen::compareWindow(overlay);
-            return seen.sameShare() >= sameShareWanted;
-        }, 3000);
-        EXPECT_TRUE(whole) << file << ": " << seen.sameShare();
+        const XScreen::Comparison seen = XScreen::settledComparison(overlay, sameShareWanted);
+        EXPECT_GE(seen.sameShare(), sameShareWanted) << file;
         EXPECT_TRUE(seen.onScreen.save(TestData::artifactPath(file)));
     };
 
