@@ -1,6 +1,6 @@
 // The overlays of the capture screen as the X server shows them: the help card whole at its
 // first show, during its fade and at rest, and every overlay (help card, manual prompt, adjuster
-// panel, an alert) drawn on screen as its widgets draw it.
+// panel, also after a resize, an alert) drawn on screen as its widgets draw it.
 #include "UI/Views/ZQTVINScanAdjusterInfo.h"
 #include "ViewControllers/ZQTVINCaptureOverlayVC.h"
 #include "platform/AlertController.h"
@@ -26,13 +26,12 @@ constexpr double sameShareWanted = 0.99;
 // Enough pixels of a text's colour for a line of text, few enough for a short word.
 constexpr int textPixels = 30;
 
+// An adjuster the panel shows a name and a telephone row for.
 ZQTVINScanAdjuster adjuster()
 {
     ZQTVINScanAdjuster dana;
     dana.setRecipientName(QStringLiteral("Dana Reyes"));
-    dana.setUserType(QStringLiteral("Field adjuster"));
     dana.setRecipientPhone(QStringLiteral("5551234567"));
-    dana.setRecipientEmailAddress(QStringLiteral("dana.reyes@example.com"));
     return dana;
 }
 
@@ -88,6 +87,13 @@ TEST_F(RealWindow, EveryOverlayIsOnTheXScreenAsItsWidgetsDrawIt)
     screen->showAdjusterInfo();
     ASSERT_TRUE(QTest::qWaitFor([] { return ZQTVINScanAdjusterInfo::shownPanel() != nullptr; }, 3000));
     expectOnScreen(ZQTVINScanAdjusterInfo::shownPanel(), "window_overlay_adjuster_panel.png");
+    // It keeps covering the window when the window changes size.
+    const QString window = QString::number(host.window.winId());
+    ASSERT_TRUE(XScreen::xdotool({"windowsize", window, "640", "400"}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ZQTVINScanAdjusterInfo::shownPanel()->size() == QSize(640, 400); }, 3000));
+    expectOnScreen(ZQTVINScanAdjusterInfo::shownPanel(), "window_overlay_adjuster_panel_640x400.png");
+    ASSERT_TRUE(XScreen::xdotool({"windowsize", window, "375", "812"}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return host.window.size() == QSize(375, 812); }, 3000));
     ZQTVINScanAdjusterInfo::shownPanel()->deleteLater();
     ASSERT_TRUE(QTest::qWaitFor([] { return ZQTVINScanAdjusterInfo::shownPanel() == nullptr; }, 3000));
 
