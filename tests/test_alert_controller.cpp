@@ -12,6 +12,8 @@
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QMenu>
+#include <QMimeData>
+#include <QToolButton>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -106,6 +108,51 @@ TEST(TextField, RefusedEditsLeaveTextAndCursorAsTheyWere)
     field.end(false);
     QTest::keyClick(&field, Qt::Key_Backspace);
     EXPECT_EQ(field.text(), "VI") << "no delegate allows every edit";
+}
+
+TEST(TextField, UndoTheClearButtonAndDroppedTextAreAskedAboutOnceMadeAndTakenBackWhenRefused)
+{
+    TextField field;
+    field.setClearButtonEnabled(true);
+    AskingDelegate delegate;
+    field.setDelegate(&delegate);
+    field.show();
+    QTest::keyClicks(&field, "VIN12");
+    delegate.questions.clear();
+    QSignalSpy changes(&field, &TextField::editingChanged);
+    auto *clearButton = field.findChild<QToolButton *>();
+    ASSERT_NE(clearButton, nullptr);
+    const auto drop = [&field](const QString &text) {
+        QMimeData data;
+        data.setText(text);
+        const QPointF end(field.width() - 2, field.height() / 2);
+        QDragEnterEvent enter(end.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&field, &enter);
+        QDropEvent dropped(end, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&field, &dropped);
+    };
+
+    delegate.allow = false;
+    QTest::keyClick(&field, Qt::Key_Z, Qt::ControlModifier);
+    QTest::mouseClick(clearButton, Qt::LeftButton);
+    drop("XY");
+    EXPECT_EQ(field.text(), "VIN12");
+    EXPECT_EQ(changes.count(), 0);
+
+    delegate.allow = true;
+    drop("XY");
+    EXPECT_EQ(field.text(), "VIN12XY");
+    QTest::mouseClick(clearButton, Qt::LeftButton);
+    EXPECT_EQ(field.text(), "");
+    QTest::keyClicks(&field, "AB");
+    QTest::keyClick(&field, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(field.text(), "");
+    field.setText("SET");
+    QTest::mouseClick(clearButton, Qt::LeftButton);
+    EXPECT_EQ(field.text(), "") << "the clear button after a change by code";
+    EXPECT_EQ(delegate.questions, QStringList({"0+5:", "0+5:", "5+0:XY", // refused: undo, clear, drop
+                                               "5+0:XY", "0+7:", "0+0:A", "1+0:B", "0+2:", "0+3:"}));
+    EXPECT_EQ(changes.count(), 6);
 }
 
 namespace {

@@ -13,6 +13,7 @@
 #include "platform/Log.h"
 #include "platform/View.h"
 
+#include <QPainter>
 #include <QPixmap>
 
 using namespace ZQTPlatform;
@@ -26,6 +27,40 @@ constexpr int scanLabelHeight = 40;
 constexpr int scanLabelOffset = 40;
 constexpr int centerLineHeight = 3;
 const QColor centerLineColor = QColor::fromRgbF(1.0, 118.0 / 255.0, 89.0 / 255.0, 1.0);
+
+// The guide picture drawn at the size of the camera area: scaled as a whole, its proportions kept,
+// to fit and centred, so that its corners keep their shape; the bands left beside it repeat its
+// outermost rows or columns (for the shipped picture, the dimmed surround). Null for a null
+// picture or an empty area.
+QPixmap guidePixmap(const Image &picture, const QSize &size)
+{
+    const QImage source = picture.bitmap();
+    if (source.isNull() || size.isEmpty())
+        return QPixmap();
+    QImage canvas(size, QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::transparent);
+    const QSize fitted = source.size().scaled(size, Qt::KeepAspectRatio);
+    const QRect middle(QPoint((size.width() - fitted.width()) / 2, (size.height() - fitted.height()) / 2), fitted);
+    const QRect all(QPoint(0, 0), size);
+    const QRect edges = source.rect();
+    QPainter painter(&canvas);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(middle, source);
+    if (middle.top() > 0) {
+        painter.drawImage(QRect(all.topLeft(), QPoint(all.right(), middle.top() - 1)), source,
+                          QRect(edges.topLeft(), QSize(edges.width(), 1)));
+        painter.drawImage(QRect(QPoint(0, middle.bottom() + 1), all.bottomRight()), source,
+                          QRect(edges.bottomLeft(), QSize(edges.width(), 1)));
+    }
+    if (middle.left() > 0) {
+        painter.drawImage(QRect(all.topLeft(), QPoint(middle.left() - 1, all.bottom())), source,
+                          QRect(edges.topLeft(), QSize(1, edges.height())));
+        painter.drawImage(QRect(QPoint(middle.right() + 1, 0), all.bottomRight()), source,
+                          QRect(edges.topRight(), QSize(1, edges.height())));
+    }
+    painter.end();
+    return QPixmap::fromImage(canvas);
+}
 
 // The five barcode types a VIN is read from, in the order each code's type is compared.
 const QStringList &acceptedTypes()
@@ -53,7 +88,6 @@ QFont scanningLabelFont(const QFont &fallback)
 void ZQTVINCaptureVC::initBarCodeScanner()
 {
     logStep("initBarCodeScanner");
-    const int labelHeight = d->scanResultLbl ? d->scanResultLbl->height() : 0;
     // Every appearance builds the pipeline again; the one of an earlier appearance goes.
     dropBarcodePipeline();
     QWidget *cameraImageView = d->cameraImageView;
@@ -66,12 +100,11 @@ void ZQTVINCaptureVC::initBarCodeScanner()
     highlight->setStyleSheet(QStringLiteral("border: 3px solid transparent;"));
     d->highlightView = highlight;
 
+    // Placed across the camera area's middle by layoutCameraArea.
     auto *line = new QWidget;
     line->setObjectName(QStringLiteral("centerLine"));
-    line->setGeometry(0, height() / 2 - labelHeight, width(), centerLineHeight);
+    line->resize(width(), centerLineHeight);
     setBackgroundColor(line, centerLineColor);
-    if (cameraImageView)
-        line->move(cameraImageView->geometry().center() - QPoint(line->width() / 2, line->height() / 2));
     line->setAttribute(Qt::WA_TransparentForMouseEvents);
     d->centerLine = line;
 
@@ -122,23 +155,16 @@ void ZQTVINCaptureVC::startBarCodeScanner()
         d->cameraOverlayImage = overlay;
     }
     QLabel *overlay = d->cameraOverlayImage;
-    // The picture fills the camera area; it is scaled once here rather than at every frame's repaint.
-    const Image overlayPicture = d->vinScanItem ? d->vinScanItem->cameraOverlayImage() : Image();
-    overlay->setPixmap(overlayPicture.isNull() || cameraFrame.isEmpty()
-                           ? QPixmap()
-                           : QPixmap::fromImage(overlayPicture.bitmap().scaled(
-                                 cameraFrame.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)));
-    overlay->setGeometry(0, 0, cameraFrame.width(), cameraFrame.height());
     setBackgroundColor(overlay, QColor());
 
     delete d->scanResultLbl.data();
     auto *label = new Label;
     label->setObjectName(QStringLiteral("scanResultLbl"));
-    // One rule in both orientations: just below the top of the overlay picture.
-    label->setGeometry(0, overlay->geometry().top() + scanLabelOffset, overlay->width(), scanLabelHeight);
     label->setAlignment(Qt::AlignCenter);
     setTextColor(label, Qt::white);
     label->setFont(scanningLabelFont(label->font()));
+    // A narrow camera area draws the prompt or the payload smaller rather than cut.
+    label->setAdjustsFontSizeToFitWidth(true);
     label->setText(scanningLabelText());
     d->scanResultLbl = label;
 
@@ -146,6 +172,7 @@ void ZQTVINCaptureVC::startBarCodeScanner()
     addSubview(overlay, d->centerLine);
     addSubview(d->scanOverlayView, cameraImageView);
     addSubview(d->scanOverlayView, overlay);
+    layoutCameraArea();
 
     if (d->session)
         d->session->startRunning();
@@ -159,6 +186,35 @@ void ZQTVINCaptureVC::startBarCodeScanner()
         d->manuallyEnterVINBtn->raise();
     if (isCameraUnavailable())
         showCameraUnavailable();
+}
+
+void ZQTVINCaptureVC::layoutCameraArea()
+{
+    QWidget *area = d->scanOverlayView;
+    QWidget *cameraImageView = d->cameraImageView;
+    if (!area || !cameraImageView)
+        return;
+    if (cameraImageView->parentWidget() == area)
+        cameraImageView->setGeometry(area->rect());
+    const QRect cameraFrame = cameraImageView->geometry();
+    if (d->prevLayer)
+        d->prevLayer->setBoundsCentredIn(cameraImageView);
+    if (d->camera)
+        d->camera->setGeometry(cameraFrame);
+
+    QLabel *overlay = d->cameraOverlayImage;
+    if (!overlay)
+        return;
+    overlay->setGeometry(0, 0, cameraFrame.width(), cameraFrame.height());
+    const Image overlayPicture = d->vinScanItem ? d->vinScanItem->cameraOverlayImage() : Image();
+    overlay->setPixmap(guidePixmap(overlayPicture, cameraFrame.size()));
+    // One rule in both orientations: just below the top of the overlay picture.
+    if (d->scanResultLbl)
+        d->scanResultLbl->setGeometry(0, scanLabelOffset, overlay->width(), scanLabelHeight);
+    if (QWidget *line = d->centerLine) {
+        line->resize(width(), line->height());
+        line->move(cameraFrame.center() - QPoint(line->width() / 2, line->height() / 2));
+    }
 }
 
 void ZQTVINCaptureVC::stopBarCodeScanner()

@@ -17,6 +17,7 @@
 #include "platform/View.h"
 
 #include <QBoxLayout>
+#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 
@@ -242,8 +243,16 @@ void ZQTVINCaptureVC::resizeViewForNormalScan()
 void ZQTVINCaptureVC::configLayout()
 {
     logStep("configLayout");
+    sizeCameraArea();
+}
+
+void ZQTVINCaptureVC::sizeCameraArea()
+{
     const bool portrait = height() > width();
-    const QSizeF screen = DeviceProfile::current().mainScreenBounds;
+    // The main screen's bounds as the device holds it when the view has this shape.
+    QSizeF screen = DeviceProfile::current().mainScreenBounds;
+    if ((screen.height() > screen.width()) != portrait)
+        screen.transpose();
     const qreal screenSide = portrait ? screen.height() : screen.width();
     if (screen.isEmpty() || screenSide <= smallScreenSide)
         d->cameraViewDim = smallScreenCameraDim;
@@ -314,10 +323,20 @@ void ZQTVINCaptureVC::viewWillTransitionToSize(const QSizeF &, TransitionCoordin
 void ZQTVINCaptureVC::viewWillLayoutSubviews()
 {
     ViewController::viewWillLayoutSubviews();
+    // The window's size decides the panel's place again; the camera area follows through the
+    // scene's layout (eventFilter).
+    sizeCameraArea();
     if (d->prevLayer && d->cameraImageView) {
         d->prevLayer->setBoundsCentredIn(d->cameraImageView);
         d->prevLayer->connection()->setVideoOrientation(orientationForConnection());
     }
+}
+
+bool ZQTVINCaptureVC::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == d->scanOverlayView && event->type() == QEvent::Resize)
+        layoutCameraArea();
+    return ViewController::eventFilter(watched, event);
 }
 
 int ZQTVINCaptureVC::orientationForConnection() const

@@ -45,6 +45,8 @@ void ZQTVINCaptureVC::connectOutlets()
     d->interNavigationBar = findChild<NavigationBar *>(QStringLiteral("interNavigationBar"));
     d->backgroundView = findChild<QWidget *>(QStringLiteral("backgroundView"));
     d->scanOverlayView = findChild<QWidget *>(QStringLiteral("scanOverlayView"));
+    if (d->scanOverlayView)
+        d->scanOverlayView->installEventFilter(this);
     d->manuallyEnterVINBtn = findChild<QPushButton *>(QStringLiteral("manuallyEnterVINBtn"));
     d->carouselLbl = findChild<QLabel *>(QStringLiteral("carouselLbl"));
     d->permissionConverView = findChild<QWidget *>(QStringLiteral("permissionConverView"));

@@ -382,6 +382,19 @@ private:
     // that opens the manual prompt (the strip's button is shown on one with it).
     void cameraDidFail(const QString &reason);
     void showCameraUnavailable();
+    // configLayout's work without its log step: the camera area's side and the control panel
+    // below (portrait) or beside (landscape) the camera area, for the view's present size.
+    void sizeCameraArea();
+    // Places the views of the camera area over its present bounds: the camera image view, the
+    // preview layer and the still camera's view fill it, the guide picture is drawn at its size,
+    // the prompt runs below the guide's top and the centre line crosses its middle. Runs when
+    // scanning starts and whenever the camera area changes size.
+    void layoutCameraArea();
 
+protected:
+    // GUI thread: follows the camera area's size changes (the scene's layout makes them).
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
     std::unique_ptr<ZQTVINCaptureVCPrivate> d;
 };

@@ -7,6 +7,7 @@
 #include <QFontMetrics>
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -216,6 +217,32 @@ void AlertController::viewDidAppear(bool animated)
     ViewController::viewDidAppear(animated);
     if (!m_textFields.isEmpty())
         m_textFields.first()->setFocus(Qt::OtherFocusReason);
+}
+
+void AlertController::keyPressEvent(QKeyEvent *event)
+{
+    const AlertAction *action = actionForKey(event->key());
+    QPushButton *button = action ? m_buttons.value(action) : nullptr;
+    if (!button) {
+        ViewController::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    button->click(); // nothing for a disabled action
+}
+
+AlertAction *AlertController::actionForKey(int key) const
+{
+    AlertAction::Style wanted;
+    if (key == Qt::Key_Return || key == Qt::Key_Enter)
+        wanted = AlertAction::StyleDefault;
+    else if (key == Qt::Key_Escape)
+        wanted = AlertAction::StyleCancel;
+    else
+        return nullptr;
+    const auto found = std::find_if(m_actions.cbegin(), m_actions.cend(),
+                                    [wanted](const AlertAction *action) { return action->style() == wanted; });
+    return found == m_actions.cend() ? nullptr : *found;
 }
 
 void AlertController::actionTriggered(AlertAction *action)

@@ -2,7 +2,8 @@
 // action buttons (the cancel action first), presented over the whole window, which it dims, by
 // a view controller. Pressing an enabled action's button runs its handler while the alert is
 // still presented and then dismisses the alert (unless the handler already did). A disabled
-// action's button is greyed and cannot be pressed.
+// action's button is greyed and cannot be pressed. On a keyboard, Return presses the first
+// default-style action's button and Escape the cancel action's, as a click would.
 #pragma once
 
 #include "ZQTGlobal.h"
@@ -84,7 +85,13 @@ public:
     // Gives the first text field the keyboard focus.
     void viewDidAppear(bool animated) override;
 
+protected:
+    // GUI thread: the keys that the focused field leaves alone (Return, Enter, Escape) reach here.
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
+    // The action a key presses: Return the first default-style one, Escape the cancel one.
+    AlertAction *actionForKey(int key) const;
     // GUI thread: the button of an enabled action was clicked.
     void actionTriggered(AlertAction *action);
     // Lays the buttons out again in their row, cancel first, with hairlines between them.

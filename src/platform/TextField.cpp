@@ -62,7 +62,10 @@ const char *styleSheetFor(TextField::BorderStyle style)
 
 TextField::TextField(QWidget *parent) : QLineEdit(parent)
 {
-    setAcceptDrops(false);
+    // GUI thread. A user's edit emits textEdited, then textChanged; the clear button emits
+    // textChanged, then textEdited; code emits textChanged alone.
+    connect(this, &QLineEdit::textEdited, this, &TextField::userChangedText);
+    connect(this, &QLineEdit::textChanged, this, &TextField::noteTextChange);
 }
 
 TextFieldDelegate *TextField::delegate() const
@@ -100,29 +103,46 @@ bool TextField::mayReplaceSelectionWith(const QString &replacement)
     return m_delegate->textFieldShouldChangeCharactersInRange(this, range.location, range.length, replacement);
 }
 
-void TextField::runCheckedAfterwards(const std::function<void()> &edit)
+void TextField::runAsked(const std::function<void()> &edit)
 {
-    const QString before = text();
-    const int cursor = cursorPosition();
-    const int selectionFrom = selectionStart();
-    const int selectionLength = int(selectedText().size());
+    m_askedBeforehand = true;
     edit();
-    if (!m_delegate || text() == before)
-        return;
-    const auto [range, replacement] = difference(before, text());
-    if (m_delegate->textFieldShouldChangeCharactersInRange(this, range.location, range.length, replacement))
-        return;
-    setText(before);
-    if (selectionLength > 0)
-        setSelection(selectionFrom, selectionLength);
-    else
-        setCursorPosition(cursor);
+    m_askedBeforehand = false; // also when the edit changed nothing
 }
 
-void TextField::finishUserEdit(const QString &before)
+void TextField::noteTextChange()
 {
-    if (text() != before)
-        emit editingChanged(this);
+    if (!std::exchange(m_editEnding, false)) {
+        // Made by code, or by the clear button, which announces its edit afterwards.
+        m_textBeforeUnaskedChange = m_shownText;
+        m_unaskedChange = true;
+    }
+    m_shownText = text();
+}
+
+void TextField::userChangedText()
+{
+    const QString after = text();
+    QString before;
+    if (after != m_shownText) {
+        before = m_shownText;
+        m_editEnding = true; // its textChanged follows
+        m_unaskedChange = false;
+    } else if (after.isEmpty() && std::exchange(m_unaskedChange, false)) {
+        before = m_textBeforeUnaskedChange; // the clear button's edit
+    }
+    if (after == before)
+        return;
+    if (!std::exchange(m_askedBeforehand, false) && m_delegate) {
+        const auto [range, replacement] = difference(before, after);
+        if (!m_delegate->textFieldShouldChangeCharactersInRange(this, range.location, range.length, replacement)) {
+            setText(before);
+            setCursorPosition(range.location + range.length);
+            return;
+        }
+    }
+    m_shownText = after;
+    emit editingChanged(this);
 }
 
 void TextField::keyPressEvent(QKeyEvent *event)
@@ -131,7 +151,6 @@ void TextField::keyPressEvent(QKeyEvent *event)
         QLineEdit::keyPressEvent(event);
         return;
     }
-    const QString before = text();
     // Typing, pasting and cutting replace the selection with a text known before the edit.
     std::optional<QString> replacement;
     if (event->matches(QKeySequence::Paste))
@@ -140,24 +159,23 @@ void TextField::keyPressEvent(QKeyEvent *event)
         replacement = event->text();
     else if (event->matches(QKeySequence::Cut) && hasSelectedText())
         replacement = QString();
-    if (replacement && !mayReplaceSelectionWith(*replacement)) {
+    if (!replacement) {
+        // Deletions, undo and redo are asked about once made; moves and copies change nothing.
+        QLineEdit::keyPressEvent(event);
+        return;
+    }
+    if (!mayReplaceSelectionWith(*replacement)) {
         event->accept();
         return;
     }
-    if (replacement)
-        QLineEdit::keyPressEvent(event);
-    else // backspace, delete, word and line deletions, undo and redo; moves and copies change nothing
-        runCheckedAfterwards([this, event] { QLineEdit::keyPressEvent(event); });
-    finishUserEdit(before);
+    runAsked([this, event] { QLineEdit::keyPressEvent(event); });
 }
 
 void TextField::inputMethodEvent(QInputMethodEvent *event)
 {
-    const QString before = text();
     const bool commits = !event->commitString().isEmpty() || event->replacementLength() > 0;
     if (!commits || isReadOnly() || !m_delegate) {
         QLineEdit::inputMethodEvent(event);
-        finishUserEdit(before);
         return;
     }
     bool allowed;
@@ -168,13 +186,12 @@ void TextField::inputMethodEvent(QInputMethodEvent *event)
         allowed = mayReplaceSelectionWith(event->commitString());
     }
     if (allowed) {
-        QLineEdit::inputMethodEvent(event);
+        runAsked([this, event] { QLineEdit::inputMethodEvent(event); });
     } else {
         // The composition goes on; only the refused commit is dropped.
         QInputMethodEvent composing(event->preeditString(), event->attributes());
         QLineEdit::inputMethodEvent(&composing);
     }
-    finishUserEdit(before);
 }
 
 void TextField::contextMenuEvent(QContextMenuEvent *event)
@@ -190,23 +207,17 @@ void TextField::fillContextMenu(QMenu *menu)
     const auto addEdit = [this, menu](const QString &title, const QKeySequence &keys, bool enabled,
                                       const std::function<void()> &edit) {
         QAction *action = menu->addAction(title);
-        connect(action, &QAction::triggered, this, [this, edit] {
-            const QString before = text();
-            edit();
-            finishUserEdit(before);
-        });
+        connect(action, &QAction::triggered, this, edit);
         action->setShortcut(keys);
         action->setEnabled(enabled);
     };
-    addEdit(tr("&Undo"), QKeySequence::Undo, editable && isUndoAvailable(),
-            [this] { runCheckedAfterwards([this] { undo(); }); });
-    addEdit(tr("&Redo"), QKeySequence::Redo, editable && isRedoAvailable(),
-            [this] { runCheckedAfterwards([this] { redo(); }); });
+    addEdit(tr("&Undo"), QKeySequence::Undo, editable && isUndoAvailable(), [this] { undo(); });
+    addEdit(tr("&Redo"), QKeySequence::Redo, editable && isRedoAvailable(), [this] { redo(); });
     menu->addSeparator();
     const bool selected = hasSelectedText() && echoMode() == Normal;
     addEdit(tr("Cu&t"), QKeySequence::Cut, editable && selected, [this] {
         if (mayReplaceSelectionWith(QString()))
-            cut();
+            runAsked([this] { cut(); });
     });
     QAction *copyAction = menu->addAction(tr("&Copy"));
     copyAction->setShortcut(QKeySequence::Copy);
@@ -214,11 +225,11 @@ void TextField::fillContextMenu(QMenu *menu)
     connect(copyAction, &QAction::triggered, this, &QLineEdit::copy);
     addEdit(tr("&Paste"), QKeySequence::Paste, editable && !clipboardText().isEmpty(), [this] {
         if (mayReplaceSelectionWith(clipboardText()))
-            paste();
+            runAsked([this] { paste(); });
     });
     addEdit(tr("Delete"), QKeySequence(), editable && hasSelectedText(), [this] {
         if (mayReplaceSelectionWith(QString()))
-            del();
+            runAsked([this] { del(); });
     });
     menu->addSeparator();
     QAction *selectAllAction = menu->addAction(tr("Select All"));

@@ -1,7 +1,11 @@
-// The platform's text field: a line edit whose delegate may refuse each edit before it happens
-// (given as the range it replaces and the replacement text), and which announces every change
-// the user makes as its editing-changed event. Typing, deleting, pasting (keys and context menu)
-// and input-method commits all go through the delegate; dropping text on the field is off.
+// The platform's text field: a line edit whose delegate may refuse each edit (given as the range
+// it replaces and the replacement text), and which announces every change the user makes as its
+// editing-changed event. Every way the user changes the text goes through the delegate: edits
+// whose range and text are known beforehand (typing, pasting and cutting by key or context menu,
+// input-method commits) are asked about before they happen; the others (deletions, undo and redo,
+// the clear button, middle-click pasting of the selection, dropping text, dragging text out) are
+// asked about once made and taken back when refused. Changes made by code (setText) are neither
+// asked about nor announced.
 #pragma once
 
 #include "ZQTGlobal.h"
@@ -57,16 +61,27 @@ protected:
 private:
     // Asks the delegate about replacing the selection (or nothing at the cursor) with the text.
     bool mayReplaceSelectionWith(const QString &replacement);
-    // For edits whose range is only known once made (word and line deletions, undo, redo): runs
-    // the edit, asks the delegate about the change it made, and takes it back when refused.
-    void runCheckedAfterwards(const std::function<void()> &edit);
+    // Runs an edit that the delegate has allowed already.
+    void runAsked(const std::function<void()> &edit);
+    // GUI thread: the text changed, by the user or by code.
+    void noteTextChange();
+    // GUI thread: the user's edit has changed the text. Asks the delegate about it unless it was
+    // asked beforehand, takes it back when refused, else announces it.
+    void userChangedText();
     // Fills the field's context menu: its edit actions go through the delegate like keys do.
     void fillContextMenu(QMenu *menu);
-    // Announces the edit when the text is no longer `before`.
-    void finishUserEdit(const QString &before);
 
     TextFieldDelegate *m_delegate = nullptr;
     BorderStyle m_borderStyle = BorderStyle::None;
+    // The text as it stood after the last change, by the user or by code.
+    QString m_shownText;
+    // A change that no textEdited came before (by code, or the clear button's) and the text
+    // before it.
+    bool m_unaskedChange = false;
+    QString m_textBeforeUnaskedChange;
+    // A user's edit was handled and its textChanged is still to come.
+    bool m_editEnding = false;
+    bool m_askedBeforehand = false;
 };
 
 } // namespace ZQTPlatform

@@ -274,8 +274,11 @@ void VideoPreviewLayer::drawPending()
         const QRectF source(placement.toFrame(visibleLayer.topLeft()), placement.toFrame(visibleLayer.bottomRight()));
         const QRect target = visibleLayer.toAlignedRect();
         const QImage picture = renderVideoFrame(frame, source, target.size());
-        QMetaObject::invokeMethod(this, [this, picture, origin = QPointF(target.topLeft())] {
-            // GUI thread.
+        QMetaObject::invokeMethod(this, [this, picture, layerSize, origin = QPointF(target.topLeft())] {
+            // GUI thread. A picture drawn for a size the layer has left is dropped: the drawing
+            // for the present size is on its way (resizeEvent asked for it).
+            if (layerSize != size())
+                return;
             d->picture = picture;
             d->pictureOrigin = origin;
             update();

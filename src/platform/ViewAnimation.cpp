@@ -46,11 +46,26 @@ QGraphicsOpacityEffect *existingEffect(const QWidget *view)
     return qobject_cast<QGraphicsOpacityEffect *>(view->graphicsEffect());
 }
 
+// Marks the view and every subview for repainting. A new alpha changes the pixels of the whole
+// subtree, but the window's repaint manager takes the area of opaque subviews (a filled backdrop,
+// say) out of a view's own update, because they normally hide the view: with an effect on the
+// view, updating the view alone leaves those areas, and every subview's text over them, as they
+// were drawn at the previous alpha (nothing at all after a fade in from 0). Each subview's own
+// update reaches the screen through the view's effect.
+void updateWithSubviews(QWidget *view)
+{
+    view->update();
+    for (QWidget *subview : view->findChildren<QWidget *>())
+        subview->update();
+}
+
 QGraphicsOpacityEffect *opacityEffect(QWidget *view)
 {
     QGraphicsOpacityEffect *effect = existingEffect(view);
     if (!effect) {
         effect = new QGraphicsOpacityEffect(view);
+        // GUI thread: every alpha change, set at once or by an animation step.
+        QObject::connect(effect, &QGraphicsOpacityEffect::opacityChanged, view, [view] { updateWithSubviews(view); });
         view->setGraphicsEffect(effect); // the view owns it
     }
     return effect;

@@ -1,6 +1,7 @@
 // A view's alpha as the platform has it (1 opaque, 0 invisible; the view and its subviews are
 // drawn through a QGraphicsOpacityEffect), set at once or animated over a duration with a
-// completion. GUI thread only.
+// completion. Each change of the alpha repaints the view with all its subviews in the window.
+// GUI thread only.
 #pragma once
 
 #include "ZQTGlobal.h"

@@ -116,6 +116,7 @@ void DigitKeyboardView::setDigitButtons()
     for (QPushButton *button : std::as_const(m_buttons))
         delete button;
     m_buttons.clear();
+    m_keyWidths.clear();
     if (!m_keybuttonContainView)
         return;
     const qreal width = keyWidth();
@@ -124,7 +125,7 @@ void DigitKeyboardView::setDigitButtons()
         addSubview(m_keybuttonContainView, key);
         ZQTExtend::addConstraintAttachSupperTop(key);
         ZQTExtend::addConstraintAttachSupperBottom(key);
-        ZQTExtend::addConstraintSetWidth(key, width);
+        m_keyWidths.append(ZQTExtend::addConstraintSetWidth(key, width));
         if (!m_buttons.isEmpty()) {
             ZQTExtend::addConstraintAttachLeftTo(key, m_buttons.last())->setConstant(keyGap);
         } else {
@@ -156,6 +157,16 @@ QList<QPushButton *> DigitKeyboardView::buttons() const
 QSize DigitKeyboardView::sizeHint() const
 {
     return QSize(parentWidget() ? parentWidget()->width() : width(), minimumHeight());
+}
+
+void DigitKeyboardView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const qreal width = keyWidth();
+    for (LayoutConstraint *keyWidth : std::as_const(m_keyWidths)) {
+        if (keyWidth && keyWidth->constant() != width)
+            keyWidth->setConstant(width);
+    }
 }
 
 void DigitKeyboardView::mousePressEvent(QMouseEvent *event)

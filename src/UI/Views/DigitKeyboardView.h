@@ -38,7 +38,8 @@ public:
     // lays it out and builds the keys. Returns the bottom constraint.
     ZQTPlatform::LayoutConstraint *attachToControllerBottom(QWidget *view);
     // (Re)builds the ten keys, 0 to 9, in one row: each (window width - 80) / 10 - 2 points wide,
-    // 2 points apart, from the container's left edge.
+    // 2 points apart, from the container's left edge. The keys keep that width as the window's
+    // width changes.
     void setDigitButtons();
     // Appends the key's digit to the field while the result stays under 18 characters, then
     // sends the field's editing-changed event. Nothing without a field.
@@ -52,9 +53,12 @@ public:
 protected:
     // Touches on the row go no further (GUI thread).
     void mousePressEvent(QMouseEvent *event) override;
+    // GUI thread: the row spans the window, so its size changes with the window's.
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QPointer<QWidget> m_keybuttonContainView;
     QPointer<ZQTPlatform::TextField> m_inputTextField;
     QList<QPushButton *> m_buttons;
+    QList<QPointer<ZQTPlatform::LayoutConstraint>> m_keyWidths;
 };

@@ -1,6 +1,7 @@
 #include "UI/Views/ZQTVINScanAdjusterInfo.h"
 
 #include "Model/ZQTVINScanComponentConstants.h"
+#include "lib/Categories/View+ZQTExtend.h"
 #include "platform/Application.h"
 #include "platform/Dispatch.h"
 #include "platform/Font.h"
@@ -116,6 +117,8 @@ void ZQTVINScanAdjusterInfo::showInViewController(ViewController *controller,
         panel->setAdjusterInfo(adjusterInfo);
         panel->setProperty(tagProperty, viewTag);
         addSubview(window, panel);
+        // The panel covers the window at every size the window takes.
+        ZQTExtend::addConstraintToFillInSupperView(panel);
     });
 }
 
