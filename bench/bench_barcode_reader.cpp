@@ -3,6 +3,11 @@
 // called directly on the same luminance plane with the same options, strategy by strategy, and
 // against zbar on the frames with 1-D codes; at 1280 x 720 and 1920 x 1080.
 //
+// On frames without a code both do the same work. On a frame with a code ours does more by design:
+// it reads every 1-D code (ZXing is asked for one) and reads the frame with the whole strategy
+// cycle, so the baseline's figures there are what a frame cost when the reader gave one 1-D code
+// of one strategy.
+//
 // Run: bench_barcode_reader [iterations per figure, default 15]. Each figure is the median of its
 // iterations, ours and the baseline measured alternately. The ratios that matter are printed last.
 #include "BarcodeBaselines.h"
@@ -34,12 +39,14 @@ struct FrameKind
     bool hasCode;
     bool linear;
     Symbology symbology;
+    bool partNumberAbove = false; // a Code 128 part number above the VIN, as on door-frame labels
 };
 
 const FrameKind frameKinds[] = {
     {"Code 39 VIN", true, true, Symbology::Code39},
     {"Code 128 VIN", true, true, Symbology::Code128},
     {"Data Matrix VIN", true, false, Symbology::DataMatrix},
+    {"part no. + Code 39 VIN", true, true, Symbology::Code39, true},
     {"no code", false, false, Symbology::Code39},
 };
 
@@ -53,6 +60,11 @@ QVideoFrame cameraFrame(const FrameKind &kind, const QSize &size)
     QImage symbol = BarcodeArt::renderSymbol(kind.symbology, vin, 3);
     if (!kind.hasCode)
         symbol.fill(255);
+    if (kind.partNumberAbove) {
+        const QImage partNumber = BarcodeArt::renderSymbol(Symbology::Code128, QStringLiteral("PN 84512-33A07"), 3);
+        symbol = BarcodeArt::composeSymbols({{partNumber, QPoint((symbol.width() - partNumber.width()) / 2, 0)},
+                                             {symbol, QPoint(0, partNumber.height())}});
+    }
     return videoFrameFromImage(BarcodeArt::renderScene(symbol, scene));
 }
 
@@ -98,7 +110,8 @@ int main(int argc, char **argv)
     const int iterations = argc > 1 ? std::max(1, atoi(argv[1])) : 15;
     const BarcodeReader reader(BarcodeBaselines::vinTypes());
     BarcodeBaselines::ZbarReader zbar;
-    Totals overall;
+    Totals withoutCode;
+    Totals withCode;
     std::vector<std::string> zbarLines;
 
     for (const QSize size : {QSize(1280, 720), QSize(1920, 1080)}) {
@@ -124,6 +137,7 @@ int main(int argc, char **argv)
                 cycle.zxing += zxing;
             }
             std::printf("   %5.1f/%5.1f\n", cycle.ours / ReadStrategy::cycleLength(), cycle.zxing / ReadStrategy::cycleLength());
+            Totals &overall = kind.hasCode ? withCode : withoutCode;
             overall.ours += cycle.ours;
             overall.zxing += cycle.zxing;
 
@@ -143,9 +157,11 @@ int main(int argc, char **argv)
         }
     }
     std::printf("\n(a '!' marks a strategy where ours and ZXing found a different number of codes)\n");
-    std::printf("\nours / ZXing-cpp on the same luminance with the same options, all frames and strategies: %.3f  "
+    std::printf("\nframes without a code, ours / ZXing-cpp on the same luminance with the same options: %.3f  "
                 "(goal: at most 1.10)\n",
-                overall.ours / overall.zxing);
+                withoutCode.ours / withoutCode.zxing);
+    std::printf("frames with codes, every code of the whole cycle (ours) / one strategy's first 1-D code (ZXing): %.2f\n",
+                withCode.ours / withCode.zxing);
     std::printf("ours (mean of one strategy cycle) / zbar on the same frame:\n");
     for (const std::string &line : zbarLines)
         std::printf("  %s\n", line.c_str());

@@ -6,15 +6,17 @@
 #include "platform/CaptureSession.h"
 #include "platform/MetadataOutput.h"
 #include "platform/VideoFrames_p.h"
+#include "ViewControllers/VINPayload_p.h"
 #include "support/TestData.h"
 
 #include <BarcodeArt.h>
 
 #include <gtest/gtest.h>
 
-#include <QPainter>
+#include <QProcess>
 #include <QRandomGenerator>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
 #include <QThread>
@@ -40,16 +42,10 @@ QImage labelFrame(Symbology symbology, const QString &text, int modulePixels = 3
     return BarcodeArt::renderScene(BarcodeArt::renderSymbol(symbology, text, modulePixels), scene);
 }
 
-// Two symbols side by side on white, or the first one above the second with its height between.
-QImage composed(const QImage &first, const QImage &second, bool stacked = false)
+// Two symbols side by side on white.
+QImage sideBySide(const QImage &first, const QImage &second)
 {
-    QImage both(stacked ? first.width() : first.width() + second.width(),
-                stacked ? 3 * first.height() : qMax(first.height(), second.height()), QImage::Format_Grayscale8);
-    both.fill(255);
-    QPainter painter(&both);
-    painter.drawImage(0, 0, first);
-    painter.drawImage(stacked ? 0 : first.width(), stacked ? 2 * first.height() : 0, second);
-    return both;
+    return BarcodeArt::composeSymbols({{first, QPoint(0, 0)}, {second, QPoint(first.width(), 0)}});
 }
 
 QPointF centroid(const QList<QPointF> &points)
@@ -58,6 +54,78 @@ QPointF centroid(const QList<QPointF> &points)
     for (const QPointF &point : points)
         sum += point;
     return points.isEmpty() ? sum : sum / points.size();
+}
+
+// Door-frame labels: the VIN with a part number, a paint code or a VIN-shaped number beside it.
+const QString partNumber = QStringLiteral("PN 84512-33A07");
+const QString paintCode = QStringLiteral("PAINT NH-731P");
+const QString vinShaped = QStringLiteral("1HGCM82633A004353"); // the VIN with a wrong check digit
+
+// A code as printed on such labels: 3-pixel modules (6 for Data Matrix), bars 20 modules high.
+QImage labelCode(Symbology symbology, const QString &text)
+{
+    return BarcodeArt::renderSymbol(symbology, text, symbology == Symbology::DataMatrix ? 6 : 3, 60);
+}
+
+struct LabelLayout
+{
+    const char *name;
+    QImage frame;
+    QStringList readingOrder; // the texts top to bottom
+    QStringList vinFirst;     // the texts as the capture screen ranks them
+};
+
+// Labels whose anchored code sits at the centre of the frame, the others above, below or beside.
+QList<LabelLayout> labelLayouts()
+{
+    const QImage part = labelCode(Symbology::Code128, partNumber);
+    const QImage vin39 = labelCode(Symbology::Code39, vin);
+    const QImage paint = labelCode(Symbology::DataMatrix, paintCode);
+    const QImage shaped = labelCode(Symbology::Code128, vinShaped);
+    const int gap = 20;
+    const auto centred = [&vin39](const QImage &code) { return (vin39.width() - code.width()) / 2; };
+    BarcodeArt::Scene hd;
+    BarcodeArt::Scene fullHd;
+    fullHd.frameSize = QSize(1920, 1080);
+    // Held at a slant, a little out of focus: straight rows still read the short part number, only
+    // the turned strategies the long VIN.
+    BarcodeArt::Scene slanted;
+    slanted.tiltDegrees = 4;
+    slanted.blurRadius = 0.7;
+    slanted.noiseSigma = 4;
+    slanted.contrast = 0.7;
+    const QList<BarcodeArt::Placed> partNumberAboveVin{{part, QPoint(centred(part), 0)}, {vin39, QPoint(0, part.height() + gap)}};
+    // The paint code crosses the part number's middle row (where the Data Matrix detector looks)
+    // with its centre 30 pixels lower.
+    const QPoint paintAt(0, part.height() / 2 + 30 - paint.height() / 2);
+    return {
+        {"part number at the centre, VIN below",
+         BarcodeArt::renderLabelScene(partNumberAboveVin, 0, hd),
+         {partNumber, vin},
+         {vin, partNumber}},
+        {"part number at the centre, VIN below, at a slant",
+         BarcodeArt::renderLabelScene(partNumberAboveVin, 0, slanted),
+         {partNumber, vin},
+         {vin, partNumber}},
+        {"VIN above the part number at the centre",
+         BarcodeArt::renderLabelScene({{vin39, QPoint(0, 0)}, {part, QPoint(centred(part), vin39.height() + gap)}}, 1, hd),
+         {vin, partNumber},
+         {vin, partNumber}},
+        {"paint code beside the part number at the centre, VIN below",
+         BarcodeArt::renderLabelScene({{part, QPoint(paint.width() + 2 * gap, 0)},
+                                       {paint, paintAt},
+                                       {vin39, QPoint(0, paintAt.y() + paint.height() + gap)}},
+                                      0, fullHd),
+         {partNumber, paintCode, vin},
+         {vin, partNumber, paintCode}},
+        {"part number, VIN-shaped number at the centre, VIN",
+         BarcodeArt::renderLabelScene({{part, QPoint(centred(part), 0)},
+                                       {shaped, QPoint(centred(shaped), part.height() + gap)},
+                                       {vin39, QPoint(0, part.height() + shaped.height() + 2 * gap)}},
+                                      1, fullHd),
+         {partNumber, vinShaped, vin},
+         {vin, vinShaped, partNumber}},
+    };
 }
 
 // A frame of the given layout with the picture's luminance (neutral chroma; grey RGB).
@@ -213,17 +281,77 @@ TEST(BarcodeReader, ReadsTwoCodesOfOneFrameAndOneOfALabelShownTwice)
     const QImage matrix = BarcodeArt::renderSymbol(Symbology::DataMatrix, vin + "-B", 6);
     const BarcodeReader reader(vinTypes);
     QStringList texts;
-    for (const DecodedBarcode &code : reader.read(videoFrameFromImage(BarcodeArt::renderScene(composed(linear, matrix), {})), 0))
+    for (const DecodedBarcode &code : reader.read(videoFrameFromImage(BarcodeArt::renderScene(sideBySide(linear, matrix), {})), 0))
         texts.append(code.text);
     texts.sort();
     EXPECT_EQ(texts, QStringList({vin, vin + "-B"}));
 
+    // One above the other and side by side (asked for both at once, ZXing-cpp aborts on the latter).
     BarcodeArt::Scene fullHd;
     fullHd.frameSize = QSize(1920, 1080);
-    const QVideoFrame frame = videoFrameFromImage(BarcodeArt::renderScene(composed(linear, linear, true), fullHd));
-    for (int f = 0; f < ReadStrategy::cycleLength(); ++f) {
-        for (const DecodedBarcode &code : reader.read(frame, f))
-            EXPECT_EQ(code.text, vin);
+    const QImage stacked = BarcodeArt::composeSymbols({{linear, QPoint(0, 0)}, {linear, QPoint(0, 2 * linear.height())}});
+    for (const QImage &twice : {stacked, sideBySide(linear, linear)}) {
+        const QVideoFrame frame = videoFrameFromImage(BarcodeArt::renderScene(twice, fullHd));
+        for (int f = 0; f < ReadStrategy::cycleLength(); ++f) {
+            const QList<DecodedBarcode> codes = reader.read(frame, f);
+            EXPECT_LE(codes.size(), 1) << "strategy " << f;
+            for (const DecodedBarcode &code : codes)
+                EXPECT_EQ(code.text, vin);
+        }
+    }
+}
+
+// Every code of a label is read, top to bottom: a frame in which any strategy finds a code gives
+// them all, so a part number nearest the centre or easier to read no longer comes alone.
+TEST(BarcodeReader, ReadsEveryCodeOfALabelInReadingOrder)
+{
+    const BarcodeReader reader(vinTypes);
+    for (const LabelLayout &layout : labelLayouts()) {
+        const QVideoFrame frame = videoFrameFromImage(layout.frame);
+        QList<int> readingFrames;
+        for (int f = 0; f < ReadStrategy::cycleLength(); ++f) {
+            SCOPED_TRACE(std::string(layout.name) + ", strategy " + std::to_string(f));
+            QStringList texts;
+            for (const DecodedBarcode &code : reader.read(frame, f))
+                texts.append(code.text);
+            if (!texts.isEmpty()) {
+                readingFrames.append(f);
+                EXPECT_EQ(texts.join(" | ").toStdString(), layout.readingOrder.join(" | ").toStdString());
+            }
+        }
+        EXPECT_TRUE(readingFrames.contains(0) && readingFrames.contains(4)) << layout.name;
+    }
+}
+
+// Ordinary frames of one clean label that ZXing-cpp's multi-scale search (its default) cannot
+// read without aborting the process: no strategy of the reader aborts, and it reads the VIN once.
+TEST(BarcodeReader, ReadsFramesThatAbortZXingsMultiScaleSearch)
+{
+    QTemporaryDir folder;
+    const BarcodeReader reader(vinTypes);
+    for (const QSize size : {QSize(1280, 720), QSize(1920, 1080)}) {
+        SCOPED_TRACE(size.width());
+        BarcodeArt::Scene scene;
+        scene.frameSize = size;
+        scene.noiseSigma = 3;
+        scene.caption = QStringLiteral("VIN ") + vin;
+        const QImage picture = BarcodeArt::renderScene(BarcodeArt::renderSymbol(Symbology::Code39, vin, 3), scene);
+        const QString path = folder.filePath(QStringLiteral("label-%1.png").arg(size.height()));
+        ASSERT_TRUE(picture.save(path));
+        QProcess zxing;
+        zxing.start(QStringLiteral(ZQT_ZXING_DEFAULTS_BINARY), {path});
+        ASSERT_TRUE(zxing.waitForFinished(60000));
+        EXPECT_EQ(zxing.exitStatus(), QProcess::CrashExit) << "ZXing-cpp read the frame: " << zxing.readAll().toStdString();
+
+        const QVideoFrame frame = videoFrameFromImage(picture);
+        for (int f = 0; f < ReadStrategy::cycleLength(); ++f) {
+            const QList<DecodedBarcode> codes = reader.read(frame, f);
+            EXPECT_LE(codes.size(), 1) << "strategy " << f;
+            if (f == 0)
+                EXPECT_EQ(codes.size(), 1) << "the fast strategy reads a clean label";
+            for (const DecodedBarcode &code : codes)
+                EXPECT_EQ(code.text, vin);
+        }
     }
 }
 
@@ -323,7 +451,7 @@ TEST_F(MetadataOutputTest, StreamsCodesToTheDelegateOnTheGuiThread)
 
 TEST_F(MetadataOutputTest, ReportsOnlyTheSelectedTypes)
 {
-    const QImage both = composed(BarcodeArt::renderSymbol(Symbology::Code39, vin, 3),
+    const QImage both = sideBySide(BarcodeArt::renderSymbol(Symbology::Code39, vin, 3),
                                  BarcodeArt::renderSymbol(Symbology::QRCode, QStringLiteral("claim 42"), 5));
     const std::shared_ptr<MetadataOutput> output = startSession(BarcodeArt::renderScene(both, {}), {});
 
@@ -344,6 +472,36 @@ TEST_F(MetadataOutputTest, ReportsOnlyTheSelectedTypes)
         EXPECT_EQ(delivery.objects[0].type, MetadataObject::typeCode39);
     }
     EXPECT_EQ(deliveries.first().objects[0].type, MetadataObject::typeQRCode);
+}
+
+// Every code of a frame is delivered: in reading order, or by the owner's ranking with reading
+// order within a rank. With the capture screen's ranking the valid VIN comes first wherever it
+// sits on the label, a VIN-shaped number next, other codes last.
+TEST_F(MetadataOutputTest, DeliversEveryCodeOfAFrameByTheOwnersRanking)
+{
+    const auto delivered = [](const QImage &picture, const MetadataOutput::Ranking &ranking) {
+        FrameFedOutput output;
+        output.setMetadataObjectTypes(vinTypes);
+        output.setMetadataObjectsRanking(ranking);
+        QStringList deliveries; // the texts of each delivery, joined
+        output.setMetadataObjectsDelegate(
+            [&deliveries](const QList<MetadataObject> &objects, CaptureConnection *) {
+                QStringList texts;
+                for (const MetadataObject &object : objects)
+                    texts.append(object.stringValue);
+                deliveries.append(texts.join(" | "));
+            },
+            nullptr);
+        output.videoFrameArrived(videoFrameFromImage(picture));
+        EXPECT_TRUE(QTest::qWaitFor([&deliveries] { return !deliveries.isEmpty(); }, 10000));
+        return deliveries.value(0).toStdString();
+    };
+    const MetadataOutput::Ranking vinFirst = [](const MetadataObject &object) { return VINPayload::rank(object.stringValue); };
+    for (const LabelLayout &layout : labelLayouts()) {
+        SCOPED_TRACE(layout.name);
+        EXPECT_EQ(delivered(layout.frame, {}), layout.readingOrder.join(" | ").toStdString());
+        EXPECT_EQ(delivered(layout.frame, vinFirst), layout.vinFirst.join(" | ").toStdString());
+    }
 }
 
 TEST_F(MetadataOutputTest, NewestFrameWinsWhileTheWorkerIsBusy)

@@ -1,6 +1,7 @@
 // The capture screen: factories, start-up order, layout from configuration, modal test,
 // orientation and status bar answers, back button, notifications, the VIN rule and the manual report.
 #include "ZQTVINScanComponent.h"
+#include "ViewControllers/VINPayload_p.h"
 #include "platform/Application.h"
 #include "platform/ButtonStyle.h"
 #include "platform/CaptureDevice.h"
@@ -388,7 +389,24 @@ TEST_F(CaptureScreen, ValidateVINFollowsTheLeadingIAndSeventeenCharacterRules)
         const ZQTVINDetails details = screen->validateVIN(payload);
         EXPECT_EQ(details.VIN(), vin) << payload.toStdString();
         EXPECT_EQ(details.isValid(), valid) << payload.toStdString();
+        // The codes of a frame are put in order by the same rule.
+        EXPECT_EQ(VINPayload::rank(payload) == 0, valid) << payload.toStdString();
     }
+}
+
+// A frame's codes are ranked on every frame: VIN-shaped texts (17 VIN characters, check digit
+// wrong or absent) before part numbers and paint codes, and never a log line.
+TEST(VINPayloadRank, PutsVinShapedTextsBeforeOtherCodesQuietly)
+{
+    LogCapture log;
+    EXPECT_EQ(VINPayload::rank("1HGCM82633A004353"), 1);         // wrong check digit
+    EXPECT_EQ(VINPayload::rank("WVWZZZ1JZXW000001"), 1);         // no check digit (a letter in its place)
+    EXPECT_EQ(VINPayload::rank("I1HGCM82633A004353-2"), 1);      // first 17 after the I
+    EXPECT_EQ(VINPayload::rank("PN 84512-33A07"), 2);
+    EXPECT_EQ(VINPayload::rank("1HGCM82633A0O4352"), 2);         // an O is no VIN character
+    EXPECT_EQ(VINPayload::rank("1HGCM82633A00435"), 2);          // 16 characters
+    EXPECT_EQ(VINPayload::rank(QString()), 2);
+    EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join('|').toStdString();
 }
 
 TEST_F(CaptureScreen, ManualEntryReportsAnInvalidVinTooAndPostsTheTimeOnScreenEachTime)

@@ -1,4 +1,5 @@
 #include "Utils/VINUtility.h"
+#include "Utils/VINUtility_p.h"
 #include "support/LogCapture.h"
 #include "support/TestData.h"
 
@@ -41,6 +42,8 @@ TEST(VINCheck, JudgesLengthCharactersAndCheckDigitAndLogsTheFirstOffender)
     for (const Case &c : cases) {
         LogCapture log;
         EXPECT_EQ(VINUtility::checkVINValidity(QString::fromUtf8(c.vin)), c.valid) << c.vin;
+        // The quiet form agrees, and adds no line of its own.
+        EXPECT_EQ(VINCheck::verdict(QString::fromUtf8(c.vin)) == VINCheck::Verdict::Valid, c.valid) << c.vin;
         if (c.expectedLog.isEmpty())
             EXPECT_TRUE(log.lines().isEmpty()) << c.vin << ": " << log.lines().join('|').toStdString();
         else
@@ -62,6 +65,7 @@ TEST(VINCheck, AgreesWithTheCheckDigitRuleOnRealVehicles)
         ASSERT_GT(rows[i].size(), ruleColumn) << "row " << i;
         const bool expected = rows[i][ruleColumn] == QLatin1String("1");
         EXPECT_EQ(VINUtility::checkVINValidity(rows[i][vinColumn]), expected) << rows[i][vinColumn].toStdString();
+        EXPECT_EQ(VINCheck::verdict(rows[i][vinColumn]) == VINCheck::Verdict::Valid, expected);
         valid += expected;
     }
     EXPECT_GT(valid, 150);

@@ -1,4 +1,5 @@
 #include "Utils/VINUtility.h"
+#include "Utils/VINUtility_p.h"
 
 #include "platform/Log.h"
 
@@ -21,6 +22,48 @@ void logOffender(const char *what, QChar c)
                          .arg(QLatin1String(what), QString(c)));
 }
 
+// The outcome of the check, and the first character that broke a rule (offence names the rule).
+struct Examination
+{
+    VINCheck::Verdict verdict = VINCheck::Verdict::NotAVIN;
+    const char *offence = nullptr;
+    QChar offender;
+};
+
+Examination examine(const QString &vin)
+{
+    using Verdict = VINCheck::Verdict;
+    if (vin.isNull())
+        return {};
+    const QString v = QString(vin).remove(QLatin1Char('-')).toUpper();
+    if (v.size() != kVINLength)
+        return {};
+
+    int sum = 0;
+    for (int i = 0; i < kVINLength; ++i) {
+        const QChar c = v.at(i);
+        int value;
+        if (isUpperLatin(c)) {
+            value = kLetterValues[c.unicode() - 'A'];
+            if (value == 0)
+                return {Verdict::NotAVIN, "illegal letter character", c};
+        } else if (!isDigit(c)) {
+            return {Verdict::NotAVIN, "illegal character", c};
+        } else {
+            value = c.unicode() - '0';
+        }
+        sum += value * kPositionWeights[i];
+    }
+
+    const int remainder = sum % 11;
+    const QChar checkDigit = v.at(kCheckDigitIndex);
+    if (checkDigit == QLatin1Char('X'))
+        return {remainder == 10 ? Verdict::Valid : Verdict::VINShaped, nullptr, QChar()};
+    if (!isDigit(checkDigit))
+        return {Verdict::VINShaped, "illegal check digit", checkDigit};
+    return {remainder == checkDigit.unicode() - '0' ? Verdict::Valid : Verdict::VINShaped, nullptr, QChar()};
+}
+
 } // namespace
 
 QString VINUtility::replaceCharactersInVIN(const QString &vin)
@@ -37,38 +80,13 @@ QString VINUtility::replaceCharactersInVIN(const QString &vin)
 
 bool VINUtility::checkVINValidity(const QString &vin)
 {
-    if (vin.isNull())
-        return false;
-    const QString v = QString(vin).remove(QLatin1Char('-')).toUpper();
-    if (v.size() != kVINLength)
-        return false;
+    const Examination examination = examine(vin);
+    if (examination.offence)
+        logOffender(examination.offence, examination.offender);
+    return examination.verdict == VINCheck::Verdict::Valid;
+}
 
-    int sum = 0;
-    for (int i = 0; i < kVINLength; ++i) {
-        const QChar c = v.at(i);
-        int value;
-        if (isUpperLatin(c)) {
-            value = kLetterValues[c.unicode() - 'A'];
-            if (value == 0) {
-                logOffender("illegal letter character", c);
-                return false;
-            }
-        } else if (!isDigit(c)) {
-            logOffender("illegal character", c);
-            return false;
-        } else {
-            value = c.unicode() - '0';
-        }
-        sum += value * kPositionWeights[i];
-    }
-
-    const int remainder = sum % 11;
-    const QChar checkDigit = v.at(kCheckDigitIndex);
-    if (checkDigit == QLatin1Char('X'))
-        return remainder == 10;
-    if (!isDigit(checkDigit)) {
-        logOffender("illegal check digit", checkDigit);
-        return false;
-    }
-    return remainder == checkDigit.unicode() - '0';
+VINCheck::Verdict VINCheck::verdict(const QString &vin)
+{
+    return examine(vin).verdict;
 }

@@ -4,6 +4,7 @@
 #include "ViewControllers/ZQTVINCaptureVC.h"
 
 #include "Model/ZQTVINScanComponentConstants.h"
+#include "ViewControllers/VINPayload_p.h"
 #include "ViewControllers/VinScannerVCDelegate.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
 #include "lib/StillCamera/StillCamera.h"
@@ -21,7 +22,6 @@ using Constants = ZQTVINScanComponentConstants;
 
 namespace {
 
-constexpr int vinLength = 17;
 constexpr qreal scanLabelFontSize = 28.0;
 constexpr int scanLabelHeight = 40;
 constexpr int scanLabelOffset = 40;
@@ -122,6 +122,10 @@ void ZQTVINCaptureVC::initBarCodeScanner()
             captureOutput(output, objects, connection);
         },
         this);
+    // A label may carry a part number or a paint code beside the VIN, and the first accepted
+    // code of a frame wins: the VIN is put first.
+    d->output->setMetadataObjectsRanking(
+        [](const MetadataObject &object) { return VINPayload::rank(object.stringValue); });
     d->session->addOutput(d->output);
     d->output->setMetadataObjectTypes(d->output->availableMetadataObjectTypes());
 
@@ -392,25 +396,13 @@ ZQTVINDetails ZQTVINCaptureVC::validateVIN(const QString &payload) const
 {
     logStep("validateVIN");
     ZQTVINDetails details;
-    QString vin = payload;
-    if (vin.startsWith(QLatin1Char('I')))
-        vin.remove(0, 1);
-    details.setVIN(vin);
-    if (VINUtility::checkVINValidity(vin)) {
-        details.setIsValid(true);
-        return details;
-    }
-    if (vin.size() > vinLength) {
-        const QString first = vin.left(vinLength);
-        if (VINUtility::checkVINValidity(first)) {
-            details.setVIN(first);
+    const QStringList candidates = VINPayload::candidates(payload);
+    // The payload less its "I" stays the VIN when no candidate passes.
+    details.setVIN(candidates.first());
+    for (const QString &candidate : candidates) {
+        if (VINUtility::checkVINValidity(candidate)) {
+            details.setVIN(candidate);
             details.setIsValid(true);
-            return details;
-        }
-        const QString last = vin.right(vinLength);
-        if (VINUtility::checkVINValidity(last)) {
-            details.setIsValid(true);
-            details.setVIN(last);
             return details;
         }
     }

@@ -1,6 +1,7 @@
 // The barcode reader behind the metadata output: ZXing-cpp over the luminance of a camera frame,
 // read straight from the mapped frame, with the decoding strategy cycled from frame to frame so
-// that every frame stays cheap while a steady stream still gets the expensive searches.
+// that every frame without a code stays cheap while a steady stream still gets the expensive
+// searches.
 #pragma once
 
 #include <QList>
@@ -36,10 +37,15 @@ struct DecodedBarcode
 // few degrees once it is blurred; the turned copies put such labels level. Its Data Matrix
 // detector only finds symbols that cross the middle row of what it is given; the two halves
 // move that row to a quarter and three quarters of the frame height.
+// A strategy gives every 1-D code its rows cross (ZXing-cpp 1.4 is asked for one at a time, each
+// code found painted out before the next read: asked for several at once, it aborts the process on
+// frames that show one label twice) and up to four 2-D codes. A frame in which its strategy finds
+// a code is then read with the rest of the cycle as well, so that it gives every code it holds.
 // Cost per frame at 1920 x 1080 without a code, one core (bench_barcode_reader): fast 8 ms,
-// turned 6-10, half size 8, thorough 20, histogram 8, each half 4; about 9 ms over the cycle.
-// A frame that holds a code is cheaper than one without. Each frame gives at most one 1-D code
-// (ZXing-cpp 1.4 aborts when it has to merge several) and up to four 2-D codes.
+// turned 6-10, half size 8, thorough 20, histogram 8, each half 4; about 9 ms over the cycle. A
+// frame with a code costs the whole cycle plus one vain search per strategy for a further 1-D code:
+// 45-60 ms on a shared two-core machine, where one strategy took 4-10 ms; paid only while a code
+// is in view.
 struct ReadStrategy
 {
     enum class Binarizer { LocalAverage, GlobalHistogram };
@@ -73,8 +79,10 @@ public:
 
     QStringList types() const { return m_types; }
 
-    // The codes in a frame, read with the frame's strategy. The frame is mapped read-only; the
-    // luminance plane of YUV frames (and ZXing's own RGB handling for packed RGB) is read in place.
+    // The codes in a frame, read with the frame's strategy (and the rest of the cycle when it finds
+    // a code), in reading order (top to bottom, then left to right, by their centres); a text of
+    // one type comes once. The frame is mapped read-only; the luminance plane of YUV frames (and
+    // ZXing's own RGB handling for packed RGB) is read in place.
     QList<DecodedBarcode> read(const QVideoFrame &frame, quint64 frameNumber) const;
     // The same for a picture. Grey, RGB32 and 24-bit RGB pictures are read in place; transparent
     // pixels count as white paper.

@@ -8,7 +8,9 @@
 #include <QPointer>
 #include <QThread>
 
+#include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace ZQTPlatform {
 
@@ -54,6 +56,20 @@ MetadataObject metadataObject(const DecodedBarcode &code, const QSizeF &frameSiz
     return object;
 }
 
+// The objects by rank, each rank in the order given.
+QList<MetadataObject> ranked(const QList<MetadataObject> &objects, const MetadataOutput::Ranking &ranking)
+{
+    std::vector<std::pair<int, qsizetype>> order;
+    for (qsizetype i = 0; i < objects.size(); ++i)
+        order.emplace_back(ranking(objects[i]), i);
+    std::stable_sort(order.begin(), order.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    QList<MetadataObject> sorted;
+    for (const auto &[rank, index] : order)
+        sorted.append(objects[index]);
+    return sorted;
+}
+
 } // namespace
 
 struct MetadataOutput::Private
@@ -69,6 +85,7 @@ struct MetadataOutput::Private
     QStringList types;
     std::shared_ptr<const BarcodeReader> reader = std::make_shared<const BarcodeReader>(QStringList());
     Delegate delegate;
+    Ranking ranking;
     QPointer<QObject> context;
     bool hasContext = false;
     bool busy = false;
@@ -114,6 +131,8 @@ void MetadataOutput::Private::frameRead(const QList<DecodedBarcode> &codes, cons
     // delivers nothing.
     if (objects.isEmpty() || !wantsCodes() || (q->session() && !q->session()->isRunning()))
         return;
+    if (ranking)
+        objects = ranked(objects, ranking);
     // The delegate may stop the session or even destroy the output: nothing touches it after the call.
     const Delegate call = delegate;
     call(objects, q->connections().value(0));
@@ -164,6 +183,11 @@ void MetadataOutput::setMetadataObjectsDelegate(Delegate delegate, QObject *cont
     d->delegate = std::move(delegate);
     d->context = context;
     d->hasContext = context != nullptr;
+}
+
+void MetadataOutput::setMetadataObjectsRanking(Ranking ranking)
+{
+    d->ranking = std::move(ranking);
 }
 
 quint64 MetadataOutput::framesRead() const

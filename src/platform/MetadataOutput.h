@@ -50,8 +50,14 @@ class ZQT_EXPORT MetadataOutput : public CaptureOutput
     Q_OBJECT
 
 public:
-    // Called on the GUI thread with the codes of one frame (never empty), in reading order.
+    // Called on the GUI thread with the codes of one frame (never empty): every code the frame's
+    // read found, in reading order (top to bottom, then left to right) or by rank when a ranking
+    // is set.
     using Delegate = std::function<void(const QList<MetadataObject> &objects, CaptureConnection *connection)>;
+    // Puts the codes of a frame in the order an owner looking for one kind of code wants (the
+    // platform leaves that order open): lower ranks are delivered first, codes of one rank in
+    // reading order. Called on the GUI thread, once per code, just before delivery.
+    using Ranking = std::function<int(const MetadataObject &object)>;
 
     MetadataOutput();
     ~MetadataOutput() override; // stops and joins the worker
@@ -63,6 +69,8 @@ public:
     void setMetadataObjectTypes(const QStringList &types);
     // The delegate; its calls stop when context is destroyed (nullptr: no context check).
     void setMetadataObjectsDelegate(Delegate delegate, QObject *context);
+    // The ranking of each frame's codes; none by default (reading order).
+    void setMetadataObjectsRanking(Ranking ranking);
 
     // How many frames the worker read and how many it dropped because it was busy.
     quint64 framesRead() const;

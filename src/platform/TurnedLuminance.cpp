@@ -7,17 +7,6 @@ namespace ZQTPlatform {
 
 namespace {
 
-// Luminance of one pixel: the byte itself in a luminance plane, else BT.601 in 1/1024ths.
-template<bool grey>
-inline int luminanceAt(const PixelLayout &frame, int x, int y)
-{
-    const uchar *pixel = frame.data + qsizetype(y) * frame.rowStride + qsizetype(x) * frame.pixelStride;
-    if constexpr (grey)
-        return pixel[0];
-    else
-        return (306 * pixel[frame.red] + 601 * pixel[frame.green] + 117 * pixel[frame.blue] + 512) >> 10;
-}
-
 // Fills the rows of turned, walking each in 16.16 fixed point: one sample is a constant move in the frame.
 template<bool grey>
 void resample(const PixelLayout &frame, TurnedLuminance &turned)
@@ -63,7 +52,7 @@ TurnedLuminance turnedLuminance(const PixelLayout &frame, const QRectF &band, do
     turned.toFrame.scale(step, step);
     turned.pixels.resize(size_t(std::max(0, turned.width)) * std::max(0, turned.height));
 
-    if (frame.red == 0 && frame.green == 0 && frame.blue == 0)
+    if (frame.isGrey())
         resample<true>(frame, turned);
     else
         resample<false>(frame, turned);

@@ -2,27 +2,14 @@
 // straight rows can read a label held at a slant.
 #pragma once
 
+#include "platform/PixelLayout_p.h"
+
 #include <QRectF>
 #include <QTransform>
-#include <QtGlobal>
 
 #include <vector>
 
 namespace ZQTPlatform {
-
-// Where the pixels of a frame lie in memory. A luminance plane has its three channel offsets at
-// 0; packed RGB names the byte of each channel within a pixel.
-struct PixelLayout
-{
-    const uchar *data = nullptr;
-    int width = 0;
-    int height = 0;
-    int rowStride = 0;
-    int pixelStride = 1;
-    int red = 0;
-    int green = 0;
-    int blue = 0;
-};
 
 struct TurnedLuminance
 {

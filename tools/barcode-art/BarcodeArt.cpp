@@ -218,6 +218,19 @@ QImage renderSymbol(Symbology symbology, const QString &text, int modulePixels, 
     return image;
 }
 
+QImage composeSymbols(const QList<Placed> &symbols)
+{
+    QRect sheet(0, 0, 1, 1);
+    for (const Placed &placed : symbols)
+        sheet |= QRect(placed.topLeft, placed.symbol.size());
+    QImage image(sheet.right() + 1, sheet.bottom() + 1, QImage::Format_Grayscale8);
+    image.fill(255);
+    QPainter painter(&image);
+    for (const Placed &placed : symbols)
+        painter.drawImage(placed.topLeft, placed.symbol);
+    return image;
+}
+
 QImage renderScene(const QImage &symbol, const Scene &scene)
 {
     QImage frame = backgroundTexture(scene.frameSize);
@@ -239,6 +252,17 @@ QImage renderScene(const QImage &symbol, const Scene &scene)
     if (scene.noiseSigma > 0)
         addNoise(frame, scene.noiseSigma, scene.seed);
     return frame;
+}
+
+QImage renderLabelScene(const QList<Placed> &symbols, int anchor, Scene scene)
+{
+    const QImage sheet = composeSymbols(symbols);
+    // Without a caption the card is the sheet with the same padding on every side.
+    const Placed &anchored = symbols.at(anchor);
+    const QPointF offset = QRectF(anchored.topLeft, anchored.symbol.size()).center() - QRectF(sheet.rect()).center();
+    scene.caption.clear();
+    scene.centre -= QPointF(offset.x() / scene.frameSize.width(), offset.y() / scene.frameSize.height());
+    return renderScene(sheet, scene);
 }
 
 } // namespace BarcodeArt

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <QImage>
+#include <QList>
+#include <QPoint>
 #include <QPointF>
 #include <QSize>
 #include <QString>
@@ -17,6 +19,15 @@ enum class Symbology { Code39, Code93, Code128, DataMatrix, QRCode };
 // codes in pixels (0: 40 modules, at least 40 pixels). Format_Grayscale8. A null image when the
 // writer refuses the text (e.g. lower case in Code 39) or modulePixels < 1.
 QImage renderSymbol(Symbology symbology, const QString &text, int modulePixels, int barHeight = 0);
+
+// Several symbols on one white sheet, as on labels that carry a part number or a paint code beside
+// the VIN: each symbol with its top left at the given pixel position; the sheet ends at the
+// right and lower edges of the outermost symbols. Format_Grayscale8.
+struct Placed {
+    QImage symbol;
+    QPoint topLeft;
+};
+QImage composeSymbols(const QList<Placed> &symbols);
 
 struct Scene {
     QSize frameSize{1280, 720};
@@ -32,5 +43,9 @@ struct Scene {
 // A printed label card with the symbol (and caption) on a darker textured background (RGB32).
 // The label's corners are not clipped by the frame as long as the symbol fits.
 QImage renderScene(const QImage &symbol, const Scene &scene);
+
+// The scene of a label with several symbols (see composeSymbols), placed so that the symbol at
+// index anchor, rather than the label, has its centre at scene.centre. The caption is left out.
+QImage renderLabelScene(const QList<Placed> &symbols, int anchor, Scene scene);
 
 } // namespace BarcodeArt
