@@ -182,6 +182,9 @@ TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
         {"Claim %@", true, "claims@example.com",
          "mailto:dana.reyes@example.com?subject=Claim%20C-123&cc=claims%40example.com"},
         {"Claim %@", false, "", "mailto:dana.reyes@example.com?subject=Claim%20"},
+        // The subject is a format: "%%" is one percent sign; unformatted, it stays as written.
+        {"Claim %@ 100%% covered", true, "", "mailto:dana.reyes@example.com?subject=Claim%20C-123%20100%25%20covered"},
+        {"Claim %@ 100%% covered", false, "", "mailto:dana.reyes@example.com?subject=Claim%20%20100%25%25%20covered"},
         {"", true, "", "mailto:dana.reyes@example.com"},
         {"", false, "claims@example.com", "mailto:dana.reyes@example.com?cc=claims%40example.com"},
         // Exactly the host-allowed characters stay: "&" and "=" are kept, "/", "?", "#", "@" and

@@ -58,6 +58,31 @@ QString trimmedOfSpacesAndTabs(const QString &text)
     return text.mid(begin, end - begin);
 }
 
+// The text used as a format with one object argument, as the platform's string formatting
+// reads it: "%%" is one percent sign, the first "%@" is the argument and any further "%@"
+// stands for a missing argument, "(null)". Other "%" sequences are kept as written.
+QString formattedWithOneObject(const QString &format, const QString &argument)
+{
+    QString result;
+    result.reserve(format.size() + argument.size());
+    bool argumentUsed = false;
+    for (qsizetype i = 0; i < format.size(); ++i) {
+        const QChar c = format.at(i);
+        const QChar next = i + 1 < format.size() ? format.at(i + 1) : QChar();
+        if (c == QLatin1Char('%') && next == QLatin1Char('%')) {
+            result += QLatin1Char('%');
+            ++i;
+        } else if (c == QLatin1Char('%') && next == QLatin1Char('@')) {
+            result += argumentUsed ? QStringLiteral("(null)") : argument;
+            argumentUsed = true;
+            ++i;
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
 QString digitsOf(QString text)
 {
     text.removeIf([](QChar c) { return !c.isDigit(); });
@@ -224,7 +249,7 @@ void ZQTVINScanAdjusterInfo::sendEmail()
     if (Constants::getGlobalBoolForKey(QStringLiteral("AdjusterInfoEmailSubjectAppendClaim"))
         && subject.contains(formatPlaceholder)) {
         // The subject is a format whose one argument is the claim.
-        subject.replace(subject.indexOf(formatPlaceholder), formatPlaceholder.size(), m_labelClaim->text());
+        subject = formattedWithOneObject(subject, m_labelClaim->text());
     } else {
         subject.remove(formatPlaceholder);
     }
