@@ -168,8 +168,10 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
     EXPECT_NEAR(preview.red(), 40, 6) << "camera area shows the preview";
     EXPECT_NEAR(preview.green(), 160, 6);
     EXPECT_NEAR(preview.blue(), 200, 6);
-    EXPECT_EQ(screen->findChild<QLabel *>("cameraImageView")->geometry(),
-              screen->findChild<QWidget *>("scanOverlayView")->rect());
+    QLabel *cameraImageView = screen->cameraImageView();
+    ASSERT_NE(cameraImageView, nullptr);
+    EXPECT_EQ(cameraImageView, screen->prevLayer()->parentWidget()) << "the view that holds the preview";
+    EXPECT_EQ(cameraImageView->geometry(), screen->findChild<QWidget *>("scanOverlayView")->rect());
 
     // The manual option keeps the manual-entry strip at the bottom, styled from configuration.
     PhoneHost manualHost;

@@ -66,6 +66,11 @@ void ZQTVINCaptureVC::initCameraImageView()
     d->scanOverlayView->setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
+QLabel *ZQTVINCaptureVC::cameraImageView() const
+{
+    return d->cameraImageView;
+}
+
 void ZQTVINCaptureVC::initCamera()
 {
     logStep("initCamera");

@@ -306,6 +306,9 @@ public:
     void deinitCameraRig();
     // The placeholder view that fixes the camera preview's frame, filling the scan overlay.
     void initCameraImageView();
+    // The view that holds the camera preview (nullptr before the first appearance); each
+    // appearance makes it again.
+    QLabel *cameraImageView() const;
     // Makes the still camera (photo quality, rear camera, orientation fixing on), attaches it to
     // this screen with cameraImageView's frame (which the attachment also sets on this screen's
     // own view), gives it cameraImageView's frame and puts it behind every overlay. Its errors
