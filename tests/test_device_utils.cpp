@@ -2,7 +2,9 @@
 // the authorisation provider they ask.
 #include "Utils/ZQTDeviceUtils.h"
 #include "Utils/ZQTDeviceUtils_p.h"
+#include "Utils/ZQTVINScanUtils.h"
 #include "platform/Authorization.h"
+#include "platform/CaptureDevice.h"
 #include "platform/DeviceProfile.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +13,7 @@
 #include <QCameraDevice>
 #include <QCoreApplication>
 #include <QMediaDevices>
+#include <QScopeGuard>
 #include <QTest>
 #include <QThread>
 
@@ -19,6 +22,7 @@
 #include <optional>
 
 using ZQTPlatform::Authorization;
+using ZQTPlatform::CaptureDevice;
 using ZQTPlatform::DeviceProfile;
 using CameraStatus = Authorization::CameraStatus;
 using LocationStatus = Authorization::LocationStatus;
@@ -103,6 +107,31 @@ TEST_F(DeviceUtils, CameraUseNeedsAnOpenableCameraNotOnlyThePermission)
     Authorization::setCameraStatus(CameraStatus::Authorized);
     Authorization::setHasConfiguredVideoSource(true);
     EXPECT_FALSE(ZQTDeviceUtils::isCameraUsePermitted());
+}
+
+// The question is asked of the device the capture screen would use: a picture or a video file
+// standing in for the camera counts, with the permission and, for the pair, location.
+TEST_F(DeviceUtils, CameraUseIsAnsweredFromTheDefaultCaptureDeviceIncludingStandIns)
+{
+    QImage picture(64, 48, QImage::Format_RGB32);
+    picture.fill(Qt::darkCyan);
+    ASSERT_NE(CaptureDevice::addStandIn(picture), nullptr);
+    const auto cleanUp = qScopeGuard([] { CaptureDevice::removeStandIns(); });
+    Authorization::setHasConfiguredVideoSource(true);
+    Authorization::setLocationStatus(LocationStatus::AuthorizedWhenInUse);
+
+    const std::pair<CameraStatus, bool> cases[] = {{CameraStatus::Authorized, true},
+                                                   {CameraStatus::Denied, false},
+                                                   {CameraStatus::NotDetermined, false},
+                                                   {CameraStatus::Restricted, false}};
+    for (const auto &[status, permitted] : cases) {
+        Authorization::setCameraStatus(status);
+        EXPECT_EQ(ZQTDeviceUtils::isCameraUsePermitted(), permitted) << int(status);
+        EXPECT_EQ(ZQTVINScanUtils::hasCameraAndLocationPermissions(), permitted) << int(status);
+    }
+    Authorization::setCameraStatus(CameraStatus::Authorized);
+    Authorization::setLocationStatus(LocationStatus::Denied);
+    EXPECT_FALSE(ZQTVINScanUtils::hasCameraAndLocationPermissions());
 }
 
 TEST_F(DeviceUtils, CameraAccessIsAnsweredLaterOnTheGuiThread)
