@@ -155,8 +155,8 @@ void ZQTVINCaptureVC::startBarCodeScanner()
         d->scanOverlayView->show();
         d->scanOverlayView->raise();
     }
-    if (d->manuallyEnterVINBtn)
-        d->manuallyEnterVINBtn->raise();
+    if (d->manualEnterButton)
+        d->manualEnterButton->raise();
     if (isCameraUnavailable())
         showCameraUnavailable();
 }

@@ -138,6 +138,26 @@ void ZQTVINCaptureVC::setupViewComponents()
     updateViewTitleWithTitle(Constants::getConfigStringForKey(QStringLiteral("TextTitle")));
 }
 
+NavigationBar *ZQTVINCaptureVC::interNavigationBar() const
+{
+    return d->interNavigationBar;
+}
+
+NavigationBar *ZQTVINCaptureVC::navItem() const
+{
+    return d->interNavigationBar;
+}
+
+QPushButton *ZQTVINCaptureVC::manuallyEnterVINBtn() const
+{
+    return d->manuallyEnterVINBtn;
+}
+
+QPushButton *ZQTVINCaptureVC::manualEnterButton() const
+{
+    return d->manualEnterButton;
+}
+
 void ZQTVINCaptureVC::setNavigationBackgroundColor(const QColor &color)
 {
     logStep("setNavigationBackgroundColor");
@@ -247,8 +267,8 @@ void ZQTVINCaptureVC::configNavButtons()
 void ZQTVINCaptureVC::updateViewTitleWithTitle(const QString &title)
 {
     logStep("updateViewTitleWithTitle");
-    if (d->interNavigationBar)
-        d->interNavigationBar->setTitle(title);
+    if (NavigationBar *item = navItem())
+        item->setTitle(title);
 }
 
 void ZQTVINCaptureVC::resizeViewForNormalScan()

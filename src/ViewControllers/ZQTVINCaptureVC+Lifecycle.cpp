@@ -46,6 +46,7 @@ void ZQTVINCaptureVC::connectOutlets()
     d->backgroundView = findChild<QWidget *>(QStringLiteral("backgroundView"));
     d->scanOverlayView = findChild<QWidget *>(QStringLiteral("scanOverlayView"));
     d->manuallyEnterVINBtn = findChild<QPushButton *>(QStringLiteral("manuallyEnterVINBtn"));
+    d->manualEnterButton = d->manuallyEnterVINBtn;
     d->carouselLbl = findChild<QLabel *>(QStringLiteral("carouselLbl"));
     d->permissionConverView = findChild<QWidget *>(QStringLiteral("permissionConverView"));
     d->constraintNavBarHeight = findChild<LayoutConstraint *>(QStringLiteral("constraintNavBarHeight"));

@@ -77,7 +77,7 @@ void ZQTVINCaptureVC::initCamera()
     // A camera of an earlier call is replaced.
     delete d->camera;
     const QRectF frame = d->cameraImageView ? QRectF(d->cameraImageView->geometry()) : QRectF();
-    d->camera = new StillCamera(StillCamera::CameraQuality::Photo, StillCamera::CameraPosition::Back);
+    d->camera = StillCamera::initWithQuality(StillCamera::CameraQuality::Photo, StillCamera::CameraPosition::Back);
     d->camera->attachToViewController(this, frame);
     d->camera->setFixOrientationAfterCapture(true);
     d->camera->setOnError([](StillCamera *, const Error &error) {

@@ -36,6 +36,7 @@ struct Notification;
 class AlertAction;
 class AlertController;
 class ImageView;
+class NavigationBar;
 class TapGestureRecognizer;
 struct MetadataObject;
 struct SampleBuffer;
@@ -182,6 +183,16 @@ public:
     int orientationForConnection() const;
 
     // --- Layout, navigation bar and flash.
+    // The inner bar (nullptr before the scene loads).
+    ZQTPlatform::NavigationBar *interNavigationBar() const;
+    // The inner bar's navigation item: its title and bar items. The platform layer's bar carries
+    // its one item itself, so this is the inner bar under the item's name.
+    ZQTPlatform::NavigationBar *navItem() const;
+    // The manual-entry button under its two names (nullptr before the scene loads): the scene's
+    // manuallyEnterVINBtn, and manualEnterButton, the handle the barcode session brings to the
+    // front of its superview. Both name the one button.
+    QPushButton *manuallyEnterVINBtn() const;
+    QPushButton *manualEnterButton() const;
     void setupViewComponents();
     void setNavigationBackgroundColor(const QColor &color);
     void setNavigationItemTintColor(const QColor &color);
