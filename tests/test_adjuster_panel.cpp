@@ -5,6 +5,7 @@
 #include "platform/CaptureDevice.h"
 #include "platform/LayoutConstraint.h"
 #include "platform/URLOpening.h"
+#include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
@@ -140,6 +141,26 @@ TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
     panel = show(std::nullopt);
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
+}
+
+// The record's fields are shown as written: a name or an address that looks like markup is
+// never rendered.
+TEST_F(AdjusterPanel, RecordFieldsAreShownAsPlainText)
+{
+    ZQTVINScanAdjuster marked;
+    marked.setCustClmRefID(greenMarkup());
+    marked.setUserType(greenMarkup());
+    marked.setRecipientName(greenMarkup());
+    marked.setRecipientEmailAddress(greenMarkup());
+    marked.setRecipientPhone(greenMarkup());
+    Panel *panel = show(marked);
+    ASSERT_NE(panel, nullptr);
+    for (QLabel *label : {panel->labelClaim(), panel->labelUserType(), panel->labelUserName(), panel->labelEmail(),
+                          panel->labelofficeNumber()}) {
+        SCOPED_TRACE(label->objectName().toStdString());
+        EXPECT_EQ(label->text(), greenMarkup());
+        EXPECT_FALSE(drawsGreen(label));
+    }
 }
 
 TEST_F(AdjusterPanel, OnePanelBelowTheBarsDialsTheDigitsBeforeTheExtensionAndCloses)

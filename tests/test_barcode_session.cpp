@@ -8,6 +8,7 @@
 #include "platform/StillImageOutput.h"
 #include "platform/VideoPreviewLayer.h"
 #include "support/LogCapture.h"
+#include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"
 
 #include "support/TestData.h"
@@ -208,6 +209,21 @@ TEST_F(BarcodeSession, AStillWithoutAPictureReportsTheCamerasError)
     EXPECT_EQ(calls[0].error, cameraError);
     EXPECT_FALSE(QFileInfo::exists(vinPhotoPath()));
     EXPECT_TRUE(screen->vinBarCodeImage().isNull());
+}
+
+// A payload that looks like markup is shown as read, character for character.
+TEST_F(BarcodeSession, APayloadIsShownAsPlainText)
+{
+    QLabel rich(greenMarkup());
+    rich.resize(200, 40);
+    ASSERT_TRUE(drawsGreen(&rich)) << "the probe sees markup when a label renders it";
+
+    startScreen(QImage(), true);
+    screen->captureOutput(screen->output(), {code(MetadataObject::typeCode128, greenMarkup())}, nullptr);
+    QLabel *label = screen->scanResultLbl();
+    EXPECT_EQ(label->text(), greenMarkup());
+    EXPECT_FALSE(drawsGreen(label));
+    reports();
 }
 
 TEST_F(BarcodeSession, ClosingTheScreenDuringAReadIsClean)

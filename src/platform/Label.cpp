@@ -6,7 +6,10 @@
 
 namespace ZQTPlatform {
 
-Label::Label(QWidget *parent) : QLabel(parent) {}
+Label::Label(QWidget *parent) : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+}
 
 void Label::paintEvent(QPaintEvent *event)
 {

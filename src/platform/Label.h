@@ -1,6 +1,7 @@
 // The platform's label: a single line of text that does not fit ends in an ellipsis, as the
-// platform truncates a label's tail, instead of being cut at both sides. Word-wrapping labels,
-// rich text and pictures are drawn as QLabel draws them.
+// platform truncates a label's tail, instead of being cut at both sides. Word-wrapping labels
+// and pictures are drawn as QLabel draws them. Its text is plain text, as on the platform: a
+// barcode payload or a host's text that looks like markup is shown as written, never rendered.
 #pragma once
 
 #include "ZQTGlobal.h"

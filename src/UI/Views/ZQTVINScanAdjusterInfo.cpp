@@ -188,6 +188,13 @@ bool ZQTVINScanAdjusterInfo::findParts()
     m_imagePhone = label("imagePhone");
     m_imageEmail = label("imageEmail");
     m_lblContactMsg = label("lblContactMsg");
+    // The record's fields and the configured texts are shown as written: a name or address that
+    // looks like markup (a link, a picture) is never rendered.
+    for (QLabel *text : {m_labelClaim, m_labelUserType, m_lblClaimNumber, m_lblOffice, m_lblEmail, m_labelUserName,
+                         m_labelofficeNumber, m_labelEmail, m_lblContactMsg}) {
+        if (text)
+            text->setTextFormat(Qt::PlainText);
+    }
     // The weak captions and the e-mail icon are decoration; the rest is needed.
     return m_constraintAdjusterTop && m_constraintAdjusterClaimNumberHeight && m_constraintAdjusterNameHeight
         && m_constraintAdjusterPhoneHeight && m_constraintAdjusterEmailHeight && m_viewAdjusterInfo && m_viewBG
