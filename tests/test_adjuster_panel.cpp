@@ -262,11 +262,19 @@ TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
     Panel *panel = Panel::shownPanel();
     EXPECT_EQ(panel->controller(), capture);
     EXPECT_EQ(panel->labelUserName()->text(), "Dana Reyes");
-    EXPECT_EQ(panel->labelofficeNumber()->text(), "1 (800)555-0199") << "the component's office number";
+    // The component ships no office number and no copy address: nothing fictional to dial or
+    // to copy.
+    EXPECT_TRUE(panel->labelofficeNumber()->text().isEmpty());
+    EXPECT_EQ(panel->constraintAdjusterPhoneHeight()->firstItem()->height(), 0) << "the phone row collapses";
 
     const QImage image = phone.window.grab().toImage();
     ASSERT_EQ(image.size(), QSize(375, 812));
     EXPECT_TRUE(image.save(TestData::artifactPath("adjuster_panel.png")));
+
+    urls.requests.clear();
+    click(panel, "emailButton");
+    ASSERT_EQ(urls.requests.size(), 1);
+    EXPECT_FALSE(urls.requests[0].contains("cc=")) << urls.requests[0].toStdString();
 }
 
 #include "test_adjuster_panel.moc"
