@@ -6,6 +6,7 @@
 #include "platform/Authorization.h"
 #include "platform/CaptureDevice.h"
 #include "platform/DeviceProfile.h"
+#include "platform/SystemVersion_p.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,7 @@
 #include <QMediaDevices>
 #include <QScopeGuard>
 #include <QTest>
+#include <QSysInfo>
 #include <QThread>
 
 #include <limits>
@@ -88,6 +90,20 @@ TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)
         ASSERT_TRUE(noise.save(&buffer, "PNG"));
         EXPECT_GE(ZQTDeviceUtilsPrivate::pngLengthBound(noise), quint64(png.size())) << format;
     }
+}
+
+// The system's own version where it names one; a current version where it names none, so that
+// alerts show and the bundle's images take the current path on such systems too.
+TEST_F(DeviceUtils, TheDefaultSystemVersionIsTheSystemsOrACurrentOne)
+{
+    const QList<QPair<QString, QString>> cases = {{"12", "12"},   {"22.04", "22.04"}, {"7.1 beta", "7.1"},
+                                                  {"unknown", "17.0"}, {"n/a", "17.0"}, {"rolling", "17.0"},
+                                                  {"", "17.0"}};
+    for (const auto &[productVersion, version] : cases)
+        EXPECT_EQ(ZQTPlatform::systemVersionFromProductVersion(productVersion), version) << productVersion.toStdString();
+    DeviceProfile::resetToScreen();
+    EXPECT_EQ(DeviceProfile::current().systemVersion,
+              ZQTPlatform::systemVersionFromProductVersion(QSysInfo::productVersion()));
 }
 
 TEST_F(DeviceUtils, LocationUseNeedsAlwaysOrWhenInUse)
