@@ -5,6 +5,7 @@
 #include "platform/CaptureDevice.h"
 #include "platform/LayoutConstraint.h"
 #include "platform/URLOpening.h"
+#include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
@@ -142,6 +143,26 @@ TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
     EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
 }
 
+// The record's fields are shown as written: a name or an address that looks like markup is
+// never rendered.
+TEST_F(AdjusterPanel, RecordFieldsAreShownAsPlainText)
+{
+    ZQTVINScanAdjuster marked;
+    marked.setCustClmRefID(greenMarkup());
+    marked.setUserType(greenMarkup());
+    marked.setRecipientName(greenMarkup());
+    marked.setRecipientEmailAddress(greenMarkup());
+    marked.setRecipientPhone(greenMarkup());
+    Panel *panel = show(marked);
+    ASSERT_NE(panel, nullptr);
+    for (QLabel *label : {panel->labelClaim(), panel->labelUserType(), panel->labelUserName(), panel->labelEmail(),
+                          panel->labelofficeNumber()}) {
+        SCOPED_TRACE(label->objectName().toStdString());
+        EXPECT_EQ(label->text(), greenMarkup());
+        EXPECT_FALSE(drawsGreen(label));
+    }
+}
+
 TEST_F(AdjusterPanel, OnePanelBelowTheBarsDialsTheDigitsBeforeTheExtensionAndCloses)
 {
     host.writeSettings(adjusterSettings("x", "", false, ""));
@@ -182,6 +203,9 @@ TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
         {"Claim %@", true, "claims@example.com",
          "mailto:dana.reyes@example.com?subject=Claim%20C-123&cc=claims%40example.com"},
         {"Claim %@", false, "", "mailto:dana.reyes@example.com?subject=Claim%20"},
+        // The subject is a format: "%%" is one percent sign; unformatted, it stays as written.
+        {"Claim %@ 100%% covered", true, "", "mailto:dana.reyes@example.com?subject=Claim%20C-123%20100%25%20covered"},
+        {"Claim %@ 100%% covered", false, "", "mailto:dana.reyes@example.com?subject=Claim%20%20100%25%25%20covered"},
         {"", true, "", "mailto:dana.reyes@example.com"},
         {"", false, "claims@example.com", "mailto:dana.reyes@example.com?cc=claims%40example.com"},
         // Exactly the host-allowed characters stay: "&" and "=" are kept, "/", "?", "#", "@" and
@@ -238,11 +262,19 @@ TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
     Panel *panel = Panel::shownPanel();
     EXPECT_EQ(panel->controller(), capture);
     EXPECT_EQ(panel->labelUserName()->text(), "Dana Reyes");
-    EXPECT_EQ(panel->labelofficeNumber()->text(), "1 (800)555-0199") << "the component's office number";
+    // The component ships no office number and no copy address: nothing fictional to dial or
+    // to copy.
+    EXPECT_TRUE(panel->labelofficeNumber()->text().isEmpty());
+    EXPECT_EQ(panel->constraintAdjusterPhoneHeight()->firstItem()->height(), 0) << "the phone row collapses";
 
     const QImage image = phone.window.grab().toImage();
     ASSERT_EQ(image.size(), QSize(375, 812));
     EXPECT_TRUE(image.save(TestData::artifactPath("adjuster_panel.png")));
+
+    urls.requests.clear();
+    click(panel, "emailButton");
+    ASSERT_EQ(urls.requests.size(), 1);
+    EXPECT_FALSE(urls.requests[0].contains("cc=")) << urls.requests[0].toStdString();
 }
 
 #include "test_adjuster_panel.moc"

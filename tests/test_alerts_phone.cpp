@@ -3,10 +3,12 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/AlertController.h"
 #include "platform/DeviceProfile.h"
+#include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QTest>
 
 using namespace ZQTPlatform;
@@ -103,6 +105,22 @@ TEST_F(OneCallAlert, ReportsCancelAsZeroAndTheOtherAsOneAndDropsASecondRequestWh
     Constants::showAlertViewWithTitle("T", "M", "Cancel", "", controller, {});
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->actions().size(), 1);
+    press("Cancel");
+}
+
+// The configured title and message are shown as written, never rendered as markup.
+TEST_F(OneCallAlert, TitleAndMessageAreShownAsPlainText)
+{
+    Constants::showAlertViewWithTitle(greenMarkup(), greenMarkup(), "Cancel", "", controller, {});
+    ASSERT_NE(alert(), nullptr);
+    QList<QLabel *> texts;
+    for (QLabel *label : alert()->findChildren<QLabel *>()) {
+        if (label->text() == greenMarkup())
+            texts << label;
+    }
+    EXPECT_EQ(texts.size(), 2);
+    for (QLabel *label : texts)
+        EXPECT_FALSE(drawsGreen(label));
     press("Cancel");
 }
 

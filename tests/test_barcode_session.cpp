@@ -5,8 +5,10 @@
 #include "ZQTVINScanComponent.h"
 #include "platform/CaptureDevice.h"
 #include "platform/MetadataOutput.h"
+#include "platform/StillImageOutput.h"
 #include "platform/VideoPreviewLayer.h"
 #include "support/LogCapture.h"
+#include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"
 
 #include "support/TestData.h"
@@ -189,6 +191,39 @@ TEST_F(BarcodeSession, FirstAcceptedCodeWinsAndRepeatsAreIgnored)
     screen->processToggleBarCodeWithImageExists(true);
     EXPECT_TRUE(manualButton->isHidden());
     EXPECT_EQ(screen->scanResultLbl()->text(), ZQTVINScanComponentConstants::getConfigStringForKey("ScanningLabelText"));
+}
+
+// A still that arrives but makes no picture is a failed still: the camera's error goes to the
+// host with the VIN, and nothing is saved or stopped.
+TEST_F(BarcodeSession, AStillWithoutAPictureReportsTheCamerasError)
+{
+    startScreen(QImage(), true);
+    const Error cameraError(QStringLiteral("AVFoundationErrorDomain"), -11800, QStringLiteral("The operation could not be completed"));
+    auto emptyBuffer = std::make_shared<const SampleBuffer>();
+    std::thread captureQueue([&] { screen->stillImageCaptureCompleted("I" + validVin, emptyBuffer, cameraError); });
+    captureQueue.join();
+    const auto calls = delegate.calls();
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].vin, validVin);
+    EXPECT_TRUE(calls[0].scanned && calls[0].valid);
+    EXPECT_EQ(calls[0].error, cameraError);
+    EXPECT_FALSE(QFileInfo::exists(vinPhotoPath()));
+    EXPECT_TRUE(screen->vinBarCodeImage().isNull());
+}
+
+// A payload that looks like markup is shown as read, character for character.
+TEST_F(BarcodeSession, APayloadIsShownAsPlainText)
+{
+    QLabel rich(greenMarkup());
+    rich.resize(200, 40);
+    ASSERT_TRUE(drawsGreen(&rich)) << "the probe sees markup when a label renders it";
+
+    startScreen(QImage(), true);
+    screen->captureOutput(screen->output(), {code(MetadataObject::typeCode128, greenMarkup())}, nullptr);
+    QLabel *label = screen->scanResultLbl();
+    EXPECT_EQ(label->text(), greenMarkup());
+    EXPECT_FALSE(drawsGreen(label));
+    reports();
 }
 
 TEST_F(BarcodeSession, ClosingTheScreenDuringAReadIsClean)

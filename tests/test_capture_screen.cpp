@@ -154,6 +154,11 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
 
     auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
     ASSERT_NE(bar, nullptr);
+    EXPECT_EQ(screen->interNavigationBar(), bar);
+    ASSERT_EQ(screen->navItem(), bar) << "the bar carries its navigation item";
+    screen->updateViewTitleWithTitle(QStringLiteral("Door frame"));
+    EXPECT_EQ(screen->navItem()->title(), "Door frame");
+    screen->updateViewTitleWithTitle(Constants::getConfigStringForKey("TextTitle"));
     EXPECT_EQ(bar->barTintColor(), configured("VINScanNavigationBarColor"));
     EXPECT_EQ(bar->title(), Constants::getConfigStringForKey("TextTitle"));
     EXPECT_EQ(bar->titleColor(), configured("VINScanIconTitleColor"));
@@ -169,14 +174,18 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
     EXPECT_NEAR(preview.red(), 40, 6) << "camera area shows the preview";
     EXPECT_NEAR(preview.green(), 160, 6);
     EXPECT_NEAR(preview.blue(), 200, 6);
-    EXPECT_EQ(screen->findChild<QLabel *>("cameraImageView")->geometry(),
-              screen->findChild<QWidget *>("scanOverlayView")->rect());
+    QLabel *cameraImageView = screen->cameraImageView();
+    ASSERT_NE(cameraImageView, nullptr);
+    EXPECT_EQ(cameraImageView, screen->prevLayer()->parentWidget()) << "the view that holds the preview";
+    EXPECT_EQ(cameraImageView->geometry(), screen->findChild<QWidget *>("scanOverlayView")->rect());
 
     // The manual option keeps the manual-entry strip at the bottom, styled from configuration.
     PhoneHost manualHost;
     ZQTVINCaptureVC *manual = push(manualHost, manualScreen());
     auto *button = manual->findChild<QPushButton *>("manuallyEnterVINBtn");
     ASSERT_NE(button, nullptr);
+    EXPECT_EQ(manual->manuallyEnterVINBtn(), button);
+    EXPECT_EQ(manual->manualEnterButton(), button) << "two handles on one button";
     EXPECT_EQ(button->text(), Constants::getConfigStringForKey("ManualVINButtonText"));
     EXPECT_EQ(ButtonStyle::backgroundImage(button, ButtonStyle::State::Highlighted).bitmap().pixelColor(0, 0),
               configured("ManualVINButtonHighlightedColor"));

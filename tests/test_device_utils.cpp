@@ -2,8 +2,11 @@
 // the authorisation provider they ask.
 #include "Utils/ZQTDeviceUtils.h"
 #include "Utils/ZQTDeviceUtils_p.h"
+#include "Utils/ZQTVINScanUtils.h"
 #include "platform/Authorization.h"
+#include "platform/CaptureDevice.h"
 #include "platform/DeviceProfile.h"
+#include "platform/SystemVersion_p.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +14,9 @@
 #include <QCameraDevice>
 #include <QCoreApplication>
 #include <QMediaDevices>
+#include <QScopeGuard>
 #include <QTest>
+#include <QSysInfo>
 #include <QThread>
 
 #include <limits>
@@ -19,6 +24,7 @@
 #include <optional>
 
 using ZQTPlatform::Authorization;
+using ZQTPlatform::CaptureDevice;
 using ZQTPlatform::DeviceProfile;
 using CameraStatus = Authorization::CameraStatus;
 using LocationStatus = Authorization::LocationStatus;
@@ -86,6 +92,20 @@ TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)
     }
 }
 
+// The system's own version where it names one; a current version where it names none, so that
+// alerts show and the bundle's images take the current path on such systems too.
+TEST_F(DeviceUtils, TheDefaultSystemVersionIsTheSystemsOrACurrentOne)
+{
+    const QList<QPair<QString, QString>> cases = {{"12", "12"},   {"22.04", "22.04"}, {"7.1 beta", "7.1"},
+                                                  {"unknown", "17.0"}, {"n/a", "17.0"}, {"rolling", "17.0"},
+                                                  {"", "17.0"}};
+    for (const auto &[productVersion, version] : cases)
+        EXPECT_EQ(ZQTPlatform::systemVersionFromProductVersion(productVersion), version) << productVersion.toStdString();
+    DeviceProfile::resetToScreen();
+    EXPECT_EQ(DeviceProfile::current().systemVersion,
+              ZQTPlatform::systemVersionFromProductVersion(QSysInfo::productVersion()));
+}
+
 TEST_F(DeviceUtils, LocationUseNeedsAlwaysOrWhenInUse)
 {
     const bool expected[] = {false, false, false, true, true};
@@ -103,6 +123,31 @@ TEST_F(DeviceUtils, CameraUseNeedsAnOpenableCameraNotOnlyThePermission)
     Authorization::setCameraStatus(CameraStatus::Authorized);
     Authorization::setHasConfiguredVideoSource(true);
     EXPECT_FALSE(ZQTDeviceUtils::isCameraUsePermitted());
+}
+
+// The question is asked of the device the capture screen would use: a picture or a video file
+// standing in for the camera counts, with the permission and, for the pair, location.
+TEST_F(DeviceUtils, CameraUseIsAnsweredFromTheDefaultCaptureDeviceIncludingStandIns)
+{
+    QImage picture(64, 48, QImage::Format_RGB32);
+    picture.fill(Qt::darkCyan);
+    ASSERT_NE(CaptureDevice::addStandIn(picture), nullptr);
+    const auto cleanUp = qScopeGuard([] { CaptureDevice::removeStandIns(); });
+    Authorization::setHasConfiguredVideoSource(true);
+    Authorization::setLocationStatus(LocationStatus::AuthorizedWhenInUse);
+
+    const std::pair<CameraStatus, bool> cases[] = {{CameraStatus::Authorized, true},
+                                                   {CameraStatus::Denied, false},
+                                                   {CameraStatus::NotDetermined, false},
+                                                   {CameraStatus::Restricted, false}};
+    for (const auto &[status, permitted] : cases) {
+        Authorization::setCameraStatus(status);
+        EXPECT_EQ(ZQTDeviceUtils::isCameraUsePermitted(), permitted) << int(status);
+        EXPECT_EQ(ZQTVINScanUtils::hasCameraAndLocationPermissions(), permitted) << int(status);
+    }
+    Authorization::setCameraStatus(CameraStatus::Authorized);
+    Authorization::setLocationStatus(LocationStatus::Denied);
+    EXPECT_FALSE(ZQTVINScanUtils::hasCameraAndLocationPermissions());
 }
 
 TEST_F(DeviceUtils, CameraAccessIsAnsweredLaterOnTheGuiThread)

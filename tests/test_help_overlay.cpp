@@ -4,6 +4,7 @@
 #include "ZQTVINScanComponent.h"
 #include "ViewControllers/ZQTVINCaptureOverlayVC.h"
 #include "lib/StillCamera/StillCamera.h"
+#include "platform/Application.h"
 #include "platform/CaptureDevice.h"
 #include "platform/CaptureSession.h"
 #include "platform/DeviceProfile.h"
@@ -127,6 +128,20 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
         later << frame.bitmap();
     EXPECT_TRUE(later.contains(picture->displayedImage().bitmap()));
     render(host, "help_overlay_portrait.png");
+}
+
+// On a notched phone the capture screen keeps the status bar; the card hides it while it is up.
+TEST_F(HelpOverlay, TheCardHidesTheStatusBarOnANotchedPhone)
+{
+    PhoneHost host; // 375 x 812
+    ZQTVINCaptureVC *screen = push(host);
+    Application *application = Application::sharedApplication();
+    EXPECT_FALSE(application->isStatusBarHidden()) << "the capture screen shows it";
+    ASSERT_NE(autoCard(screen), nullptr);
+    EXPECT_TRUE(application->isStatusBarHidden());
+    EXPECT_TRUE(application->statusBarFrame().isEmpty());
+    QTest::qWait(50); // nothing later shows it again
+    EXPECT_TRUE(application->isStatusBarHidden());
 }
 
 TEST_F(HelpOverlay, HelpWhileUpPostsTheEventWithoutASecondCard)

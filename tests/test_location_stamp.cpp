@@ -202,6 +202,7 @@ TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)
     QList<QPair<bool, QString>> replaced, answers;
     constants->getTextOverlayWithLatLongDate([&](bool ok, const QString &text) { replaced.append({ok, text}); });
     constants->getTextOverlayWithLatLongDate([&](bool ok, const QString &text) { answers.append({ok, text}); });
+    ASSERT_TRUE(constants->requestGetLatLong()) << "the latest request is pending";
     LocationManager *manager = constants->locationManager();
     EXPECT_EQ(manager->desiredAccuracy(), LocationManager::kCLLocationAccuracyHundredMeters);
     EXPECT_EQ(manager->distanceFilter(), LocationManager::kCLDistanceFilterNone);
@@ -209,6 +210,7 @@ TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)
     EXPECT_TRUE(answers.first().first);
     EXPECT_TRUE(answers.first().second.endsWith("\n" + coordinatesLine)) << answers.first().second.toStdString();
     EXPECT_FALSE(manager->isUpdatingLocation());
+    EXPECT_FALSE(constants->requestGetLatLong()) << "answered once, then cleared";
 
     // Positions with no request pending (enableLocationServices, a late callback) answer nothing.
     constants->enableLocationServices();

@@ -8,6 +8,7 @@
 #include "platform/CaptureDevice.h"
 #include "platform/CaptureSession.h"
 #include "platform/DeviceProfile.h"
+#include "platform/ImageView.h"
 #include "platform/NavigationBar.h"
 #include "platform/VideoPreviewLayer.h"
 #include "platform/View.h"
@@ -18,7 +19,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QIcon>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QTest>
 
@@ -206,6 +209,40 @@ TEST_F(ScreenFace, RecolouringTheBarReachesOnlyLabelsOfLeftCustomViewsAndButtons
     EXPECT_EQ(screen->findChild<BarButtonItem *>("backButton")->tintColor(), header) << "a plain item has no custom view";
     EXPECT_EQ(inside->tintColor(), QColor(Qt::red));
     EXPECT_EQ(bar->titleColor(), Constants::getGlobalColorForKey("VINScanIconTitleColor"));
+}
+
+// Items a host puts on the bar: image views, standing alone on the left or inside a custom view,
+// take their image as a template in the colour; plain buttons of the right custom view take
+// their icon the same way.
+TEST_F(ScreenFace, RecolouringTheBarReachesImageViewsAndPlainButtonsOfHostItems)
+{
+    std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
+    screen->loadViewIfNeeded();
+    auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
+    ASSERT_NE(bar, nullptr);
+    QImage mark(16, 16, QImage::Format_ARGB32_Premultiplied);
+    mark.fill(Qt::transparent);
+    QPainter(&mark).fillRect(4, 4, 8, 8, Qt::darkGreen);
+    const QPoint inMark(8, 8);
+
+    auto *alone = new ImageView(Image(mark));
+    auto *custom = new QWidget;
+    auto *insideImage = new ImageView(Image(mark), custom);
+    auto *insideLabel = new QLabel(QStringLiteral("Claim"), custom);
+    bar->setLeftItems({alone, custom});
+    auto *rightCustom = new QWidget;
+    auto *plainButton = new QPushButton(rightCustom);
+    plainButton->setIcon(QIcon(QPixmap::fromImage(mark)));
+    bar->setRightItems({rightCustom});
+
+    screen->setNavigationItemTintColor(Qt::red);
+    EXPECT_EQ(alone->image().bitmap().pixelColor(inMark), QColor(Qt::red));
+    EXPECT_EQ(alone->image().bitmap().pixelColor(0, 0).alpha(), 0) << "only what the image covers";
+    EXPECT_EQ(insideImage->image().bitmap().pixelColor(inMark), QColor(Qt::red));
+    EXPECT_EQ(textColor(insideLabel), QColor(Qt::red));
+    const QImage icon = plainButton->icon().pixmap(QSize(16, 16)).toImage();
+    EXPECT_EQ(icon.pixelColor(inMark), QColor(Qt::red));
+    EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0);
 }
 
 TEST_F(ScreenFace, BarButtonsRunTheirActionsWhenClicked)

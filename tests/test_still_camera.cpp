@@ -67,7 +67,7 @@ protected:
     // A camera shown at the size and started; waits for the preview's first picture.
     StillCamera *startedCamera(Quality quality = Quality::Photo, QSize size = previewSize)
     {
-        auto *camera = new StillCamera(quality, Position::Back);
+        auto *camera = StillCamera::initWithQuality(quality, Position::Back);
         cameras.emplace_back(camera);
         camera->loadViewIfNeeded();
         camera->resize(size);
@@ -88,6 +88,16 @@ protected:
 };
 
 } // namespace
+
+TEST_F(StillCameraTest, TheNamedConstructorSetsQualityPositionAndTheTwoSwitches)
+{
+    std::unique_ptr<StillCamera> camera(StillCamera::initWithQuality(Quality::Medium, Position::Front));
+    EXPECT_EQ(camera->cameraQuality(), Quality::Medium);
+    EXPECT_EQ(camera->cameraPosition(), Position::Front);
+    EXPECT_FALSE(camera->fixOrientationAfterCapture());
+    EXPECT_TRUE(camera->tapToFocus());
+    EXPECT_EQ(camera->session(), nullptr) << "nothing is started";
+}
 
 TEST_F(StillCameraTest, QualityChoosesThePresetAtTheFirstStartAnyOtherValueIsPhoto)
 {

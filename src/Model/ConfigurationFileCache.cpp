@@ -3,28 +3,17 @@
 #include "platform/Log.h"
 #include "platform/PropertyList.h"
 
-#include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QMutex>
 
 namespace {
 
-struct FileVersion
-{
-    qint64 size = -1;
-    QDateTime modified;
-    QDateTime changed;
-
-    bool operator==(const FileVersion &other) const
-    {
-        return size == other.size && modified == other.modified && changed == other.changed;
-    }
-};
-
+// A parsed file with the exact bytes it was parsed from.
 struct Entry
 {
-    FileVersion version;
+    std::optional<QByteArray> content; // nothing: the file exists but cannot be opened
     std::optional<QVariantMap> dictionary; // nothing: the file could not be used
 };
 
@@ -34,10 +23,9 @@ constexpr qsizetype kMaxEntries = 64;
 QMutex cacheMutex;
 QHash<QString, Entry> cache;
 
-std::optional<QVariantMap> parse(const QString &path)
+std::optional<QVariantMap> parse(const QString &path, const std::optional<QByteArray> &content, QString error)
 {
-    QString error;
-    const QVariant root = ZQTPlatform::PropertyList::readFile(path, &error);
+    const QVariant root = content ? ZQTPlatform::PropertyList::fromData(*content, &error) : QVariant();
     if (root.typeId() == QMetaType::QVariantMap)
         return root.toMap();
     if (root.isValid())
@@ -51,17 +39,24 @@ std::optional<QVariantMap> parse(const QString &path)
 
 std::optional<QVariantMap> ConfigurationFileCache::dictionaryAt(const QString &path)
 {
-    const QFileInfo info(path);
-    if (path.isEmpty() || !info.exists())
+    if (path.isEmpty())
         return std::nullopt;
-    const FileVersion version{info.size(), info.lastModified(), info.metadataChangeTime()};
+    // The file is read on every call and its bytes decide whether the parsed copy still holds:
+    // sizes and times cannot tell apart two writes of one size within a tick of the clock.
+    // Reading a configuration file costs a small part of parsing it (bench_configuration).
+    QFile file(path);
+    std::optional<QByteArray> content;
+    if (file.open(QIODevice::ReadOnly))
+        content = file.readAll();
+    else if (!QFileInfo::exists(path))
+        return std::nullopt;
 
     QMutexLocker lock(&cacheMutex);
     const auto found = cache.constFind(path);
-    if (found != cache.cend() && found->version == version)
+    if (found != cache.cend() && found->content == content)
         return found->dictionary;
     // Parsing under the lock keeps the "one line per version" promise when threads race.
-    Entry entry{version, parse(path)};
+    Entry entry{content, parse(path, content, file.errorString())};
     if (cache.size() >= kMaxEntries)
         cache.clear();
     cache.insert(path, entry);

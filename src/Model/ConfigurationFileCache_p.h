@@ -1,6 +1,6 @@
-// The configuration files as parsed dictionaries. A file is parsed again whenever its size or
-// its modification or change time differ from the parsed copy, so callers see exactly what is
-// on disk now, as if every call read the file anew.
+// The configuration files as parsed dictionaries. Every call reads the file; it is parsed again
+// whenever its bytes differ from those of the parsed copy, so callers see exactly what is on
+// disk now, as if every call parsed the file anew.
 #pragma once
 
 #include <QString>

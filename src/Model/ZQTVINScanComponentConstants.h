@@ -94,6 +94,11 @@ public:
     using LatLongDateCompletion = std::function<void(bool success, const QString &text)>;
     using OutputImageCompletion = std::function<void(const ZQTPlatform::Image &image)>;
 
+    // The pending stamp-text request: the completion that the next position (or error) of the
+    // latest manager answers; empty when none is pending. A request is answered once and then
+    // cleared; a missing request is no request.
+    LatLongDateCompletion requestGetLatLong() const;
+    void setRequestGetLatLong(const LatLongDateCompletion &requestGetLatLong);
     // The manager of the latest request; null before the first.
     ZQTPlatform::LocationManager *locationManager() const;
     // A new manager (replacing the earlier one) with the singleton as its delegate; asks for

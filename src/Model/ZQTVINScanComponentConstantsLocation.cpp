@@ -24,7 +24,7 @@ namespace {
 struct LocationRequest
 {
     QPointer<LocationManager> manager;
-    ZQTVINScanComponentConstants::LatLongDateCompletion pending;
+    ZQTVINScanComponentConstants::LatLongDateCompletion requestGetLatLong;
 };
 
 LocationRequest &request()
@@ -58,7 +58,7 @@ ZQTVINScanComponentConstants::LatLongDateCompletion finish(LocationManager *mana
     LocationRequest &state = request();
     if (manager != state.manager)
         return {};
-    return std::exchange(state.pending, {});
+    return std::exchange(state.requestGetLatLong, {});
 }
 
 QSizeF textSize(const QFont &font, const QString &text)
@@ -115,6 +115,16 @@ LocationManager *ZQTVINScanComponentConstants::locationManager() const
     return request().manager;
 }
 
+ZQTVINScanComponentConstants::LatLongDateCompletion ZQTVINScanComponentConstants::requestGetLatLong() const
+{
+    return request().requestGetLatLong;
+}
+
+void ZQTVINScanComponentConstants::setRequestGetLatLong(const LatLongDateCompletion &requestGetLatLong)
+{
+    request().requestGetLatLong = requestGetLatLong;
+}
+
 void ZQTVINScanComponentConstants::enableLocationServices()
 {
     startUpdating(replaceManager(this));
@@ -122,7 +132,7 @@ void ZQTVINScanComponentConstants::enableLocationServices()
 
 void ZQTVINScanComponentConstants::getTextOverlayWithLatLongDate(const LatLongDateCompletion &completion)
 {
-    request().pending = completion;
+    setRequestGetLatLong(completion);
     LocationManager *manager = replaceManager(this);
     manager->setDistanceFilter(LocationManager::kCLDistanceFilterNone);
     manager->setDesiredAccuracy(LocationManager::kCLLocationAccuracyHundredMeters);

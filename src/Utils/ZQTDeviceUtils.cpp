@@ -2,13 +2,13 @@
 
 #include "Utils/ZQTDeviceUtils_p.h"
 #include "platform/Authorization.h"
+#include "platform/CaptureDevice.h"
+#include "platform/CaptureSession.h"
 #include "platform/DeviceProfile.h"
+#include "platform/Dispatch.h"
 
 #include <QBuffer>
-#include <QCamera>
-#include <QCameraDevice>
 #include <QDir>
-#include <QMediaDevices>
 #include <QStorageInfo>
 
 #include <sys/utsname.h>
@@ -97,13 +97,17 @@ bool ZQTDeviceUtils::isiPhone4Device()
 
 bool ZQTDeviceUtils::isCameraUsePermitted()
 {
-    const QCameraDevice device = QMediaDevices::defaultVideoInput();
-    if (device.isNull())
-        return false;
-    const QCamera camera(device);
-    if (camera.error() != QCamera::NoError)
-        return false;
-    return Authorization::cameraStatus() == Authorization::CameraStatus::Authorized;
+    // Asked of the device the capture screen would use: the host's stand-in (a video file or a
+    // picture) when there is one, else the system's default camera. Devices live on the GUI
+    // thread, so the input is tried there.
+    bool inputMade = false;
+    ZQTPlatform::Dispatch::mainSync([&inputMade] {
+        using ZQTPlatform::CaptureDevice;
+        CaptureDevice *device = CaptureDevice::defaultDeviceWithMediaType(CaptureDevice::mediaTypeVideo());
+        ZQTPlatform::Error error;
+        inputMade = device && ZQTPlatform::CaptureDeviceInput::deviceInputWithDevice(device, &error) && error.isNull();
+    });
+    return inputMade && Authorization::cameraStatus() == Authorization::CameraStatus::Authorized;
 }
 
 bool ZQTDeviceUtils::isLocationUsePermitted()

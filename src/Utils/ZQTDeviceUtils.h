@@ -22,8 +22,10 @@ public:
     static qint64 iPhoneDeviceModel();
     // "iPhone3,1", "iPhone3,3" or "iPhone4,1"; unlike model class 1, not "iPhone3,2".
     static bool isiPhone4Device();
-    // A default video input exists, a camera can be made on it without error, and the camera
-    // status is Authorized.
+    // The default capture device for video (the host's stand-in when there is one, else the
+    // default camera) exists, an input can be made over it without error, and the camera
+    // status is Authorized. The device is looked at on the GUI thread: from another thread the
+    // call waits for it, so never call it from a thread the GUI thread is waiting for.
     static bool isCameraUsePermitted();
     // The location status is AuthorizedAlways or AuthorizedWhenInUse.
     static bool isLocationUsePermitted();

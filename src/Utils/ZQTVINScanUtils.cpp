@@ -19,7 +19,7 @@ using ZQTPlatform::Image;
 
 namespace {
 
-const QLatin1String kRootName("ZQTPhotos");
+const QLatin1String kRootName(ZQTVINScanUtilsPrivate::photoRootName);
 const QLatin1String kExtension(".jpg");
 const QLatin1String kErrorDomain("ZQTPhotoComponents");
 constexpr qint64 kEmptyListingCode = 100;
@@ -32,13 +32,11 @@ QString createDirectoryAsNeeded(const QString &path)
     return path;
 }
 
-// The entries of a folder in the file system's order, without the leftovers of cut-short writes.
+// The entries of a folder in the file system's order, every one of them: the store writes its
+// temporaries elsewhere, so whatever is here is a photo or the host's own file.
 QStringList folderEntries(const QString &folder)
 {
-    QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                               QDir::Unsorted);
-    names.removeIf(ZQTVINScanUtilsPrivate::isAtomicWriteLeftover);
-    return names;
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
 }
 
 // The error of an empty listing, as the platform describes an error without user information.
@@ -76,16 +74,6 @@ bool acceptsPathComponent(const QString &text, const char *kind)
     ZQTPlatform::log(QStringLiteral("Refusing %1 \"%2\": it cannot be one path component")
                          .arg(QLatin1String(kind), shown));
     return false;
-}
-
-bool isAtomicWriteLeftover(const QString &name)
-{
-    constexpr qsizetype randomLength = 6;
-    const QStringView photo = QStringView(name).chopped(std::min(name.size(), randomLength + 1));
-    const QStringView random = QStringView(name).right(randomLength);
-    const auto isLetterOrDigit = [](QChar c) { return c.unicode() < 128 && c.isLetterOrNumber(); };
-    return photo.size() > kExtension.size() && photo.endsWith(kExtension) && name.at(photo.size()) == QLatin1Char('.')
-        && random.size() == randomLength && std::all_of(random.begin(), random.end(), isLetterOrDigit);
 }
 
 } // namespace ZQTVINScanUtilsPrivate

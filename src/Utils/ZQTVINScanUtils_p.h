@@ -11,6 +11,9 @@
 
 namespace ZQTVINScanUtilsPrivate {
 
+// The name of the store's root folder in the documents folder.
+inline constexpr char photoRootName[] = "ZQTPhotos";
+
 // The extended attribute that marks a file as excluded from backup, and its value.
 inline constexpr char backupExclusionAttribute[] = "user.xdg.robots.backup";
 inline constexpr char backupExclusionValue[] = "false";
@@ -21,12 +24,6 @@ ZQT_EXPORT bool isPathComponent(const QString &text);
 // isPathComponent, logging the refusal of a text that is not one; `kind` names it in the line
 // ("claim id", "photo title").
 bool acceptsPathComponent(const QString &text, const char *kind);
-
-// True for the name QSaveFile gives the temporary of a photo being written: "<name>.jpg"
-// followed by "." and six letters or digits. A write cut short (the process killed between
-// linking the finished temporary and renaming it over an existing photo) can leave one behind;
-// listings leave such names out. The store never names a photo that way: its names end in ".jpg".
-ZQT_EXPORT bool isAtomicWriteLeftover(const QString &name);
 
 // The stored size for an image of this size in points: when a side is above 800, the long side
 // becomes 800 and the short one is scaled in proportion (a square becomes 800 x 800); otherwise

@@ -186,8 +186,8 @@ void ZQTVINCaptureVC::startBarCodeScanner()
         d->scanOverlayView->show();
         d->scanOverlayView->raise();
     }
-    if (d->manuallyEnterVINBtn)
-        d->manuallyEnterVINBtn->raise();
+    if (d->manualEnterButton)
+        d->manualEnterButton->raise();
     if (isCameraUnavailable())
         showCameraUnavailable();
 }
@@ -355,9 +355,9 @@ void ZQTVINCaptureVC::completeStillCapture(const QString &payload, const std::sh
             }))
             return;
         reported = Error();
-    } else if (buffer) {
-        reported = Error(); // a picture that does not decode is reported without an error
     }
+    // Without a picture (no buffer, or one that makes no image) the host gets the camera's error
+    // as the capture delivered it.
     const ZQTVINDetails details = validateVIN(payload);
     sendTimeSpent();
     // The delegate is called with the gate released: a host may close the screen from it, also

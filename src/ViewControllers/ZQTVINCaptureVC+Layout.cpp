@@ -10,6 +10,7 @@
 #include "platform/CaptureDevice.h"
 #include "platform/DeviceProfile.h"
 #include "platform/Font.h"
+#include "platform/ImageView.h"
 #include "platform/Log.h"
 #include "platform/NavigationController.h"
 #include "platform/TransitionCoordinator.h"
@@ -18,6 +19,7 @@
 
 #include <QBoxLayout>
 #include <QEvent>
+#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 
@@ -45,28 +47,48 @@ bool hasNotchedScreen(const DeviceProfile &profile)
 }
 
 // A label's picture, if it shows one, drawn again as a template in the colour.
-void tintLabelPixmap(QLabel *label, const QColor &color)
+// The pixmap drawn as a template in the colour, at its own scale.
+QPixmap tintedPixmap(const QPixmap &pixmap, const QColor &color)
 {
-    const QPixmap pixmap = label->pixmap();
-    if (pixmap.isNull())
-        return;
     const Image tinted = Constants::getGlobalImageFrom(Image(pixmap.toImage(), pixmap.devicePixelRatio()), color);
     QPixmap result = QPixmap::fromImage(tinted.bitmap());
     result.setDevicePixelRatio(tinted.scale());
-    label->setPixmap(result);
+    return result;
 }
 
-// Recolours a view of a left bar item: image views take the image as a template in the colour,
-// labels take the colour as their text colour; other views keep theirs.
+// Recolours a view of a left bar item: image views (and labels showing a picture) take the image
+// as a template in the colour, labels take the colour as their text colour; other views keep
+// theirs.
 void tintBarView(QWidget *view, const QColor &color)
 {
+    if (auto *imageView = qobject_cast<ImageView *>(view)) {
+        if (!imageView->image().isNull())
+            imageView->setImage(Constants::getGlobalImageFrom(imageView->image(), color));
+        return;
+    }
     auto *label = qobject_cast<QLabel *>(view);
     if (!label)
         return;
     if (label->pixmap().isNull())
         setTextColor(label, color);
     else
-        tintLabelPixmap(label, color);
+        label->setPixmap(tintedPixmap(label->pixmap(), color));
+}
+
+// Recolours a button of the right bar item: a plain item draws its image in its tint colour; a
+// plain button gets its current icon as a template in the colour.
+void tintBarButton(QWidget *view, const QColor &color)
+{
+    if (auto *item = qobject_cast<BarButtonItem *>(view)) {
+        item->setTintColor(color);
+        return;
+    }
+    auto *button = qobject_cast<QPushButton *>(view);
+    if (!button || button->icon().isNull())
+        return;
+    const QPixmap icon = button->icon().pixmap(button->iconSize());
+    if (!icon.isNull())
+        button->setIcon(QIcon(tintedPixmap(icon, color)));
 }
 
 // The direct child widgets of a custom view, in stacking order.
@@ -117,6 +139,26 @@ void ZQTVINCaptureVC::setupViewComponents()
     updateViewTitleWithTitle(Constants::getConfigStringForKey(QStringLiteral("TextTitle")));
 }
 
+NavigationBar *ZQTVINCaptureVC::interNavigationBar() const
+{
+    return d->interNavigationBar;
+}
+
+NavigationBar *ZQTVINCaptureVC::navItem() const
+{
+    return d->interNavigationBar;
+}
+
+QPushButton *ZQTVINCaptureVC::manuallyEnterVINBtn() const
+{
+    return d->manuallyEnterVINBtn;
+}
+
+QPushButton *ZQTVINCaptureVC::manualEnterButton() const
+{
+    return d->manualEnterButton;
+}
+
 void ZQTVINCaptureVC::setNavigationBackgroundColor(const QColor &color)
 {
     logStep("setNavigationBackgroundColor");
@@ -153,11 +195,14 @@ void ZQTVINCaptureVC::setNavigationItemTintColor(const QColor &color)
     if (font)
         d->interNavigationBar->setTitleFont(*font);
     // Only the items the bar holds now: the ones configNavButtons makes later keep their colour.
-    // A plain item (a BarButtonItem) has no custom view and keeps its colour.
+    // A plain item (a BarButtonItem) has no custom view and keeps its colour; an image view or a
+    // label is recoloured itself, any other custom view through its subviews.
     for (QWidget *item : d->interNavigationBar->leftItems()) {
-        if (qobject_cast<QLabel *>(item)) {
+        if (qobject_cast<BarButtonItem *>(item))
+            continue;
+        if (qobject_cast<QLabel *>(item) || qobject_cast<ImageView *>(item)) {
             tintBarView(item, color);
-        } else if (!qobject_cast<BarButtonItem *>(item)) {
+        } else {
             for (QWidget *view : subviews(item))
                 tintBarView(view, color);
         }
@@ -167,10 +212,8 @@ void ZQTVINCaptureVC::setNavigationItemTintColor(const QColor &color)
     const QList<QWidget *> right = d->interNavigationBar->rightItems();
     if (right.isEmpty() || qobject_cast<BarButtonItem *>(right.first()))
         return;
-    for (QWidget *view : subviews(right.first())) {
-        if (auto *button = qobject_cast<BarButtonItem *>(view))
-            button->setTintColor(color);
-    }
+    for (QWidget *view : subviews(right.first()))
+        tintBarButton(view, color);
 }
 
 void ZQTVINCaptureVC::configNavButtons()
@@ -225,8 +268,8 @@ void ZQTVINCaptureVC::configNavButtons()
 void ZQTVINCaptureVC::updateViewTitleWithTitle(const QString &title)
 {
     logStep("updateViewTitleWithTitle");
-    if (d->interNavigationBar)
-        d->interNavigationBar->setTitle(title);
+    if (NavigationBar *item = navItem())
+        item->setTitle(title);
 }
 
 void ZQTVINCaptureVC::resizeViewForNormalScan()

@@ -66,13 +66,18 @@ void ZQTVINCaptureVC::initCameraImageView()
     d->scanOverlayView->setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
+QLabel *ZQTVINCaptureVC::cameraImageView() const
+{
+    return d->cameraImageView;
+}
+
 void ZQTVINCaptureVC::initCamera()
 {
     logStep("initCamera");
     // A camera of an earlier call is replaced.
     delete d->camera;
     const QRectF frame = d->cameraImageView ? QRectF(d->cameraImageView->geometry()) : QRectF();
-    d->camera = new StillCamera(StillCamera::CameraQuality::Photo, StillCamera::CameraPosition::Back);
+    d->camera = StillCamera::initWithQuality(StillCamera::CameraQuality::Photo, StillCamera::CameraPosition::Back);
     d->camera->attachToViewController(this, frame);
     d->camera->setFixOrientationAfterCapture(true);
     d->camera->setOnError([](StillCamera *, const Error &error) {

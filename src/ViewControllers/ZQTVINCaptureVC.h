@@ -36,6 +36,7 @@ struct Notification;
 class AlertAction;
 class AlertController;
 class ImageView;
+class NavigationBar;
 class TapGestureRecognizer;
 struct MetadataObject;
 struct SampleBuffer;
@@ -182,6 +183,16 @@ public:
     int orientationForConnection() const;
 
     // --- Layout, navigation bar and flash.
+    // The inner bar (nullptr before the scene loads).
+    ZQTPlatform::NavigationBar *interNavigationBar() const;
+    // The inner bar's navigation item: its title and bar items. The platform layer's bar carries
+    // its one item itself, so this is the inner bar under the item's name.
+    ZQTPlatform::NavigationBar *navItem() const;
+    // The manual-entry button under its two names (nullptr before the scene loads): the scene's
+    // manuallyEnterVINBtn, and manualEnterButton, the handle the barcode session brings to the
+    // front of its superview. Both name the one button.
+    QPushButton *manuallyEnterVINBtn() const;
+    QPushButton *manualEnterButton() const;
     void setupViewComponents();
     void setNavigationBackgroundColor(const QColor &color);
     void setNavigationItemTintColor(const QColor &color);
@@ -306,6 +317,9 @@ public:
     void deinitCameraRig();
     // The placeholder view that fixes the camera preview's frame, filling the scan overlay.
     void initCameraImageView();
+    // The view that holds the camera preview (nullptr before the first appearance); each
+    // appearance makes it again.
+    QLabel *cameraImageView() const;
     // Makes the still camera (photo quality, rear camera, orientation fixing on), attaches it to
     // this screen with cameraImageView's frame (which the attachment also sets on this screen's
     // own view), gives it cameraImageView's frame and puts it behind every overlay. Its errors

@@ -52,7 +52,10 @@ QWidget *hairline(QWidget *parent, Qt::Orientation orientation)
 
 QLabel *centredLabel(const QString &text, qreal size, bool bold, QWidget *parent)
 {
-    auto *label = new QLabel(text, parent);
+    // Titles and messages come from the host's configuration: shown as written, never as markup.
+    auto *label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
     QFont font = Font::systemFontOfSize(size);
     font.setBold(bold);
     label->setFont(font);

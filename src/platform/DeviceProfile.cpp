@@ -1,6 +1,7 @@
 #include "platform/DeviceProfile.h"
 
 #include "platform/StringScanner_p.h"
+#include "platform/SystemVersion_p.h"
 
 #include "platform/Orientation.h"
 
@@ -13,6 +14,13 @@
 #include <optional>
 
 namespace ZQTPlatform {
+
+QString systemVersionFromProductVersion(const QString &productVersion)
+{
+    static const QRegularExpression leadingVersion(QStringLiteral("^\\s*(\\d+(?:\\.\\d+)*)"));
+    const QRegularExpressionMatch match = leadingVersion.match(productVersion);
+    return match.hasMatch() ? match.captured(1) : QString::fromLatin1(currentSystemVersion);
+}
 
 namespace {
 
@@ -38,7 +46,7 @@ DeviceProfile screenProfile()
             profile.screenScale = screen->devicePixelRatio();
         }
     }
-    profile.systemVersion = QSysInfo::productVersion();
+    profile.systemVersion = systemVersionFromProductVersion(QSysInfo::productVersion());
     return profile;
 }
 

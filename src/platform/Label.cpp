@@ -13,7 +13,10 @@ constexpr qreal shrinkStep = 0.5;
 
 } // namespace
 
-Label::Label(QWidget *parent) : QLabel(parent) {}
+Label::Label(QWidget *parent) : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+}
 
 bool Label::adjustsFontSizeToFitWidth() const
 {

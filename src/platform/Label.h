@@ -1,7 +1,9 @@
 // The platform's label: a single line of text that does not fit ends in an ellipsis, as the
 // platform truncates a label's tail, instead of being cut at both sides; a label that adjusts its
 // font size to fit its width first draws such a line smaller, down to its minimum scale factor.
-// Word-wrapping labels, rich text and pictures are drawn as QLabel draws them.
+// Word-wrapping labels and pictures are drawn as QLabel draws them. Its text is plain text, as on
+// the platform: a barcode payload or a host's text that looks like markup is shown as written,
+// never rendered.
 #pragma once
 
 #include "ZQTGlobal.h"

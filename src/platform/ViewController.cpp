@@ -6,6 +6,7 @@
 #include "platform/NavigationController.h"
 #include "platform/TabBarController.h"
 #include "platform/TransitionCoordinator.h"
+#include "platform/Window.h"
 
 #include <QEvent>
 #include <QHideEvent>
@@ -56,6 +57,24 @@ struct ViewController::Private
     bool deleteAfterDisappearing = false;
     bool destroying = false;
 };
+
+namespace {
+
+// Whether the controller is on the key window's path from its root to the frontmost controller
+// (through presented controllers and the children containers name for the status bar).
+bool speaksForKeyWindow(const ZQTPlatform::ViewController *controller)
+{
+    const ZQTPlatform::Window *window = ZQTPlatform::Window::keyWindow();
+    for (const ZQTPlatform::ViewController *step = window ? window->rootViewController() : nullptr; step;) {
+        if (step == controller)
+            return true;
+        const ZQTPlatform::ViewController *presented = step->presentedViewController();
+        step = presented ? presented : step->childViewControllerForStatusBar();
+    }
+    return false;
+}
+
+} // namespace
 
 ViewController::ViewController(QWidget *parent) : QWidget(parent), d(std::make_unique<Private>())
 {
@@ -277,7 +296,11 @@ void ViewController::showEvent(QShowEvent *event)
     const bool animated = std::exchange(d->nextTransitionAnimated, false);
     d->appearance = Appearance::Appearing;
     viewWillAppear(animated);
-    Application::sharedApplication()->updateStatusBarAppearance();
+    // Only a controller that speaks for the window changes the status bar as it appears. One
+    // whose view was merely added to another controller's view (a card over a screen) does not:
+    // the screen's preference would otherwise undo what the card itself set.
+    if (speaksForKeyWindow(this))
+        Application::sharedApplication()->updateStatusBarAppearance();
     updateTopLayoutGuide();
     QMetaObject::invokeMethod(this, [this, animated] { finishAppearing(animated); }, Qt::QueuedConnection);
 }

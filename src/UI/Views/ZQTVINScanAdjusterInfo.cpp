@@ -59,6 +59,31 @@ QString trimmedOfSpacesAndTabs(const QString &text)
     return text.mid(begin, end - begin);
 }
 
+// The text used as a format with one object argument, as the platform's string formatting
+// reads it: "%%" is one percent sign, the first "%@" is the argument and any further "%@"
+// stands for a missing argument, "(null)". Other "%" sequences are kept as written.
+QString formattedWithOneObject(const QString &format, const QString &argument)
+{
+    QString result;
+    result.reserve(format.size() + argument.size());
+    bool argumentUsed = false;
+    for (qsizetype i = 0; i < format.size(); ++i) {
+        const QChar c = format.at(i);
+        const QChar next = i + 1 < format.size() ? format.at(i + 1) : QChar();
+        if (c == QLatin1Char('%') && next == QLatin1Char('%')) {
+            result += QLatin1Char('%');
+            ++i;
+        } else if (c == QLatin1Char('%') && next == QLatin1Char('@')) {
+            result += argumentUsed ? QStringLiteral("(null)") : argument;
+            argumentUsed = true;
+            ++i;
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
 QString digitsOf(QString text)
 {
     text.removeIf([](QChar c) { return !c.isDigit(); });
@@ -166,6 +191,13 @@ bool ZQTVINScanAdjusterInfo::findParts()
     m_imagePhone = label("imagePhone");
     m_imageEmail = label("imageEmail");
     m_lblContactMsg = label("lblContactMsg");
+    // The record's fields and the configured texts are shown as written: a name or address that
+    // looks like markup (a link, a picture) is never rendered.
+    for (QLabel *text : {m_labelClaim, m_labelUserType, m_lblClaimNumber, m_lblOffice, m_lblEmail, m_labelUserName,
+                         m_labelofficeNumber, m_labelEmail, m_lblContactMsg}) {
+        if (text)
+            text->setTextFormat(Qt::PlainText);
+    }
     // The weak captions and the e-mail icon are decoration; the rest is needed.
     return m_constraintAdjusterTop && m_constraintAdjusterClaimNumberHeight && m_constraintAdjusterNameHeight
         && m_constraintAdjusterPhoneHeight && m_constraintAdjusterEmailHeight && m_viewAdjusterInfo && m_viewBG
@@ -227,7 +259,7 @@ void ZQTVINScanAdjusterInfo::sendEmail()
     if (Constants::getGlobalBoolForKey(QStringLiteral("AdjusterInfoEmailSubjectAppendClaim"))
         && subject.contains(formatPlaceholder)) {
         // The subject is a format whose one argument is the claim.
-        subject.replace(subject.indexOf(formatPlaceholder), formatPlaceholder.size(), m_labelClaim->text());
+        subject = formattedWithOneObject(subject, m_labelClaim->text());
     } else {
         subject.remove(formatPlaceholder);
     }

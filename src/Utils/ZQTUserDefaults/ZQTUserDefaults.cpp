@@ -5,6 +5,9 @@
 
 #include <QMutex>
 
+#include <cmath>
+#include <limits>
+
 namespace {
 
 const QString kClaimList = QStringLiteral("ClaimList");
@@ -19,6 +22,26 @@ QMutex &claimListMutex()
 {
     static QMutex mutex;
     return mutex;
+}
+
+// A stored number's integer value as the platform gives it: a fraction is dropped (2.75 gives 2,
+// -2.75 gives -2), never rounded; a value beyond the word's range gives its nearest end, and
+// anything that is not a number converts as QVariant converts it (0 when it cannot).
+qintptr integerValue(const QVariant &value)
+{
+    const int type = value.typeId();
+    if (type != QMetaType::Double && type != QMetaType::Float)
+        return qintptr(value.toLongLong());
+    const double number = value.toDouble();
+    if (std::isnan(number))
+        return 0;
+    constexpr double lowest = double(std::numeric_limits<qintptr>::min());
+    constexpr double beyondHighest = -lowest; // 2^63 (or 2^31): the first value past the top
+    if (number <= lowest)
+        return std::numeric_limits<qintptr>::min();
+    if (number >= beyondHighest)
+        return std::numeric_limits<qintptr>::max();
+    return qintptr(std::trunc(number));
 }
 
 void writeClaimList(const QVariantMap &claims)
@@ -48,7 +71,7 @@ void ZQTUserDefaults::setInteger(qintptr value, const QString &key)
 
 qintptr ZQTUserDefaults::integerForKey(const QString &key)
 {
-    return qintptr(objectForKey(key).toLongLong());
+    return integerValue(objectForKey(key));
 }
 
 void ZQTUserDefaults::setFloat(float value, const QString &key)
@@ -181,7 +204,7 @@ void ZQTUserDefaults::setBool(bool value, const QString &key, const QString &cla
 
 qintptr ZQTUserDefaults::integerForKey(const QString &key, const QString &claimID)
 {
-    return qintptr(getObjectForKey(key, claimID).toLongLong());
+    return integerValue(getObjectForKey(key, claimID));
 }
 
 float ZQTUserDefaults::floatForKey(const QString &key, const QString &claimID)

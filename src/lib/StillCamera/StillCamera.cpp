@@ -77,6 +77,11 @@ StillCamera::StillCamera(CameraQuality quality, CameraPosition position)
     d->tapToFocus = true;
 }
 
+StillCamera *StillCamera::initWithQuality(CameraQuality quality, CameraPosition andPosition)
+{
+    return new StillCamera(quality, andPosition);
+}
+
 StillCamera::~StillCamera()
 {
     d->completionGate->close();

@@ -65,6 +65,10 @@ public:
     // Without an interface file; cameraQuality = quality, then setCameraPosition(position),
     // fixOrientationAfterCapture false, tapToFocus true. Nothing is started.
     StillCamera(CameraQuality quality, CameraPosition position);
+    // initWithQuality:andPosition: as a named constructor: a new controller (the caller owns
+    // it) with the quality, the position set through setCameraPosition, orientation fixing off
+    // and tap-to-focus on.
+    static StillCamera *initWithQuality(CameraQuality quality, CameraPosition andPosition);
     ~StillCamera() override;
 
     // Chooses the session preset at the first start: low, medium, high, photo for anything else.
