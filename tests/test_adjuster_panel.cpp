@@ -5,6 +5,7 @@
 #include "platform/CaptureDevice.h"
 #include "platform/LayoutConstraint.h"
 #include "platform/URLOpening.h"
+#include "support/LogCapture.h"
 #include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
@@ -275,6 +276,32 @@ TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
     click(panel, "emailButton");
     ASSERT_EQ(urls.requests.size(), 1);
     EXPECT_FALSE(urls.requests[0].contains("cc=")) << urls.requests[0].toStdString();
+}
+
+
+// A host that embeds the screen in a window of its own (not the platform's key window) still
+// gets the panel, over that window; with nothing on screen the panel says in the log why it
+// cannot show.
+TEST(AdjusterPanelHost, ShowsOverTheHostsOwnWindowAndLogsWhenNoWindowIsOnScreen)
+{
+    LogCapture capture;
+    ZQTVINScanAdjuster adjuster;
+    adjuster.setRecipientName(QStringLiteral("Dana Reyes"));
+    QWidget hostWindow;
+    hostWindow.resize(375, 812);
+    auto *screen = new ViewController(&hostWindow);
+    screen->setGeometry(hostWindow.rect());
+
+    Panel::showInViewController(screen, adjuster);
+    QTest::qWait(100);
+    EXPECT_EQ(Panel::shownPanel(), nullptr);
+    EXPECT_EQ(capture.lines().filter("The adjuster panel cannot be shown").size(), 1);
+
+    hostWindow.show();
+    Panel::showInViewController(screen, adjuster);
+    ASSERT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() != nullptr; }, 2000));
+    EXPECT_EQ(Panel::shownPanel()->window(), &hostWindow);
+    EXPECT_EQ(Panel::shownPanel()->geometry(), hostWindow.rect());
 }
 
 #include "test_adjuster_panel.moc"

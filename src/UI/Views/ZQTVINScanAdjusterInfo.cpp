@@ -6,6 +6,7 @@
 #include "platform/Dispatch.h"
 #include "platform/Font.h"
 #include "platform/LayoutConstraint.h"
+#include "platform/Log.h"
 #include "platform/NavigationBar.h"
 #include "platform/NavigationController.h"
 #include "platform/Storyboard.h"
@@ -14,6 +15,7 @@
 #include "platform/ViewController.h"
 #include "platform/Window.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
@@ -42,6 +44,24 @@ ZQTVINScanAdjusterInfo *panelIn(const QWidget *window)
     for (auto *panel : window->findChildren<ZQTVINScanAdjusterInfo *>()) {
         if (panel->property(tagProperty).toInt() == ZQTVINScanAdjusterInfo::viewTag)
             return panel;
+    }
+    return nullptr;
+}
+
+// The window the panel goes over: the key window when it is on screen, else the window that
+// shows the controller (a host may embed the screen in a window of its own), else the active
+// window, else any visible top-level window. nullptr when nothing is on screen.
+QWidget *hostWindow(const QWidget *controller)
+{
+    if (Window *key = Window::keyWindow(); key && key->isVisible())
+        return key;
+    if (controller && controller->window()->isVisible())
+        return controller->window();
+    if (QWidget *active = QApplication::activeWindow())
+        return active;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && widget->isWindow())
+            return widget;
     }
     return nullptr;
 }
@@ -133,8 +153,12 @@ void ZQTVINScanAdjusterInfo::showInViewController(ViewController *controller,
                                                   const std::optional<ZQTVINScanAdjuster> &adjusterInfo)
 {
     Dispatch::mainAsync([controller = QPointer<ViewController>(controller), adjusterInfo] {
-        Window *window = Window::keyWindow();
-        if (!window || panelIn(window))
+        QWidget *window = hostWindow(controller);
+        if (!window) {
+            log(QStringLiteral("The adjuster panel cannot be shown: no window is on screen"));
+            return;
+        }
+        if (panelIn(window))
             return;
         ZQTVINScanAdjusterInfo *panel = initWithFrame(window->rect(), controller, adjusterInfo);
         if (!panel)
@@ -149,7 +173,13 @@ void ZQTVINScanAdjusterInfo::showInViewController(ViewController *controller,
 
 ZQTVINScanAdjusterInfo *ZQTVINScanAdjusterInfo::shownPanel()
 {
-    return panelIn(Window::keyWindow());
+    if (ZQTVINScanAdjusterInfo *panel = panelIn(Window::keyWindow()))
+        return panel;
+    for (const QWidget *window : QApplication::topLevelWidgets()) {
+        if (ZQTVINScanAdjusterInfo *panel = panelIn(window))
+            return panel;
+    }
+    return nullptr;
 }
 
 ZQTVINScanAdjusterInfo *ZQTVINScanAdjusterInfo::initWithFrame(const QRectF &frame, ViewController *mainView,

@@ -29,15 +29,17 @@ public:
     // Made by the form loader for the interface file's root; use initWithFrame.
     explicit ZQTVINScanAdjusterInfo(QWidget *parent = nullptr);
 
-    // Shows a panel for the controller over the key window, unless one is up already. Any
-    // thread: returns at once, the panel is made later on the GUI thread.
+    // Shows a panel for the controller over the key window (or, when the host shows the screen
+    // in a window of its own, over that window, else over any visible window), unless one is up
+    // already; logs why when no window is on screen. Any thread: returns at once, the panel is
+    // made later on the GUI thread.
     static void showInViewController(ZQTPlatform::ViewController *controller,
                                      const std::optional<ZQTVINScanAdjuster> &adjusterInfo);
     // A filled panel from the interface file (GUI thread); the caller owns it. nullptr when the
     // file yields no panel.
     static ZQTVINScanAdjusterInfo *initWithFrame(const QRectF &frame, ZQTPlatform::ViewController *mainView,
                                                  const std::optional<ZQTVINScanAdjuster> &adjusterInfo);
-    // The panel in the key window, or nullptr (GUI thread).
+    // The panel shown in the key window or another top-level window, or nullptr (GUI thread).
     static ZQTVINScanAdjusterInfo *shownPanel();
 
     ZQTPlatform::ViewController *controller() const { return m_controller; }
