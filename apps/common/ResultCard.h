@@ -24,7 +24,6 @@ public:
 
     QLabel *photoView() const { return m_photo; }
     QPushButton *scanAgainButton() const { return m_scanAgain; }
-    QPushButton *doneButton() const { return m_done; }
 
 Q_SIGNALS:
     void scanAgainRequested();

@@ -186,8 +186,8 @@ void ZQTVINCaptureVC::startBarCodeScanner()
         d->scanOverlayView->show();
         d->scanOverlayView->raise();
     }
-    if (d->manualEnterButton)
-        d->manualEnterButton->raise();
+    if (QPushButton *button = manualEnterButton())
+        button->raise();
     if (isCameraUnavailable())
         showCameraUnavailable();
 }

@@ -46,7 +46,6 @@ bool hasNotchedScreen(const DeviceProfile &profile)
     return profile.mainScreenBounds.height() == notchedScreenSide || profile.mainScreenBounds.width() == notchedScreenSide;
 }
 
-// A label's picture, if it shows one, drawn again as a template in the colour.
 // The pixmap drawn as a template in the colour, at its own scale.
 QPixmap tintedPixmap(const QPixmap &pixmap, const QColor &color)
 {
@@ -139,11 +138,6 @@ void ZQTVINCaptureVC::setupViewComponents()
     updateViewTitleWithTitle(Constants::getConfigStringForKey(QStringLiteral("TextTitle")));
 }
 
-NavigationBar *ZQTVINCaptureVC::interNavigationBar() const
-{
-    return d->interNavigationBar;
-}
-
 NavigationBar *ZQTVINCaptureVC::navItem() const
 {
     return d->interNavigationBar;
@@ -156,7 +150,7 @@ QPushButton *ZQTVINCaptureVC::manuallyEnterVINBtn() const
 
 QPushButton *ZQTVINCaptureVC::manualEnterButton() const
 {
-    return d->manualEnterButton;
+    return d->manuallyEnterVINBtn;
 }
 
 void ZQTVINCaptureVC::setNavigationBackgroundColor(const QColor &color)

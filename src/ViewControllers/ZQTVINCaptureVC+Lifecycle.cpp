@@ -48,7 +48,6 @@ void ZQTVINCaptureVC::connectOutlets()
     if (d->scanOverlayView)
         d->scanOverlayView->installEventFilter(this);
     d->manuallyEnterVINBtn = findChild<QPushButton *>(QStringLiteral("manuallyEnterVINBtn"));
-    d->manualEnterButton = d->manuallyEnterVINBtn;
     d->carouselLbl = findChild<QLabel *>(QStringLiteral("carouselLbl"));
     d->permissionConverView = findChild<QWidget *>(QStringLiteral("permissionConverView"));
     d->constraintNavBarHeight = findChild<LayoutConstraint *>(QStringLiteral("constraintNavBarHeight"));

@@ -183,8 +183,6 @@ public:
     int orientationForConnection() const;
 
     // --- Layout, navigation bar and flash.
-    // The inner bar (nullptr before the scene loads).
-    ZQTPlatform::NavigationBar *interNavigationBar() const;
     // The inner bar's navigation item: its title and bar items. The platform layer's bar carries
     // its one item itself, so this is the inner bar under the item's name.
     ZQTPlatform::NavigationBar *navItem() const;

@@ -90,7 +90,6 @@ struct ZQTVINCaptureVCPrivate
     QPointer<QWidget> backgroundView;
     QPointer<QWidget> scanOverlayView;
     QPointer<QPushButton> manuallyEnterVINBtn;
-    QPointer<QPushButton> manualEnterButton; // the same button, the session's handle on it
     QPointer<QLabel> carouselLbl;
     QPointer<QWidget> permissionConverView;
     QPointer<ZQTPlatform::LayoutConstraint> constraintNavBarHeight;
