@@ -40,17 +40,21 @@ QLabel *textLabel(const QString &name, const QString &text, int pointSize, bool 
     return label;
 }
 
+// A button in the configured button look (the component's own styling), with its fill and title
+// colour.
 QPushButton *actionButton(const QString &name, const QString &title, const QColor &fill, const QColor &text)
 {
-    auto *button = new QPushButton(title);
+    auto *button = new QPushButton;
     button->setObjectName(name);
     button->setMinimumHeight(buttonHeight);
     button->setCursor(Qt::PointingHandCursor);
-    button->setStyleSheet(QStringLiteral("QPushButton { background: %1; color: %2; border: 1px solid %3;"
-                                         " border-radius: 6px; font-weight: bold; font-size: 17px; padding: 0 16px; }"
-                                         "QPushButton:pressed { background: %4; }")
-                              .arg(fill.name(), text.name(), Constants::getGlobalColorForKey("ManualVINButtonBorderColor").name(),
-                                   fill.darker(120).name()));
+    QFont font = button->font();
+    font.setBold(true);
+    font.setPixelSize(17);
+    Constants::configButton(button, fill, title, fill.darker(120),
+                            Constants::getGlobalFloatForKey("ManualVINButtonCornerRadius"),
+                            Constants::getGlobalColorForKey("ManualVINButtonBorderColor"),
+                            Constants::getGlobalFloatForKey("ManualVINButtonBorderWidth"), font, text);
     return button;
 }
 

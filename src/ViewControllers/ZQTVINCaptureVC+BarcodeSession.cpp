@@ -210,8 +210,11 @@ void ZQTVINCaptureVC::layoutCameraArea()
     if (!overlay)
         return;
     overlay->setGeometry(0, 0, cameraFrame.width(), cameraFrame.height());
-    const Image overlayPicture = d->vinScanItem ? d->vinScanItem->cameraOverlayImage() : Image();
-    overlay->setPixmap(guidePixmap(overlayPicture, cameraFrame.size()));
+    // Drawn again only when the area's size changed (not at every start of the scanner).
+    if (overlay->pixmap().size() != cameraFrame.size()) {
+        const Image overlayPicture = d->vinScanItem ? d->vinScanItem->cameraOverlayImage() : Image();
+        overlay->setPixmap(guidePixmap(overlayPicture, cameraFrame.size()));
+    }
     // One rule in both orientations: just below the top of the overlay picture.
     if (d->scanResultLbl)
         d->scanResultLbl->setGeometry(0, scanLabelOffset, overlay->width(), scanLabelHeight);
