@@ -59,13 +59,17 @@ TEST_F(CameraUnavailable, WithoutAnyDeviceTheScreenSaysSoAndOffersTheManualPromp
     ASSERT_TRUE(notice());
     EXPECT_TRUE(notice()->isVisible());
     EXPECT_EQ(notice()->findChild<QLabel *>("cameraUnavailableLbl")->text(), "No camera on this phone");
-    EXPECT_EQ(notice()->geometry(), screen->findChild<QLabel *>("cameraImageView")->geometry());
+    EXPECT_EQ(notice()->geometry(), screen->findChild<QWidget *>("scanOverlayView")->geometry());
     EXPECT_TRUE(host.window.grab().save(TestData::artifactPath("camera_unavailable_375x812.png")));
 
     // The notice's own button opens the prompt, and a typed VIN is reported; nothing more is
     // logged.
     QPushButton *button = notice()->findChild<QPushButton *>("cameraUnavailableManualBtn");
     ASSERT_TRUE(button);
+    // A person's click reaches the button: nothing lies over it.
+    const QPoint centre = button->mapTo(&host.window, button->rect().center());
+    QWidget *hit = host.window.childAt(centre);
+    EXPECT_EQ(hit, button) << (hit ? hit->objectName().toStdString() + " " + hit->metaObject()->className() : "none");
     QTest::mouseClick(button, Qt::LeftButton);
     ASSERT_TRUE(QTest::qWaitFor([&] { return screen->digitKeyboardView() != nullptr; }, 3000));
     AlertController *alert = screen->vinEntryAlertController();

@@ -52,8 +52,9 @@ bool ZQTVINCaptureVC::isCameraUnavailable() const
 
 void ZQTVINCaptureVC::showCameraUnavailable()
 {
-    QWidget *cameraArea = d->cameraImageView;
-    if (!cameraArea || !d->scanOverlayView || cameraArea->parentWidget() != d->scanOverlayView)
+    // The notice lies over the camera area as its sibling: the area itself takes no touches.
+    QWidget *cameraArea = d->scanOverlayView;
+    if (!cameraArea || !cameraArea->parentWidget())
         return;
     if (!d->cameraUnavailableView) {
         auto *notice = new QWidget;
@@ -87,7 +88,7 @@ void ZQTVINCaptureVC::showCameraUnavailable()
         }
         layout->addStretch();
 
-        notice->setParent(d->scanOverlayView);
+        notice->setParent(cameraArea->parentWidget());
         ZQTExtend::addConstraintAttachTopToInside(notice, cameraArea);
         ZQTExtend::addConstraintAttachLeftToInside(notice, cameraArea);
         ZQTExtend::addConstraintAttachRightToInside(notice, cameraArea);
