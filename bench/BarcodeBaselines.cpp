@@ -1,6 +1,6 @@
 #include "BarcodeBaselines.h"
 
-#include "platform/MetadataOutput.h"
+#include "platform/capture/MetadataOutput.h"
 
 // zbar first: ZXing's Error.h defines macros (UnsupportedError) that break zbar's C++ headers.
 #include <zbar.h>

@@ -2,8 +2,8 @@
 // ZXing-cpp called directly (with one strategy's options, or with its own defaults) and zbar.
 #pragma once
 
-#include "platform/BarcodeReader_p.h"
-#include "platform/TurnedLuminance_p.h"
+#include "platform/capture/BarcodeReader_p.h"
+#include "platform/capture/TurnedLuminance_p.h"
 
 #include <QStringList>
 #include <QtGlobal>

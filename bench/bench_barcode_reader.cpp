@@ -11,9 +11,9 @@
 // Run: bench_barcode_reader [iterations per figure, default 15]. Each figure is the median of its
 // iterations, ours and the baseline measured alternately. The ratios that matter are printed last.
 #include "BarcodeBaselines.h"
-#include "platform/BarcodeReader_p.h"
-#include "platform/MetadataOutput.h"
-#include "platform/VideoFrames_p.h"
+#include "platform/capture/BarcodeReader_p.h"
+#include "platform/capture/MetadataOutput.h"
+#include "platform/capture/VideoFrames_p.h"
 
 #include <BarcodeArt.h>
 

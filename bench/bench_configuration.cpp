@@ -5,8 +5,8 @@
 // Run: bench_configuration [--benchmark_repetitions=N]. The ratio printed last is the figure that
 // matters; the times above it depend on the machine.
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/Bundle.h"
-#include "platform/PropertyList.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/PropertyList.h"
 
 #include <benchmark/benchmark.h>
 

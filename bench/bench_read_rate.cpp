@@ -8,9 +8,9 @@
 // Run: bench_read_rate [scenes per symbology, default 40]. Prints the table of read rates; a read
 // counts when the exact text comes back.
 #include "BarcodeBaselines.h"
-#include "platform/BarcodeReader_p.h"
-#include "platform/MetadataOutput.h"
-#include "platform/VideoFrames_p.h"
+#include "platform/capture/BarcodeReader_p.h"
+#include "platform/capture/MetadataOutput.h"
+#include "platform/capture/VideoFrames_p.h"
 
 #include <BarcodeArt.h>
 

@@ -10,10 +10,10 @@
 // Run: bench_scan_session [VIDEO] — without VIDEO a 1080p clip is made with zqt-make-sample-clip.
 #include "BarcodeArt.h"
 #include "ZQTVINScanComponent.h"
-#include "platform/CaptureDevice.h"
-#include "platform/MetadataOutput.h"
-#include "platform/NavigationController.h"
-#include "platform/Window.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/capture/MetadataOutput.h"
+#include "platform/ui/NavigationController.h"
+#include "platform/ui/Window.h"
 
 #include <QApplication>
 #include <QBuffer>

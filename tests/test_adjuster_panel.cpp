@@ -2,9 +2,9 @@
 // collapsed rows, the "tel:" and "mailto:" requests it makes, and the capture screen's menu.
 #include "UI/Views/ZQTVINScanAdjusterInfo.h"
 #include "ZQTVINScanComponent.h"
-#include "platform/CaptureDevice.h"
-#include "platform/LayoutConstraint.h"
-#include "platform/URLOpening.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/ui/LayoutConstraint.h"
+#include "platform/foundation/URLOpening.h"
 #include "support/LogCapture.h"
 #include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"

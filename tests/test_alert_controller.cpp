@@ -1,7 +1,7 @@
 // The platform's text field (every edit asked of its delegate first) and alert (one row of
 // buttons, cancel first, disabled actions inert, handler run while presented, then dismissal).
-#include "platform/AlertController.h"
-#include "platform/TextField.h"
+#include "platform/ui/AlertController.h"
+#include "platform/ui/TextField.h"
 #include "support/ScreenTestSupport.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // The one-call alert (buttons reported by index, never stacked, only on systems from 8.0) and
 // the display layout of phone numbers.
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/AlertController.h"
-#include "platform/DeviceProfile.h"
+#include "platform/ui/AlertController.h"
+#include "platform/foundation/DeviceProfile.h"
 #include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"
 

@@ -1,11 +1,11 @@
 // The barcode reader on generated camera frames (VIN labels in every symbology, in the pixel
 // layouts cameras deliver), and the metadata output end to end: a picture stand-in streaming
 // through a capture session to the delegate on the GUI thread.
-#include "platform/BarcodeReader_p.h"
-#include "platform/CaptureDevice.h"
-#include "platform/CaptureSession.h"
-#include "platform/MetadataOutput.h"
-#include "platform/VideoFrames_p.h"
+#include "platform/capture/BarcodeReader_p.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/capture/CaptureSession.h"
+#include "platform/capture/MetadataOutput.h"
+#include "platform/capture/VideoFrames_p.h"
 #include "ViewControllers/VINPayload_p.h"
 #include "support/TestData.h"
 

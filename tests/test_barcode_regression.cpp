@@ -2,8 +2,8 @@
 // must come back with the exact text of its .txt file, in at least the suite's minimum number of
 // images, upright and turned. A reader gets each image as a short stream of frames (one strategy
 // cycle), as it would from a camera held still.
-#include "platform/BarcodeReader_p.h"
-#include "platform/MetadataOutput.h"
+#include "platform/capture/BarcodeReader_p.h"
+#include "platform/capture/MetadataOutput.h"
 #include "support/TestData.h"
 
 #include <gtest/gtest.h>

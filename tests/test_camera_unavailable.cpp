@@ -2,8 +2,8 @@
 // in for the camera that cannot be played. The camera area says so, the VIN can still be typed
 // (also on a screen made without the manual option), and the failure is logged once.
 #include "ZQTVINScanComponent.h"
-#include "platform/AlertController.h"
-#include "platform/CaptureDevice.h"
+#include "platform/ui/AlertController.h"
+#include "platform/capture/CaptureDevice.h"
 #include "support/LogCapture.h"
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"

@@ -2,10 +2,10 @@
 // neutral values, the platform's number and boolean readings of text, font fallbacks, help
 // pages, and configuration errors that end the program after one log line.
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/Bundle.h"
-#include "platform/Exception.h"
-#include "platform/Font.h"
-#include "platform/PropertyList.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/Exception.h"
+#include "platform/ui/Font.h"
+#include "platform/foundation/PropertyList.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 

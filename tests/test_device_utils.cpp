@@ -3,10 +3,10 @@
 #include "Utils/ZQTDeviceUtils.h"
 #include "Utils/ZQTDeviceUtils_p.h"
 #include "Utils/ZQTVINScanUtils.h"
-#include "platform/Authorization.h"
-#include "platform/CaptureDevice.h"
-#include "platform/DeviceProfile.h"
-#include "platform/SystemVersion_p.h"
+#include "platform/foundation/Authorization.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/foundation/DeviceProfile.h"
+#include "platform/foundation/SystemVersion_p.h"
 
 #include <gtest/gtest.h>
 

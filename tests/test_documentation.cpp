@@ -1,7 +1,7 @@
 // What the documentation promises stays true of the code: the README shows the host example's
 // real text, and the configuration reference covers every key the component ships.
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/PropertyList.h"
+#include "platform/foundation/PropertyList.h"
 #include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>

@@ -4,9 +4,9 @@
 #include "lib/Categories/Image+CropCategory.h"
 #include "lib/Categories/Image+ResizeCategory.h"
 #include "lib/Categories/Image+fixOrientation.h"
-#include "platform/DeviceProfile.h"
-#include "platform/Exception.h"
-#include "platform/ImageContext.h"
+#include "platform/foundation/DeviceProfile.h"
+#include "platform/foundation/Exception.h"
+#include "platform/ui/ImageContext.h"
 
 #include <gtest/gtest.h>
 

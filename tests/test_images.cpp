@@ -2,9 +2,9 @@
 // vector images at their natural size, lookup by name in a bundle, and the media-bundle
 // lookup of imageWithBundle with its branch on the system version.
 #include "lib/Categories/Bundle+MYBundle.h"
-#include "platform/Bundle.h"
-#include "platform/DeviceProfile.h"
-#include "platform/Image.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/DeviceProfile.h"
+#include "platform/ui/Image.h"
 #include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>

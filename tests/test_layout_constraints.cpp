@@ -1,7 +1,7 @@
 // The view category that pins views by their edges, and the superview laying its children out
 // by the constraints it holds.
 #include "lib/Categories/View+ZQTExtend.h"
-#include "platform/View.h"
+#include "platform/ui/View.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "Model/ZQTVINScanComponentConstantsLocation_p.h"
 #include "Utils/ZQTLocationUtils.h"
-#include "platform/Authorization.h"
-#include "platform/LocationManager.h"
+#include "platform/foundation/Authorization.h"
+#include "platform/location/LocationManager.h"
 #include "support/TestData.h"
 #include "support/ZqtVinRun.h"
 

@@ -3,10 +3,10 @@
 // <build>/test-artifacts/manual_prompt.png.
 #include "ZQTVINScanComponent.h"
 #include "UI/Views/DigitKeyboardView.h"
-#include "platform/AlertController.h"
-#include "platform/Application.h"
-#include "platform/CaptureDevice.h"
-#include "platform/CaptureSession.h"
+#include "platform/ui/AlertController.h"
+#include "platform/ui/Application.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/capture/CaptureSession.h"
 #include "support/ScreenTestSupport.h"
 
 #include "support/TestData.h"

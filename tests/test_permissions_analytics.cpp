@@ -1,7 +1,7 @@
 // The capture screen's foreground permission check and its analytics events.
 #include "ViewControllers/ZQTVINCaptureVC.h"
-#include "platform/Authorization.h"
-#include "platform/NotificationCenter.h"
+#include "platform/foundation/Authorization.h"
+#include "platform/foundation/NotificationCenter.h"
 #include "support/ScreenTestSupport.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The photo capture flow of the capture screen: saving the VIN photo with the expected titles,
 // confirming the save, and the read-outs of the claim's photos.
 #include "ZQTVINScanComponent.h"
-#include "platform/Dispatch.h"
+#include "platform/foundation/Dispatch.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/TemporarySettingsStore.h"

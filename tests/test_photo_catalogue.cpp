@@ -1,8 +1,8 @@
 // The photo catalogue: slot validity, the slot factories and overlay setters, the VIN slot built
 // from configuration with its ping-pong help frames, and the framework's own pictures.
 #include "ZQTVINScanComponent.h"
-#include "platform/Dispatch.h"
-#include "platform/Exception.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/foundation/Exception.h"
 #include "support/TemporaryMainBundle.h"
 
 #include "support/TestData.h"

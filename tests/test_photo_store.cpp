@@ -4,7 +4,7 @@
 
 #include "Utils/ZQTVINScanUtils.h"
 #include "Utils/ZQTVINScanUtils_p.h"
-#include "platform/Exception.h"
+#include "platform/foundation/Exception.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 // Platform stand-ins without pictures: the notification centre, the main and global queues,
 // the system version of the device profile, bundles and fonts by exact name.
-#include "platform/Bundle.h"
-#include "platform/DeviceProfile.h"
-#include "platform/Dispatch.h"
-#include "platform/Font.h"
-#include "platform/NotificationCenter.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/DeviceProfile.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/ui/Font.h"
+#include "platform/foundation/NotificationCenter.h"
 #include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // Property lists: every value type survives a write and a read in both formats, dates count
 // from 2001, and damaged input is refused rather than half-read.
-#include "platform/PropertyList.h"
+#include "platform/foundation/PropertyList.h"
 
 #include <gtest/gtest.h>
 

@@ -6,8 +6,8 @@
 #include "support/ScreenTestSupport.h"
 #include "support/TestData.h"
 
-#include "platform/CaptureDevice.h"
-#include "platform/NavigationBar.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/ui/NavigationBar.h"
 
 #include <gtest/gtest.h>
 

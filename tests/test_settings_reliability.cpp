@@ -3,7 +3,7 @@
 #include "support/TemporarySettingsStore.h"
 
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
-#include "platform/PropertyList.h"
+#include "platform/foundation/PropertyList.h"
 
 #include <gtest/gtest.h>
 

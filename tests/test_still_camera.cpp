@@ -3,11 +3,11 @@
 // screen's camera made, focused and dropped.
 #include "ZQTVINScanComponent.h"
 #include "lib/StillCamera/StillCamera.h"
-#include "platform/CaptureDevice.h"
-#include "platform/CaptureSession.h"
-#include "platform/StillImageOutput.h"
-#include "platform/VideoPreviewLayer.h"
-#include "platform/Window.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/capture/CaptureSession.h"
+#include "platform/capture/StillImageOutput.h"
+#include "platform/capture/VideoPreviewLayer.h"
+#include "platform/ui/Window.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 // Styling: colours from text and keys, colour images and tinted icons, button and label set-up,
 // label height, and the label attributes that scenes set from configuration keys.
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/ButtonStyle.h"
-#include "platform/Exception.h"
-#include "platform/Font.h"
-#include "platform/Storyboard.h"
-#include "platform/ViewController.h"
+#include "platform/ui/ButtonStyle.h"
+#include "platform/foundation/Exception.h"
+#include "platform/ui/Font.h"
+#include "platform/ui/Storyboard.h"
+#include "platform/ui/ViewController.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 

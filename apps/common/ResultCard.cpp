@@ -1,8 +1,8 @@
 #include "ResultCard.h"
 
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/Dispatch.h"
-#include "platform/View.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/ui/View.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>

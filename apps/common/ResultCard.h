@@ -5,7 +5,7 @@
 
 #include "ScanHost.h"
 
-#include "platform/ViewController.h"
+#include "platform/ui/ViewController.h"
 
 #include <QPointer>
 

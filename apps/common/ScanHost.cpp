@@ -1,8 +1,8 @@
 #include "ScanHost.h"
 
 #include "Utils/ZQTVINScanUtils.h"
-#include "platform/Dispatch.h"
-#include "platform/NavigationBar.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/ui/NavigationBar.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>

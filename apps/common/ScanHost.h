@@ -3,8 +3,8 @@
 #pragma once
 
 #include "ZQTVINScanComponent.h"
-#include "platform/NavigationController.h"
-#include "platform/Window.h"
+#include "platform/ui/NavigationController.h"
+#include "platform/ui/Window.h"
 
 #include <QJsonObject>
 #include <QObject>

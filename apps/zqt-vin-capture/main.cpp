@@ -9,8 +9,8 @@
 #include "ResultCard.h"
 #include "ScanHost.h"
 
-#include "platform/CaptureDevice.h"
-#include "platform/DeviceProfile.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/foundation/DeviceProfile.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -2,7 +2,7 @@
 #include "Commands.h"
 
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/Bundle.h"
+#include "platform/foundation/Bundle.h"
 
 #include <QDir>
 #include <QJsonArray>

@@ -3,7 +3,7 @@
 #include "Commands.h"
 #include "ScanHost.h"
 
-#include "platform/CaptureDevice.h"
+#include "platform/capture/CaptureDevice.h"
 
 #include <QEventLoop>
 #include <QJsonDocument>

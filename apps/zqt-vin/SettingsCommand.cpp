@@ -13,7 +13,7 @@
 #include "Commands.h"
 
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
-#include "platform/UserDefaults.h"
+#include "platform/foundation/UserDefaults.h"
 
 #include <QDateTime>
 #include <QFileInfo>

@@ -9,7 +9,7 @@
 #include "Commands.h"
 
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/LocationManager.h"
+#include "platform/location/LocationManager.h"
 
 #include <QEventLoop>
 #include <QFileInfo>

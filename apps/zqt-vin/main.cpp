@@ -1,7 +1,7 @@
 // zqt-vin: the component's operations for scripts and batch work.
 #include "Commands.h"
 
-#include "platform/Exception.h"
+#include "platform/foundation/Exception.h"
 
 #include "AppEnvironment.h"
 

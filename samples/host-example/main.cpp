@@ -2,9 +2,9 @@
 // the VIN it reports. An optional argument names a video or picture file that stands in for the
 // camera (for example the installed share/ZQTVINScanComponent/samples/vin-label-code39.webm).
 #include <ZQTVINScanComponent.h>
-#include <platform/CaptureDevice.h>
-#include <platform/NavigationController.h>
-#include <platform/Window.h>
+#include <platform/capture/CaptureDevice.h>
+#include <platform/ui/NavigationController.h>
+#include <platform/ui/Window.h>
 
 #include <QApplication>
 #include <QTextStream>

@@ -1,7 +1,7 @@
 #include "Model/ConfigurationError_p.h"
 
-#include "platform/Exception.h"
-#include "platform/Log.h"
+#include "platform/foundation/Exception.h"
+#include "platform/foundation/Log.h"
 
 namespace ConfigurationError {
 

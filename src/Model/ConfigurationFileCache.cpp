@@ -1,7 +1,7 @@
 #include "Model/ConfigurationFileCache_p.h"
 
-#include "platform/Log.h"
-#include "platform/PropertyList.h"
+#include "platform/foundation/Log.h"
+#include "platform/foundation/PropertyList.h"
 
 #include <QFile>
 #include <QFileInfo>

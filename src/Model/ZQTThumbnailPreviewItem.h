@@ -3,7 +3,7 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/Image.h"
+#include "platform/ui/Image.h"
 
 #include <QString>
 

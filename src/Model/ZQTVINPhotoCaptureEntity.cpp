@@ -1,7 +1,7 @@
 #include "Model/ZQTVINPhotoCaptureEntity.h"
 
 #include "lib/Categories/Bundle+MYBundle.h"
-#include "platform/Bundle.h"
+#include "platform/foundation/Bundle.h"
 
 using ZQTPlatform::Bundle;
 using ZQTPlatform::Image;

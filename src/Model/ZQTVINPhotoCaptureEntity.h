@@ -6,7 +6,7 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/Image.h"
+#include "platform/ui/Image.h"
 
 #include <QList>
 #include <QString>

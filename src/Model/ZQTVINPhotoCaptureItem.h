@@ -4,7 +4,7 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/Image.h"
+#include "platform/ui/Image.h"
 
 #include <QDateTime>
 #include <QString>

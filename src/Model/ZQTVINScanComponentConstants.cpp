@@ -4,9 +4,9 @@
 
 #include "Model/ConfigurationError_p.h"
 #include "Model/ConfigurationFileCache_p.h"
-#include "platform/Description_p.h"
-#include "platform/Font.h"
-#include "platform/StringScanner_p.h"
+#include "platform/foundation/Description_p.h"
+#include "platform/ui/Font.h"
+#include "platform/foundation/StringScanner_p.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/Bundle.h"
-#include "platform/Image.h"
-#include "platform/LocationManager.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/ui/Image.h"
+#include "platform/location/LocationManager.h"
 
 #include <QColor>
 #include <QFont>

@@ -1,8 +1,8 @@
 // The one-call alert and the display layout of phone numbers.
 #include "Model/ZQTVINScanComponentConstants.h"
 
-#include "platform/AlertController.h"
-#include "platform/DeviceProfile.h"
+#include "platform/ui/AlertController.h"
+#include "platform/foundation/DeviceProfile.h"
 
 #include <QStringList>
 

@@ -3,9 +3,9 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "Model/ZQTVINScanComponentConstantsLocation_p.h"
 
-#include "platform/Dispatch.h"
-#include "platform/Font.h"
-#include "platform/ImageContext.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/ui/Font.h"
+#include "platform/ui/ImageContext.h"
 
 #include <QFontMetricsF>
 #include <QGeoPositionInfo>

@@ -3,11 +3,11 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 
 #include "Model/ConfigurationError_p.h"
-#include "platform/ButtonStyle.h"
-#include "platform/Font.h"
-#include "platform/ImageContext.h"
-#include "platform/View.h"
-#include "platform/StringScanner_p.h"
+#include "platform/ui/ButtonStyle.h"
+#include "platform/ui/Font.h"
+#include "platform/ui/ImageContext.h"
+#include "platform/ui/View.h"
+#include "platform/foundation/StringScanner_p.h"
 
 #include <QFontMetricsF>
 #include <QLabel>

@@ -1,7 +1,7 @@
 #include "Utils/VINUtility.h"
 #include "Utils/VINUtility_p.h"
 
-#include "platform/Log.h"
+#include "platform/foundation/Log.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "Utils/ZQTDeviceUtils.h"
 
 #include "Utils/ZQTDeviceUtils_p.h"
-#include "platform/Authorization.h"
-#include "platform/CaptureDevice.h"
-#include "platform/CaptureSession.h"
-#include "platform/DeviceProfile.h"
-#include "platform/Dispatch.h"
+#include "platform/foundation/Authorization.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/capture/CaptureSession.h"
+#include "platform/foundation/DeviceProfile.h"
+#include "platform/foundation/Dispatch.h"
 
 #include <QBuffer>
 #include <QDir>

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/Authorization.h"
-#include "platform/LocationManager.h"
+#include "platform/foundation/Authorization.h"
+#include "platform/location/LocationManager.h"
 
 #include <QPointer>
 #include <functional>

@@ -3,7 +3,7 @@
 #include "Utils/ZQTVINScanUtils.h"
 
 #include "Utils/ZQTVINScanUtils_p.h"
-#include "platform/ImageContext.h"
+#include "platform/ui/ImageContext.h"
 
 #include <QBuffer>
 #include <QColorSpace>

@@ -4,9 +4,9 @@
 
 #include "Model/ZQTVINPhotoCaptureEntity.h"
 #include "Utils/ZQTDeviceUtils.h"
-#include "platform/Dispatch.h"
-#include "platform/Exception.h"
-#include "platform/Log.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/foundation/Exception.h"
+#include "platform/foundation/Log.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

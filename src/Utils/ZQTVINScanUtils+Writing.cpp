@@ -3,8 +3,8 @@
 
 #include "Utils/ZQTDeviceUtils.h"
 #include "Utils/ZQTVINScanUtils_p.h"
-#include "platform/Exception.h"
-#include "platform/Log.h"
+#include "platform/foundation/Exception.h"
+#include "platform/foundation/Log.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -2,9 +2,9 @@
 #include "Utils/ZQTVINScanUtils.h"
 
 #include "Utils/ZQTVINScanUtils_p.h"
-#include "platform/Dispatch.h"
-#include "platform/Exception.h"
-#include "platform/Log.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/foundation/Exception.h"
+#include "platform/foundation/Log.h"
 
 #include <QDateTime>
 #include <QDir>

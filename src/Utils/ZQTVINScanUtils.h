@@ -19,8 +19,8 @@
 
 #include "ZQTGlobal.h"
 #include "Model/ZQTVINPhotoCaptureItem.h"
-#include "platform/Error.h"
-#include "platform/Image.h"
+#include "platform/foundation/Error.h"
+#include "platform/ui/Image.h"
 
 #include <QList>
 #include <QString>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/Image.h"
+#include "platform/ui/Image.h"
 
 #include <QByteArray>
 #include <QImage>

@@ -3,7 +3,7 @@
 // pointer: the host keeps the delegate alive (or clears it) for as long as the screen exists.
 #pragma once
 
-#include "platform/Error.h"
+#include "platform/foundation/Error.h"
 
 #include <QString>
 

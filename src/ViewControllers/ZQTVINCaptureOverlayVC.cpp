@@ -1,8 +1,8 @@
 #include "ViewControllers/ZQTVINCaptureOverlayVC.h"
 
-#include "platform/Application.h"
-#include "platform/ImageView.h"
-#include "platform/Storyboard.h"
+#include "platform/ui/Application.h"
+#include "platform/ui/ImageView.h"
+#include "platform/ui/Storyboard.h"
 
 #include <QLabel>
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/ViewController.h"
+#include "platform/ui/ViewController.h"
 
 #include <QPointer>
 

@@ -3,7 +3,7 @@
 
 #include "UI/Views/ZQTVINScanAdjusterInfo.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
-#include "platform/Log.h"
+#include "platform/foundation/Log.h"
 
 using namespace ZQTPlatform;
 

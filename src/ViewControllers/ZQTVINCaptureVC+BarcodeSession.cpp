@@ -8,11 +8,11 @@
 #include "ViewControllers/VinScannerVCDelegate.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
 #include "lib/StillCamera/StillCamera.h"
-#include "platform/Dispatch.h"
-#include "platform/Font.h"
-#include "platform/Label.h"
-#include "platform/Log.h"
-#include "platform/View.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/ui/Font.h"
+#include "platform/ui/Label.h"
+#include "platform/foundation/Log.h"
+#include "platform/ui/View.h"
 
 #include <QPainter>
 #include <QPixmap>

@@ -6,9 +6,9 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
 #include "lib/Categories/View+ZQTExtend.h"
-#include "platform/Font.h"
-#include "platform/Log.h"
-#include "platform/View.h"
+#include "platform/ui/Font.h"
+#include "platform/foundation/Log.h"
+#include "platform/ui/View.h"
 
 #include <QVBoxLayout>
 

@@ -7,12 +7,12 @@
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
 #include "lib/Categories/View+ZQTExtend.h"
 #include "lib/StillCamera/StillCamera.h"
-#include "platform/ImageView.h"
-#include "platform/Log.h"
-#include "platform/Storyboard.h"
-#include "platform/TapGestureRecognizer.h"
-#include "platform/View.h"
-#include "platform/ViewAnimation.h"
+#include "platform/ui/ImageView.h"
+#include "platform/foundation/Log.h"
+#include "platform/ui/Storyboard.h"
+#include "platform/ui/TapGestureRecognizer.h"
+#include "platform/ui/View.h"
+#include "platform/ui/ViewAnimation.h"
 
 using namespace ZQTPlatform;
 using Constants = ZQTVINScanComponentConstants;

@@ -6,13 +6,13 @@
 #include "UI/Views/DigitKeyboardView.h"
 #include "ViewControllers/VinScannerVCDelegate.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
-#include "platform/AlertController.h"
-#include "platform/DeviceProfile.h"
-#include "platform/Font.h"
-#include "platform/ImageContext.h"
-#include "platform/Log.h"
-#include "platform/NotificationCenter.h"
-#include "platform/View.h"
+#include "platform/ui/AlertController.h"
+#include "platform/foundation/DeviceProfile.h"
+#include "platform/ui/Font.h"
+#include "platform/ui/ImageContext.h"
+#include "platform/foundation/Log.h"
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/ui/View.h"
 
 #include <QFontMetricsF>
 

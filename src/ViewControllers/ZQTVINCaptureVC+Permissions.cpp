@@ -2,9 +2,9 @@
 #include "ViewControllers/ZQTVINCaptureVC.h"
 
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
-#include "platform/Authorization.h"
-#include "platform/Log.h"
-#include "platform/NotificationCenter.h"
+#include "platform/foundation/Authorization.h"
+#include "platform/foundation/Log.h"
+#include "platform/foundation/NotificationCenter.h"
 
 using namespace ZQTPlatform;
 using CameraStatus = Authorization::CameraStatus;

@@ -4,9 +4,9 @@
 
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
-#include "platform/Dispatch.h"
-#include "platform/Exception.h"
-#include "platform/Log.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/foundation/Exception.h"
+#include "platform/foundation/Log.h"
 
 #include <QMutexLocker>
 

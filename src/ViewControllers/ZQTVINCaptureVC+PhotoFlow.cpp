@@ -6,9 +6,9 @@
 #include "Utils/ZQTVINScanUtils.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
 #include "lib/StillCamera/StillCamera.h"
-#include "platform/CaptureDevice.h"
-#include "platform/Log.h"
-#include "platform/View.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/foundation/Log.h"
+#include "platform/ui/View.h"
 
 #include <QFileInfo>
 #include <QGeoPositionInfo>

@@ -3,11 +3,11 @@
 
 #include "ViewControllers/VinScannerVCDelegate.h"
 #include "ViewControllers/ZQTVINCaptureVC_p.h"
-#include "platform/Log.h"
-#include "platform/NavigationController.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Storyboard.h"
-#include "platform/TabBarController.h"
+#include "platform/foundation/Log.h"
+#include "platform/ui/NavigationController.h"
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/ui/Storyboard.h"
+#include "platform/ui/TabBarController.h"
 
 using namespace ZQTPlatform;
 

@@ -8,11 +8,11 @@
 #include "Model/ZQTVINPhotoCaptureItem.h"
 #include "Model/ZQTVINScanAdjuster.h"
 #include "Utils/VINUtility.h"
-#include "platform/Bundle.h"
-#include "platform/Error.h"
-#include "platform/Image.h"
-#include "platform/TextField.h"
-#include "platform/ViewController.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/Error.h"
+#include "platform/ui/Image.h"
+#include "platform/ui/TextField.h"
+#include "platform/ui/ViewController.h"
 
 #include <QDateTime>
 #include <QList>

@@ -3,7 +3,7 @@
 // increased by one, over and over, until it is killed. After each write returns it prints the
 // value it wrote on a line of its own, so the parent knows which values were committed.
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
-#include "platform/UserDefaults.h"
+#include "platform/foundation/UserDefaults.h"
 
 #include <QString>
 

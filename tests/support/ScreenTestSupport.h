@@ -4,11 +4,11 @@
 #pragma once
 
 #include "ViewControllers/VinScannerVCDelegate.h"
-#include "platform/DeviceProfile.h"
-#include "platform/Error.h"
-#include "platform/NavigationController.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Window.h"
+#include "platform/foundation/DeviceProfile.h"
+#include "platform/foundation/Error.h"
+#include "platform/ui/NavigationController.h"
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/ui/Window.h"
 
 #include <QCoreApplication>
 #include <QMutex>

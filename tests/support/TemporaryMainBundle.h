@@ -2,7 +2,7 @@
 // the lifetime of the object (the default main bundle is restored afterwards).
 #pragma once
 
-#include "platform/Bundle.h"
+#include "platform/foundation/Bundle.h"
 
 #include <QDir>
 #include <QFile>

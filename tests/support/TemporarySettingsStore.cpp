@@ -1,7 +1,7 @@
 #include "support/TemporarySettingsStore.h"
 
-#include "platform/PropertyList.h"
-#include "platform/UserDefaults.h"
+#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/UserDefaults.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 #include "support/TestEnvironment.h"
 
-#include "platform/DeviceProfile.h"
+#include "platform/foundation/DeviceProfile.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "ZQTVINScanComponent.h"
-#include "platform/CaptureDevice.h"
+#include "platform/capture/CaptureDevice.h"
 #include "support/LogCapture.h"
 #include "support/ScreenTestSupport.h"
 

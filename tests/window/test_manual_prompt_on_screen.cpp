@@ -2,8 +2,8 @@
 // prompt opens; typed text is filtered and upper-cased; Return presses OK only while it is
 // enabled; the clear button and a middle-click paste of the X selection go through the same
 // filter and OK follows them; Escape presses Cancel, which goes back to scanning.
-#include "platform/AlertController.h"
-#include "platform/TextField.h"
+#include "platform/ui/AlertController.h"
+#include "platform/ui/TextField.h"
 #include "window/WindowTestSupport.h"
 #include "window/XScreen.h"
 

@@ -3,8 +3,8 @@
 // panel, also after a resize, an alert) drawn on screen as its widgets draw it.
 #include "UI/Views/ZQTVINScanAdjusterInfo.h"
 #include "ViewControllers/ZQTVINCaptureOverlayVC.h"
-#include "platform/AlertController.h"
-#include "platform/ViewAnimation.h"
+#include "platform/ui/AlertController.h"
+#include "platform/ui/ViewAnimation.h"
 #include "support/TestData.h"
 #include "window/WindowTestSupport.h"
 #include "window/XScreen.h"

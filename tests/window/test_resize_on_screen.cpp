@@ -3,8 +3,8 @@
 // the guide, the prompt and the photo panel are laid out again for the new size, lie inside the
 // window, and reach the screen as drawn; the guide keeps its proportions. Each size is saved as
 // <build>/test-artifacts/window_resized_<W>x<H>.png.
-#include "platform/VideoPreviewLayer.h"
-#include "platform/ViewAnimation.h"
+#include "platform/capture/VideoPreviewLayer.h"
+#include "platform/ui/ViewAnimation.h"
 #include "support/TestData.h"
 #include "window/WindowTestSupport.h"
 #include "window/XScreen.h"

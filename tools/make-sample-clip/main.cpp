@@ -6,7 +6,7 @@
 //
 // --quick encodes at VP8's fastest setting (for benchmarks that make their clips on the fly).
 #include "BarcodeArt.h"
-#include "platform/VideoFrames_p.h"
+#include "platform/capture/VideoFrames_p.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>

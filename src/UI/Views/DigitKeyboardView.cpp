@@ -1,13 +1,13 @@
 #include "UI/Views/DigitKeyboardView.h"
 
 #include "lib/Categories/View+ZQTExtend.h"
-#include "platform/Bundle.h"
-#include "platform/Font.h"
-#include "platform/Log.h"
-#include "platform/Storyboard.h"
-#include "platform/TextField.h"
-#include "platform/View.h"
-#include "platform/Window.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/ui/Font.h"
+#include "platform/foundation/Log.h"
+#include "platform/ui/Storyboard.h"
+#include "platform/ui/TextField.h"
+#include "platform/ui/View.h"
+#include "platform/ui/Window.h"
 
 #include <QGraphicsDropShadowEffect>
 #include <QMouseEvent>

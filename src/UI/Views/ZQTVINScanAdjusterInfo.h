@@ -6,7 +6,7 @@
 
 #include "ZQTGlobal.h"
 #include "Model/ZQTVINScanAdjuster.h"
-#include "platform/LayoutConstraint.h"
+#include "platform/ui/LayoutConstraint.h"
 
 #include <QLabel>
 #include <QPointer>

@@ -1,7 +1,7 @@
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
 
-#include "platform/Log.h"
-#include "platform/UserDefaults.h"
+#include "platform/foundation/Log.h"
+#include "platform/foundation/UserDefaults.h"
 
 #include <QMutex>
 

@@ -1,6 +1,6 @@
 #include "lib/Categories/Bundle+MYBundle.h"
 
-#include "platform/DeviceProfile.h"
+#include "platform/foundation/DeviceProfile.h"
 
 #include <exception>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/Bundle.h"
-#include "platform/Image.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/ui/Image.h"
 
 namespace MYBundle {
 

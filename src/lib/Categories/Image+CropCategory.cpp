@@ -1,7 +1,7 @@
 #include "lib/Categories/Image+CropCategory.h"
 
-#include "platform/DeviceProfile.h"
-#include "platform/ImageContext.h"
+#include "platform/foundation/DeviceProfile.h"
+#include "platform/ui/ImageContext.h"
 
 namespace CropCategory {
 

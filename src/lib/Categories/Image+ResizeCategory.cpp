@@ -1,7 +1,7 @@
 #include "lib/Categories/Image+ResizeCategory.h"
 
-#include "platform/Exception.h"
-#include "platform/ImageContext.h"
+#include "platform/foundation/Exception.h"
+#include "platform/ui/ImageContext.h"
 
 #include <cmath>
 #include <utility>

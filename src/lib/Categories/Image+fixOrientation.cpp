@@ -1,6 +1,6 @@
 #include "lib/Categories/Image+fixOrientation.h"
 
-#include "platform/ImageContext.h"
+#include "platform/ui/ImageContext.h"
 
 #include <cmath>
 

@@ -1,9 +1,9 @@
 #include "lib/Categories/Label+IBLabel.h"
 
 #include "Model/ZQTVINScanComponentConstants.h"
-#include "platform/Font.h"
-#include "platform/Storyboard.h"
-#include "platform/View.h"
+#include "platform/ui/Font.h"
+#include "platform/ui/Storyboard.h"
+#include "platform/ui/View.h"
 
 #include <QLabel>
 

@@ -7,7 +7,7 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/LayoutConstraint.h"
+#include "platform/ui/LayoutConstraint.h"
 
 class QWidget;
 

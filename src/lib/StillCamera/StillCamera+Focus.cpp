@@ -3,9 +3,9 @@
 #include "lib/StillCamera/StillCamera.h"
 
 #include "lib/StillCamera/StillCamera_p.h"
-#include "platform/CaptureSession.h"
-#include "platform/TapGestureRecognizer.h"
-#include "platform/VideoPreviewLayer.h"
+#include "platform/capture/CaptureSession.h"
+#include "platform/ui/TapGestureRecognizer.h"
+#include "platform/capture/VideoPreviewLayer.h"
 
 #include <QGraphicsOpacityEffect>
 

@@ -3,14 +3,14 @@
 
 #include "lib/Categories/Image+CropCategory.h"
 #include "lib/StillCamera/StillCamera_p.h"
-#include "platform/Application.h"
-#include "platform/CaptureSession.h"
-#include "platform/Dispatch.h"
-#include "platform/Orientation.h"
-#include "platform/StillImageOutput.h"
-#include "platform/TapGestureRecognizer.h"
-#include "platform/VideoPreviewLayer.h"
-#include "platform/View.h"
+#include "platform/ui/Application.h"
+#include "platform/capture/CaptureSession.h"
+#include "platform/foundation/Dispatch.h"
+#include "platform/foundation/Orientation.h"
+#include "platform/capture/StillImageOutput.h"
+#include "platform/ui/TapGestureRecognizer.h"
+#include "platform/capture/VideoPreviewLayer.h"
+#include "platform/ui/View.h"
 
 #include <optional>
 

@@ -5,10 +5,10 @@
 #pragma once
 
 #include "ZQTGlobal.h"
-#include "platform/CaptureDevice.h"
-#include "platform/Error.h"
-#include "platform/Image.h"
-#include "platform/ViewController.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/foundation/Error.h"
+#include "platform/ui/Image.h"
+#include "platform/ui/ViewController.h"
 
 #include <QPointF>
 #include <QRectF>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lib/StillCamera/StillCamera.h"
-#include "platform/CompletionGate_p.h"
+#include "platform/foundation/CompletionGate_p.h"
 
 #include <QPointer>
 #include <QPropertyAnimation>

@@ -1,0 +1,202 @@
+#include "platform/foundation/UserDefaults.h"
+
+#include "platform/foundation/Log.h"
+#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/UserDefaultsFile_p.h"
+
+#include <QCoreApplication>
+#include <QMutex>
+#include <QStandardPaths>
+#include <QWaitCondition>
+
+#include <algorithm>
+#include <optional>
+
+namespace ZQTPlatform {
+
+namespace {
+
+// PropertyList::isPropertyListValue() on a whole dictionary builds a libplist node for every
+// value in it, which makes rewriting a large dictionary slow. Containers are walked here and
+// the common kinds that are always property-list values are taken at once; any other value is
+// left to PropertyList.
+bool isStorable(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::QVariantMap: {
+        const QVariantMap entries = value.toMap();
+        return std::all_of(entries.cbegin(), entries.cend(), isStorable);
+    }
+    case QMetaType::QVariantList: {
+        const QVariantList items = value.toList();
+        return std::all_of(items.cbegin(), items.cend(), isStorable);
+    }
+    case QMetaType::QString:
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::Double:
+        return true;
+    default:
+        return PropertyList::isPropertyListValue(value);
+    }
+}
+
+} // namespace
+
+class UserDefaults::Private
+{
+public:
+    // Reads the file at first use; called with dataMutex held.
+    void ensureLoaded();
+    // Records a change of the values; called with dataMutex held.
+    void changed() { ++changeCount; }
+
+    // Guards everything below.
+    QMutex dataMutex;
+    QString path;
+    std::optional<UserDefaultsFile> file; // empty until the first use
+    QVariantMap values;
+    quint64 changeCount = 0;  // changes made to the values since the file was read
+    quint64 flushedCount = 0; // changeCount as of the last successful write
+    // One caller writes the file at a time, with dataMutex released; the others wait for it.
+    bool writing = false;
+    QWaitCondition writeFinished;
+};
+
+void UserDefaults::Private::ensureLoaded()
+{
+    if (file)
+        return;
+    file.emplace(path.isEmpty() ? UserDefaults::defaultFilePath() : path);
+    values = file->read();
+    changeCount = flushedCount = 0;
+}
+
+UserDefaults::UserDefaults()
+    : d(std::make_unique<Private>())
+{
+}
+
+UserDefaults::~UserDefaults() = default;
+
+UserDefaults &UserDefaults::standardUserDefaults()
+{
+    static UserDefaults store;
+    return store;
+}
+
+QString UserDefaults::defaultFilePath()
+{
+    QString application = QCoreApplication::applicationName();
+    if (application.isEmpty()) // no application object yet
+        application = QStringLiteral("ZQTVINScanComponent");
+    const QString organization = QCoreApplication::organizationName();
+    QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QLatin1Char('/');
+    if (!organization.isEmpty())
+        path += organization + QLatin1Char('/');
+    return path + application + QStringLiteral(".plist");
+}
+
+QString UserDefaults::filePath() const
+{
+    QMutexLocker lock(&d->dataMutex);
+    return d->file ? d->file->path() : (d->path.isEmpty() ? defaultFilePath() : d->path);
+}
+
+void UserDefaults::setFilePath(const QString &path)
+{
+    QMutexLocker lock(&d->dataMutex);
+    while (d->writing)
+        d->writeFinished.wait(&d->dataMutex);
+    d->path = path;
+    d->file.reset();
+    d->values.clear();
+}
+
+QString UserDefaults::refusalReason(const QVariant &value, const QString &key)
+{
+    if (!value.isValid())
+        return QString();
+    if (key.isNull())
+        return QStringLiteral("the key is null");
+    if (!isStorable(value))
+        return QStringLiteral("not a property-list type");
+    return QString();
+}
+
+QVariant UserDefaults::objectForKey(const QString &key) const
+{
+    if (key.isNull())
+        return QVariant();
+    QMutexLocker lock(&d->dataMutex);
+    d->ensureLoaded();
+    return d->values.value(key);
+}
+
+bool UserDefaults::setObject(const QVariant &value, const QString &key)
+{
+    if (!value.isValid()) {
+        removeObjectForKey(key);
+        return true;
+    }
+    const QString refusal = refusalReason(value, key);
+    if (!refusal.isEmpty()) {
+        log(QStringLiteral("UserDefaults: refused to store a value of type %1 for key \"%2\": %3")
+                .arg(QString::fromLatin1(value.typeName()), key, refusal));
+        return false;
+    }
+    QMutexLocker lock(&d->dataMutex);
+    d->ensureLoaded();
+    d->values.insert(key, value);
+    d->changed();
+    return true;
+}
+
+void UserDefaults::removeObjectForKey(const QString &key)
+{
+    if (key.isNull())
+        return;
+    QMutexLocker lock(&d->dataMutex);
+    d->ensureLoaded();
+    if (d->values.remove(key) > 0)
+        d->changed();
+}
+
+QVariantMap UserDefaults::dictionaryRepresentation() const
+{
+    QMutexLocker lock(&d->dataMutex);
+    d->ensureLoaded();
+    return d->values;
+}
+
+bool UserDefaults::synchronize()
+{
+    QMutexLocker lock(&d->dataMutex);
+    d->ensureLoaded();
+    const quint64 wanted = d->changeCount; // the changes made before this call
+    while (d->flushedCount < wanted) {
+        if (d->writing) {
+            // Another caller's write may well take these changes along: concurrent writers share
+            // file writes instead of queueing one write each.
+            d->writeFinished.wait(&d->dataMutex);
+            continue;
+        }
+        d->writing = true;
+        const QVariantMap snapshot = d->values;
+        const quint64 snapshotCount = d->changeCount;
+        // Readers and setters go on while the file is written.
+        lock.unlock();
+        const bool written = d->file->write(snapshot);
+        lock.relock();
+        d->writing = false;
+        if (written)
+            d->flushedCount = snapshotCount;
+        d->writeFinished.wakeAll();
+        if (!written)
+            return false;
+    }
+    return true;
+}
+
+} // namespace ZQTPlatform

@@ -1,0 +1,115 @@
+#include "platform/foundation/UserDefaultsFile_p.h"
+
+#include "platform/foundation/Log.h"
+#include "platform/foundation/PropertyList.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace ZQTPlatform {
+
+namespace {
+
+// Makes a finished rename durable: the folder entry is on disk once its folder is synced.
+void syncFolder(const QString &folder)
+{
+    const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
+// A name beside the file that nothing uses yet.
+QString unusedAsideName(const QString &path)
+{
+    const QString base = path + QStringLiteral(".corrupt-")
+                         + QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    QString name = base;
+    for (int n = 1; QFileInfo::exists(name) || QFileInfo(name).isSymLink(); ++n)
+        name = base + QLatin1Char('-') + QString::number(n);
+    return name;
+}
+
+} // namespace
+
+UserDefaultsFile::UserDefaultsFile(const QString &path)
+    : m_path(path)
+{
+}
+
+QVariantMap UserDefaultsFile::read()
+{
+    m_replaceable = true;
+    if (!QFileInfo::exists(m_path))
+        return {};
+    QString error;
+    const QVariant root = PropertyList::readFile(m_path, &error);
+    if (root.typeId() == QMetaType::QVariantMap)
+        return root.toMap();
+    if (root.isValid())
+        error = QStringLiteral("its root is not a dictionary");
+    keepAside(error);
+    return {};
+}
+
+void UserDefaultsFile::keepAside(const QString &reason)
+{
+    const QString aside = unusedAsideName(m_path);
+    if (QDir().rename(m_path, aside)) {
+        log(QStringLiteral("UserDefaults: the settings file \"%1\" could not be read (%2); it was kept as \"%3\" "
+                           "and the settings start empty")
+                .arg(m_path, reason, aside));
+        return;
+    }
+    m_replaceable = false;
+    log(QStringLiteral("UserDefaults: the settings file \"%1\" could not be read (%2) nor be kept aside; the "
+                       "settings start empty and will not be written over it")
+            .arg(m_path, reason));
+}
+
+bool UserDefaultsFile::fail(const QString &reason) const
+{
+    log(QStringLiteral("UserDefaults: could not write the settings file \"%1\": %2").arg(m_path, reason));
+    return false;
+}
+
+bool UserDefaultsFile::write(const QVariantMap &values)
+{
+    if (!m_replaceable)
+        return fail(QStringLiteral("it holds unreadable settings that could not be kept aside"));
+    QString error;
+    const QByteArray data = PropertyList::toData(values, PropertyList::Format::Binary, &error);
+    if (data.isEmpty())
+        return fail(error);
+    const QString folder = QFileInfo(m_path).absolutePath();
+    if (!QDir().mkpath(folder))
+        return fail(QStringLiteral("its folder \"%1\" cannot be created").arg(folder));
+
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly))
+        return fail(file.errorString());
+    if (file.write(data) != data.size() || !file.flush()) {
+        const QString reason = file.errorString();
+        file.cancelWriting();
+        return fail(reason);
+    }
+    // QSaveFile::commit() syncs too, but ignores a failure; this sync's result is checked.
+    if (::fsync(file.handle()) != 0) {
+        const QString reason = qt_error_string(errno);
+        file.cancelWriting();
+        return fail(reason);
+    }
+    if (!file.commit())
+        return fail(file.errorString());
+    syncFolder(folder);
+    return true;
+}
+
+} // namespace ZQTPlatform
