@@ -3,6 +3,7 @@
 #include "Model/ZQTVINScanComponentConstants.h"
 
 #include "Model/ConfigurationError_p.h"
+#include "lib/Categories/Label+IBLabel.h"
 #include "platform/ui/ButtonStyle.h"
 #include "platform/ui/Font.h"
 #include "platform/ui/ImageContext.h"
@@ -90,3 +91,14 @@ double ZQTVINScanComponentConstants::getHeightOfLabel(const QLabel *label)
     const float lines = std::ceil(float(rows / lineHeight));
     return lineHeight * lines;
 }
+
+namespace {
+
+// Labels drawn in scenes name configuration keys; their values come from here.
+const bool labelAttributesLookUpConfiguration = [] {
+    IBLabel::setConfigLookup({&ZQTVINScanComponentConstants::getConfigStringForKey,
+                              &ZQTVINScanComponentConstants::getGlobalColorForKey});
+    return true;
+}();
+
+} // namespace

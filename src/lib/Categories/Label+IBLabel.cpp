@@ -1,33 +1,50 @@
 #include "lib/Categories/Label+IBLabel.h"
 
-#include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/ui/Font.h"
 #include "platform/ui/Storyboard.h"
 #include "platform/ui/View.h"
 
 #include <QLabel>
 
-using Constants = ZQTVINScanComponentConstants;
-
 namespace IBLabel {
+
+namespace {
+
+ConfigLookup &installedLookup()
+{
+    static ConfigLookup lookup;
+    return lookup;
+}
+
+bool canLookUp(const QString &key)
+{
+    const ConfigLookup &lookup = installedLookup();
+    return !key.isEmpty() && lookup.text && lookup.color;
+}
+
+} // namespace
+
+void setConfigLookup(ConfigLookup lookup)
+{
+    installedLookup() = lookup;
+}
 
 void setTextConfigKey(QLabel *label, const QString &key)
 {
-    if (!key.isEmpty())
-        label->setText(Constants::getConfigStringForKey(key));
+    if (canLookUp(key))
+        label->setText(installedLookup().text(key));
 }
 
 void setColorConfigKey(QLabel *label, const QString &key)
 {
-    if (!key.isEmpty())
-        ZQTPlatform::setTextColor(label, Constants::getGlobalColorForKey(key));
+    if (canLookUp(key))
+        ZQTPlatform::setTextColor(label, installedLookup().color(key));
 }
 
 void setFontConfigKey(QLabel *label, const QString &key)
 {
-    if (key.isEmpty())
-        return;
-    label->setFont(ZQTPlatform::Font::labelFontWithName(Constants::getConfigStringForKey(key), label->font()));
+    if (canLookUp(key))
+        label->setFont(ZQTPlatform::Font::labelFontWithName(installedLookup().text(key), label->font()));
 }
 
 namespace {
