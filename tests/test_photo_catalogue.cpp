@@ -47,12 +47,12 @@ QStringList colorsOf(const QList<Image> &frames)
 }
 
 // Help page 0 of a host configuration with the given "imageName" value.
-QByteArray helpPageWithImageName(const QByteArray &imageNameXml)
+QByteArray helpPageWithImageName(const QByteArray &imageNameXml, const QByteArray &autoDisplayXml = "<false/>")
 {
     return "<key>HelpOverlayDetailsDictionary</key><dict><key>overlays</key><array><dict>"
            "<key>imageName</key>" + imageNameXml +
            "<key>header</key><string>Header</string><key>title</key><string>Title</string>"
-           "<key>descr</key><string>Description</string><key>autoDisplayFirstTime</key><false/>"
+           "<key>descr</key><string>Description</string><key>autoDisplayFirstTime</key>" + autoDisplayXml +
            "</dict></array></dict>";
 }
 
@@ -241,4 +241,24 @@ TEST(PhotoCatalogue, FrameworkPicturesRenderToAContactSheet)
     }
     painter.end();
     EXPECT_TRUE(sheet.save(TestData::artifactPath("catalogue_art.png")));
+}
+
+// Hand-written settings often say "NO" or 0 where a boolean belongs; they read as the platform
+// reads them, not as "any text is true".
+TEST(PhotoCatalogue, AutoDisplayTakesTheBooleanValueOfTextAndNumbers)
+{
+    const struct { QByteArray xml; bool shows; } rows[] = {
+        {"<string>NO</string>", false}, {"<string>no</string>", false}, {"<string>0</string>", false},
+        {"<string></string>", false},   {"<integer>0</integer>", false}, {"<dict/>", false},
+        {"<string>YES</string>", true}, {"<string> true</string>", true}, {"<integer>2</integer>", true},
+        {"<true/>", true},
+    };
+    for (const auto &row : rows) {
+        TemporaryMainBundle host;
+        host.writeSettings(helpPageWithImageName("<string>help_info_vin</string>", row.xml));
+        const auto screen = newScreen();
+        screen->setVINPhotoCaptureEntity();
+        ASSERT_NE(screen->vinScanItem(), nullptr) << row.xml.constData();
+        EXPECT_EQ(screen->vinScanItem()->autoDisplayFirstTime(), row.shows) << row.xml.constData();
+    }
 }

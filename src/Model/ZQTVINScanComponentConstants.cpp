@@ -137,12 +137,8 @@ bool ZQTVINScanComponentConstants::getGlobalBoolForKey(const QString &key)
     const Found found = lookUpConfigurable(key);
     if (!found.value.isValid())
         return false;
-    if (found.value.typeId() == QMetaType::QString)
-        return ZQTPlatform::StringScanner::boolValue(found.value.toString());
-    if (found.value.typeId() == QMetaType::Bool)
-        return found.value.toBool();
-    if (isNumber(found.value))
-        return found.value.toDouble() != 0.0;
+    if (const std::optional<bool> value = ZQTPlatform::StringScanner::boolValue(found.value))
+        return *value;
     ConfigurationError::raiseWrongKind(key, found.file, found.value, QStringLiteral("a boolean, a number or a string"));
 }
 

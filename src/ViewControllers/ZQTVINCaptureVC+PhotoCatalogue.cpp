@@ -7,6 +7,7 @@
 #include "platform/foundation/Dispatch.h"
 #include "platform/foundation/Exception.h"
 #include "platform/foundation/Log.h"
+#include "platform/foundation/StringScanner_p.h"
 
 #include <QMutexLocker>
 
@@ -66,7 +67,9 @@ void ZQTVINCaptureVC::setVINPhotoCaptureEntity()
     slot->setOverlayTitle(helpPageText(QStringLiteral("title")));
     slot->setOverlayDesc(helpPageText(QStringLiteral("descr")));
     slot->setAutoDisplayFirstTime(
-        Constants::getConfigHelpOverlayValueForKey(QStringLiteral("autoDisplayFirstTime"), vinSlotIndex).toBool());
+        ZQTPlatform::StringScanner::boolValue(
+            Constants::getConfigHelpOverlayValueForKey(QStringLiteral("autoDisplayFirstTime"), vinSlotIndex))
+            .value_or(false));
 
     if (!slot->isValidModel())
         return;

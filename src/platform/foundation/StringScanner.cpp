@@ -89,6 +89,25 @@ bool boolValue(QStringView text)
         || (c >= QLatin1Char('1') && c <= QLatin1Char('9'));
 }
 
+std::optional<bool> boolValue(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::QString:
+        return boolValue(QStringView(value.toString()));
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return value.toDouble() != 0.0;
+    default:
+        return std::nullopt;
+    }
+}
+
 quint32 scanHexInt(QStringView text)
 {
     qsizetype i = skipWhiteSpace(text);

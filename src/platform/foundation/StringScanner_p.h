@@ -3,7 +3,10 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 #include <QStringView>
+
+#include <optional>
 
 namespace ZQTPlatform::StringScanner {
 
@@ -13,6 +16,9 @@ float floatValue(QStringView text);
 // The text's boolean value: after blanks, an optional sign and zeros, true when the next
 // character is one of Y y T t or a digit 1-9 ("yes", "TRUE", "007"); false otherwise.
 bool boolValue(QStringView text);
+// The boolean value of a property-list value: a boolean as it is, a number when it is not zero, a
+// string by boolValue above ("NO" is false); none for any other kind.
+std::optional<bool> boolValue(const QVariant &value);
 // A scanned hexadecimal number: white space skipped, an optional "0x"/"0X", then hexadecimal
 // digits up to the first other character. 0 when there is no digit; 0xFFFFFFFF when the value
 // does not fit in 32 bits.
