@@ -70,6 +70,8 @@ void ScanHost::makeScreen()
 
 void ScanHost::show(const QSize &size)
 {
+    // Below this the help card's picture, title and text no longer fit one above the other.
+    m_window.setMinimumSize(320, 360);
     m_window.resize(size);
     m_navigation = new ZQTPlatform::NavigationController;
     // The host's own bar (shown over the result card) in the component's header colours.
