@@ -264,7 +264,6 @@ TEST(ShippedTheme, GroupsOnlyUniqueKeysAndValuesOfTheKindTheirNamesSay)
     // The office number and the copy address are the host's to give: shipped empty on purpose.
     const QSet<QString> hostOnly{"AdjusterInfoPhoneNumber", "AdjusterInfoGenericInboxEmail"};
     QSet<QString> keys;
-    int colours = 0, fonts = 0;
     for (auto group = top.cbegin(); group != top.cend(); ++group) {
         ASSERT_EQ(group.value().typeId(), QMetaType::QVariantMap) << group.key().toStdString();
         const QVariantMap values = group.value().toMap();
@@ -275,16 +274,10 @@ TEST(ShippedTheme, GroupsOnlyUniqueKeysAndValuesOfTheKindTheirNamesSay)
             if (entry.value().typeId() == QMetaType::QString) {
                 EXPECT_EQ(text.isEmpty(), hostOnly.contains(key)) << key.toStdString();
             }
-            if (key.endsWith("Color")) {
-                ++colours;
+            if (key.endsWith("Color"))
                 EXPECT_TRUE(colourText.match(text).hasMatch()) << key.toStdString();
-            }
-            if (fontKey.match(key).hasMatch()) {
-                ++fonts;
+            if (fontKey.match(key).hasMatch())
                 EXPECT_TRUE(ZQTPlatform::Font::fontWithName(text, 12.0)) << key.toStdString();
-            }
         }
     }
-    EXPECT_EQ(colours, 19);
-    EXPECT_EQ(fonts, 11);
 }

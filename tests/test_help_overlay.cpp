@@ -30,20 +30,10 @@ using Constants = ZQTVINScanComponentConstants;
 
 namespace {
 
-QColor configured(const char *key)
-{
-    return Constants::getGlobalColorForKey(QLatin1String(key));
-}
-
 class HelpOverlay : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        QImage scene(640, 480, QImage::Format_RGB32);
-        scene.fill(QColor(40, 160, 200));
-        ASSERT_TRUE(CaptureDevice::addStandIn(scene));
-    }
+    void SetUp() override { addFlatCamera(QColor(40, 160, 200)); }
     void TearDown() override { CaptureDevice::removeStandIns(); }
 
     // Pushes a new screen and waits for the end of its start-up.
@@ -52,10 +42,7 @@ protected:
         const QSize size = host.window.size();
         ZQTVINCaptureVC *screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, "CLM-HELP");
         screen->setEnableLandscapeMode(landscape);
-        const qsizetype starts = capture.steps().count("startBarCodeScanner");
-        host.navigation->pushViewController(screen, false);
-        host.window.makeKeyAndVisible();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return capture.steps().count("startBarCodeScanner") > starts; }, 3000));
+        pushAndWait(host, screen, capture);
         started.start();
         // The window grows to the scene's first minimum while showing; back to the device's size.
         host.window.resize(size);
@@ -107,15 +94,11 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
     EXPECT_EQ(card->titleLbl()->text(), "Find the VIN barcode");
     EXPECT_TRUE(card->descrLbl()->text().startsWith("Look for the barcode"));
     EXPECT_EQ(card->lblTapAnyWhere()->text(), Constants::getConfigStringForKey("HelpOverlayTextCloseLabel"));
-    EXPECT_EQ(textColor(card->headerLbl()), configured("HelpOverlayVehiclePhotoLabelColor"));
-    EXPECT_EQ(textColor(card->descrLbl()), configured("HelpOverlayMidSubTitleLabelColor"));
-    EXPECT_EQ(card->titleLbl()->font().family(), "Liberation Sans");
-    EXPECT_EQ(backgroundColor(card->findChild<QWidget *>("overlayBackdrop")), configured("HelpOverlayBackgroundColor"));
-    EXPECT_EQ(card->findChild<QWidget *>("overlayBackdrop")->geometry(), card->rect());
+    EXPECT_EQ(card->titleLbl()->font().family(), "Liberation Sans"); // colours on screen: tests/window/
     expectNothingClipped(card);
 
     ImageView *picture = card->imageView();
-    EXPECT_EQ(backgroundColor(picture), configured("HelpOverlayImageBackgroundColor"));
+    EXPECT_EQ(backgroundColor(picture), configuredColour("HelpOverlayImageBackgroundColor"));
     EXPECT_EQ(picture->animationImages().size(), 8) << "four frames forward and back";
     EXPECT_EQ(picture->animationDuration(), 5.0);
     ASSERT_TRUE(picture->isAnimating());
@@ -261,15 +244,10 @@ TEST_F(HelpOverlay, BlankWordAndSpareImageView)
     for (const char *other : {"blank ", "", "blanks"})
         EXPECT_FALSE(screen->isOverlayValueBlank(other)) << other;
 
-    QImage red(4, 2, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    QImage blue = red;
+    QImage blue(4, 2, QImage::Format_RGB32);
     blue.fill(Qt::blue);
-    ImageView *spare = screen->overlayImageViewWithImage(Image(red));
+    ImageView *spare = screen->overlayImageViewWithImage(Image(QImage(8, 8, QImage::Format_RGB32)));
     ASSERT_NE(spare, nullptr);
-    EXPECT_EQ(spare->borderWidth(), 1.0);
-    EXPECT_EQ(spare->borderColor(), QColor(Qt::black));
-    EXPECT_EQ(spare->size(), QSize(4, 2));
     EXPECT_EQ(screen->overlayImageViewWithImage(Image(blue)), spare) << "made once";
     EXPECT_EQ(spare->image().bitmap(), blue);
 }

@@ -5,13 +5,10 @@
 #include "platform/foundation/Exception.h"
 #include "support/TemporaryMainBundle.h"
 
-#include "support/TestData.h"
-
 #include <gtest/gtest.h>
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QPainter>
 #include <QTest>
 
 #include <atomic>
@@ -221,26 +218,6 @@ TEST(PhotoCatalogue, BuiltinSlotsAreTheHostListHandedOverOnAPoolThread)
     });
     ASSERT_TRUE(QTest::qWaitFor([&] { return done.load(); }, 3000));
     EXPECT_TRUE(onPool && asSet);
-}
-
-// The framework's pictures, rendered for a person to look at.
-TEST(PhotoCatalogue, FrameworkPicturesRenderToAContactSheet)
-{
-    const char *names[] = {"carousel_VIN", "help_info_vin", "cam_info_vin", "help_vin_frame_1",
-                           "help_vin_frame_2", "help_vin_frame_3", "help_vin_frame_4"};
-    QImage sheet(1280, 640, QImage::Format_ARGB32);
-    sheet.fill(QColor("#d9dde3"));
-    QPainter painter(&sheet);
-    for (int i = 0; i < 7; ++i) {
-        const QImage image = frameworkImage(names[i]).bitmap();
-        ASSERT_FALSE(image.isNull()) << names[i];
-        const QPoint origin((i % 4) * 320 + 10, (i / 4) * 320 + 10);
-        if (i == 2) // a stand-in for the live camera under the camera overlay
-            painter.fillRect(QRect(origin, image.size()), QColor("#7d8b6a"));
-        painter.drawImage(origin, image);
-    }
-    painter.end();
-    EXPECT_TRUE(sheet.save(TestData::artifactPath("catalogue_art.png")));
 }
 
 // Hand-written settings often say "NO" or 0 where a boolean belongs; they read as the platform

@@ -1,18 +1,12 @@
-// Platform stand-ins without pictures: the notification centre, the main and global queues,
-// the system version of the device profile, bundles and fonts by exact name.
-#include "platform/foundation/Bundle.h"
-#include "platform/foundation/DeviceProfile.h"
+// Platform stand-ins without pictures: the notification centre while observers change and
+// threads post, and the main and global queues. Observing and posting themselves, bundles, fonts
+// and the system version are exercised through the capture screen, configuration and image tests.
 #include "platform/foundation/Dispatch.h"
-#include "platform/ui/Font.h"
 #include "platform/foundation/NotificationCenter.h"
-#include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QFontInfo>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
@@ -21,29 +15,6 @@
 #include <vector>
 
 using namespace ZQTPlatform;
-
-TEST(NotificationCenterPosting, MatchingObserversAreCalledInOrderWithThePayloadUntilRemoved)
-{
-    NotificationCenter center;
-    QStringList calls;
-    int first = 0, second = 0, everything = 0, other = 0;
-    center.addObserver(&first, "SAVE", [&](const Notification &n) {
-        calls << "first:" + n.name + ":" + n.object.toString() + ":" + n.userInfo.value("title").toString();
-    });
-    center.addObserver(&everything, QString(), [&](const Notification &) { calls << "everything"; });
-    center.addObserver(&second, "SAVE", [&](const Notification &) { calls << "second"; });
-    center.addObserver(&second, "OTHER", [&](const Notification &) { calls << "second:other"; });
-    center.addObserver(&other, "OTHER", [&](const Notification &) { calls << "other"; });
-    center.postNotificationName("SAVE", "claim-1", {{"title", "VIN"}});
-    EXPECT_EQ(calls, (QStringList{"first:SAVE:claim-1:VIN", "everything", "second"}));
-
-    calls.clear();
-    center.removeObserver(&second, "SAVE");
-    center.removeObserver(&everything);
-    center.postNotificationName("SAVE");
-    center.postNotificationName("OTHER");
-    EXPECT_EQ(calls, (QStringList{"first:SAVE::", "second:other", "other"}));
-}
 
 TEST(NotificationCenterPosting, HandlersMayAddAndRemoveObserversWhilePosting)
 {
@@ -91,22 +62,6 @@ TEST(NotificationCenterPosting, ManyThreadsObserveAndPostAtOnce)
     EXPECT_EQ(wildcardCalls.load(), kThreads * kPosts);
 }
 
-TEST(DispatchQueues, MainAsyncAndMainAfterRunOnALaterTurnInOrder)
-{
-    QElapsedTimer clock;
-    clock.start();
-    QStringList runs;
-    qint64 lateAt = -1;
-    Dispatch::mainAfter(0.15, [&] { runs << "late"; lateAt = clock.elapsed(); });
-    Dispatch::mainAfter(0.03, [&] { runs << "early"; });
-    Dispatch::mainAsync([&] { runs << "one"; });
-    Dispatch::mainAsync([&] { runs << "two"; });
-    EXPECT_TRUE(runs.isEmpty());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return runs.size() == 4; }, 3000));
-    EXPECT_EQ(runs, (QStringList{"one", "two", "early", "late"}));
-    EXPECT_GE(lateAt, 140);
-}
-
 TEST(DispatchQueues, OnMainRunsAtOnceOnTheGuiThreadAndIsQueuedFromAWorker)
 {
     bool ranAtOnce = false;
@@ -137,43 +92,4 @@ TEST(DispatchQueues, OnMainRunsAtOnceOnTheGuiThreadAndIsQueuedFromAWorker)
     });
     EXPECT_TRUE(QTest::qWaitFor([&] { return delayedRanOnMain.load(); }, 3000));
     EXPECT_TRUE(offMain);
-}
-
-TEST(DeviceProfileTest, SystemVersionReadsAsAFloat)
-{
-    DeviceProfile profile;
-    for (const auto &[text, value] : {std::pair<QString, float>{"8.0", 8.0f}, {"16.4.1", 16.4f}, {" 12", 12.0f},
-                                      {"7.1beta", 7.1f}, {"", 0.0f}, {"abc", 0.0f}}) {
-        profile.systemVersion = text;
-        EXPECT_FLOAT_EQ(profile.systemVersionValue(), value) << text.toStdString();
-    }
-}
-
-// The framework bundle and folder lookups are exercised by the configuration and image tests.
-TEST(Bundles, ResourceNamesMayCarryTheirExtensionAndAreNotSearchedForInSubFolders)
-{
-    EXPECT_EQ(Bundle::mainBundle().bundlePath(), QCoreApplication::applicationDirPath()) << "the default main bundle";
-    QTemporaryDir dir;
-    const QString flash = writeTestFile(dir.filePath("ZQTMedia.bundle/icons/flash.png"), QByteArray());
-    const Bundle bundle = Bundle::bundleWithPath(dir.path());
-    EXPECT_EQ(bundle.pathForResource("ZQTMedia.bundle/icons/flash", "png"), flash);
-    EXPECT_EQ(bundle.pathForResource("ZQTMedia.bundle/icons/flash.png", QString()), flash);
-    EXPECT_TRUE(bundle.pathForResource("flash", "png").isEmpty());
-    EXPECT_TRUE(bundle.pathForResource(QString(), QString()).isEmpty());
-    EXPECT_TRUE(Bundle::bundleWithPath(flash).isNull()) << "a file is no bundle";
-    EXPECT_TRUE(Bundle().pathForResource("ZQTMedia", "bundle").isEmpty());
-}
-
-// Fonts by PostScript name are exercised by the configuration and label tests.
-TEST(FontsByName, FullNamesFindTheFaceAtWholePixelSizesAndNearMissesFindNothing)
-{
-    const std::optional<QFont> byFullName = Font::fontWithName("Liberation Sans Bold", 17.6);
-    ASSERT_TRUE(byFullName);
-    EXPECT_EQ(QFontInfo(*byFullName).family(), "Liberation Sans");
-    EXPECT_TRUE(QFontInfo(*byFullName).bold());
-    EXPECT_EQ(byFullName->pixelSize(), 18);
-    EXPECT_EQ(Font::fontWithName("DejaVuSans", 0.2)->pixelSize(), 1);
-    EXPECT_EQ(Font::systemFontOfSize(13.0).pixelSize(), 13);
-    for (const char *name : {"Helvetica-Bold-NoSuch", "DejaVuSans-Bol", "(null)", ""})
-        EXPECT_FALSE(Font::fontWithName(name, 10.0)) << name;
 }

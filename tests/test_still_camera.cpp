@@ -89,16 +89,6 @@ protected:
 
 } // namespace
 
-TEST_F(StillCameraTest, TheNamedConstructorSetsQualityPositionAndTheTwoSwitches)
-{
-    std::unique_ptr<StillCamera> camera(StillCamera::initWithQuality(Quality::Medium, Position::Front));
-    EXPECT_EQ(camera->cameraQuality(), Quality::Medium);
-    EXPECT_EQ(camera->cameraPosition(), Position::Front);
-    EXPECT_FALSE(camera->fixOrientationAfterCapture());
-    EXPECT_TRUE(camera->tapToFocus());
-    EXPECT_EQ(camera->session(), nullptr) << "nothing is started";
-}
-
 TEST_F(StillCameraTest, QualityChoosesThePresetAtTheFirstStartAnyOtherValueIsPhoto)
 {
     const QList<std::pair<uint, QString>> table = {{0, CaptureSession::presetLow},  {1, CaptureSession::presetMedium},
@@ -299,6 +289,7 @@ TEST_F(StillCameraTest, ScreenMakesItsCameraBehindTheOverlaysFocusesTheCentreAnd
     EXPECT_EQ(camera->geometry(), frame);
     EXPECT_EQ(screen->findChildren<QWidget *>(Qt::FindDirectChildrenOnly).first(), camera.data());
     EXPECT_TRUE(camera->fixOrientationAfterCapture());
+    EXPECT_TRUE(camera->tapToFocus());
     EXPECT_EQ(camera->cameraQuality(), Quality::Photo);
 
     camera->start();

@@ -1,23 +1,19 @@
-// The view-controller stand-ins: lifecycle order, navigation, modal presentation, storyboards,
-// the shared application and the window's size transitions.
+// The view-controller stand-ins: the order of the hooks and the bar in navigation, modal
+// presentation, the shared application and the window's size transitions. Loading and tab bar
+// controllers are exercised through the capture screen (test_capture_screen.cpp).
 #include "platform/ui/Application.h"
 #include "platform/foundation/DeviceProfile.h"
-#include "platform/foundation/Exception.h"
 #include "platform/ui/NavigationBar.h"
 #include "platform/ui/NavigationController.h"
 #include "platform/foundation/NotificationCenter.h"
-#include "platform/ui/Storyboard.h"
-#include "platform/ui/TabBarController.h"
 #include "platform/ui/TransitionCoordinator.h"
 #include "platform/ui/Window.h"
 #include "support/LogCapture.h"
 #include "support/ScreenTestSupport.h"
-#include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
 
 #include <QPointer>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace ZQTPlatform;
@@ -75,25 +71,6 @@ struct Fixture
 
 } // namespace
 
-TEST(ViewControllerLifecycle, LoadsOnceAndAppearsThenDisappears)
-{
-    Fixture f;
-    RecordingController loadedOnly(&f.journal, "L");
-    loadedOnly.loadViewIfNeeded();
-    loadedOnly.loadViewIfNeeded();
-    EXPECT_EQ(f.journal, QStringList({"L.viewDidLoad"})) << "loadViewIfNeeded does not appear";
-
-    f.journal.clear();
-    RecordingController *a = f.showRoot(f.controller("A"));
-    EXPECT_EQ(f.journal, QStringList({"A.viewDidLoad", "A.viewWillAppear", "A.viewDidAppear"}));
-    f.journal.clear();
-    a->hide();
-    settle();
-    a->show();
-    settle();
-    EXPECT_EQ(f.journal, QStringList({"A.viewWillDisappear", "A.viewDidDisappear", "A.viewWillAppear", "A.viewDidAppear"}));
-}
-
 TEST(NavigationControllerTest, PushAndPopRunTheHooksInPlatformOrder)
 {
     Fixture f;
@@ -117,27 +94,21 @@ TEST(NavigationControllerTest, PushAndPopRunTheHooksInPlatformOrder)
     EXPECT_EQ(navigation->popViewControllerAnimated(false), nullptr) << "the root is never popped";
 }
 
-TEST(NavigationControllerTest, BarShowsTopTitleKeepsItsHeightAndFollowsFlags)
+TEST(NavigationControllerTest, BarShowsTheTopTitleAndAHiddenBarGivesItsRoomToTheContent)
 {
     Fixture f;
     RecordingController *a = f.controller("A");
     a->setTitle("First");
     auto *navigation = f.showRoot(new NavigationController(a));
     RecordingController *b = f.controller("B");
-    b->setHidesBottomBarWhenPushed(true);
     navigation->pushViewController(b, false);
     b->setTitle("Second");
     EXPECT_EQ(navigation->navigationBar()->title(), "Second");
-    EXPECT_TRUE(navigation->isBottomBarHidden());
-
     navigation->setNavigationBarHidden(true);
-    EXPECT_EQ(navigation->navigationBar()->height(), 44);
     settle();
-    EXPECT_EQ(b->mapTo(&f.window, QPoint(0, 0)).y(), 0) << "the content moves up under a hidden bar";
-
+    EXPECT_EQ(b->mapTo(&f.window, QPoint(0, 0)).y(), 0);
     navigation->popViewControllerAnimated(false);
     EXPECT_EQ(navigation->navigationBar()->title(), "First");
-    EXPECT_FALSE(navigation->isBottomBarHidden());
 }
 
 TEST(ModalPresentation, CoversTheWindowLinksBothWaysRefusesASecondAndDismissDeletes)
@@ -175,47 +146,6 @@ TEST(ModalPresentation, CoversTheWindowLinksBothWaysRefusesASecondAndDismissDele
     EXPECT_TRUE(completed);
     EXPECT_TRUE(presented.isNull()) << "deleted once it has disappeared";
     EXPECT_EQ(root->presentedViewController(), nullptr);
-}
-
-TEST(TabBarControllerTest, ShowsTheSelectedControllerAndIsFoundByItsChildren)
-{
-    Fixture f;
-    auto *tabs = new TabBarController;
-    RecordingController *b = f.controller("B");
-    tabs->setViewControllers({f.controller("A"), b});
-    f.showRoot(tabs);
-    EXPECT_EQ(b->tabBarController(), tabs);
-    EXPECT_FALSE(f.journal.contains("B.viewWillAppear"));
-    tabs->setSelectedIndex(1);
-    settle();
-    EXPECT_EQ(tabs->selectedViewController(), b);
-    EXPECT_TRUE(f.journal.contains("A.viewDidDisappear"));
-    EXPECT_TRUE(f.journal.contains("B.viewDidAppear"));
-}
-
-// The registered class, the outlets and the constraints of a scene are exercised through the
-// capture screen's own storyboard (test_capture_screen.cpp); here only the refusals.
-TEST(StoryboardTest, UnknownClassFallsBackToThePlainControllerAndAMissingSceneOrFolderIsRefused)
-{
-    QTemporaryDir dir;
-    writeTestFile(dir.filePath("Board/Scene.ui"),
-                  "<ui version=\"4.0\"><widget class=\"QWidget\" name=\"view\"><property name=\"customClass\" "
-                  "stdset=\"0\"><string>NoSuchController</string></property></widget></ui>");
-    const Storyboard storyboard = Storyboard::storyboardWithName("Board", Bundle::bundleWithPath(dir.path()));
-
-    LogCapture capture;
-    std::unique_ptr<ViewController> controller(storyboard.instantiateViewControllerWithIdentifier("Scene"));
-    ASSERT_NE(controller, nullptr);
-    EXPECT_STREQ(controller->metaObject()->className(), "ZQTPlatform::ViewController");
-    EXPECT_TRUE(capture.lines().contains("Unknown class NoSuchController in Interface Builder file."));
-    try {
-        storyboard.instantiateViewControllerWithIdentifier("Elsewhere");
-        ADD_FAILURE() << "an unknown identifier must raise";
-    } catch (const Exception &e) {
-        EXPECT_EQ(e.name(), "NSInvalidArgumentException");
-        EXPECT_TRUE(e.reason().contains("'Elsewhere'"));
-    }
-    EXPECT_TRUE(Storyboard::storyboardWithName("NoBoard", Bundle::bundleWithPath(dir.path())).isNull());
 }
 
 TEST(ApplicationTest, PostsForegroundAndBackgroundOncePerTransition)

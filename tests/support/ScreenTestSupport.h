@@ -1,18 +1,24 @@
 // What the tests of the capture screen share: a phone profile, a window with a navigation
-// controller, a delegate that records its calls from any thread, and a recorder of the analytics
-// notifications.
+// controller, pushing a screen and waiting for its start-up, a camera stand-in of one colour, a
+// delegate that records its calls from any thread, and a recorder of the analytics notifications.
 #pragma once
 
+#include "ZQTVINScanComponent.h"
 #include "ViewControllers/VinScannerVCDelegate.h"
+#include "platform/capture/CaptureDevice.h"
 #include "platform/foundation/DeviceProfile.h"
 #include "platform/foundation/Error.h"
 #include "platform/ui/NavigationController.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/ui/Window.h"
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
 
 #include <QCoreApplication>
 #include <QMutex>
 #include <QSizeF>
+#include <QTest>
 #include <QThread>
 #include <QVariantMap>
 
@@ -39,6 +45,37 @@ struct PhoneHost
     ZQTPlatform::Window window;
     ZQTPlatform::NavigationController *navigation;
 };
+
+// How many capture screens have ended their start-up so far: with the scanner or the manual prompt.
+inline qsizetype startUps(const LogCapture &log)
+{
+    const QStringList steps = log.steps();
+    return steps.count(QStringLiteral("startBarCodeScanner")) + steps.count(QStringLiteral("promptForVin"));
+}
+
+// Pushes the screen on the host's stack, shows the window and waits for the end of its start-up.
+inline ZQTVINCaptureVC *pushAndWait(PhoneHost &host, ZQTVINCaptureVC *screen, const LogCapture &log)
+{
+    const qsizetype before = startUps(log);
+    host.navigation->pushViewController(screen, false);
+    host.window.makeKeyAndVisible();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return startUps(log) > before; }, 5000)) << "the screen did not start up";
+    return screen;
+}
+
+// A camera stand-in showing a 640 x 480 picture of one colour.
+inline void addFlatCamera(const QColor &colour)
+{
+    QImage scene(640, 480, QImage::Format_RGB32);
+    scene.fill(colour);
+    ZQTPlatform::CaptureDevice::addStandIn(scene);
+}
+
+// A colour of the configuration.
+inline QColor configuredColour(const char *key)
+{
+    return ZQTVINScanComponentConstants::getGlobalColorForKey(QLatin1String(key));
+}
 
 // The delegate's calls, from whichever thread makes them.
 struct RecordingDelegate : VinScannerVCDelegate

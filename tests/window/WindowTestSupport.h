@@ -35,18 +35,13 @@ protected:
     {
         screen = pushed;
         const QSize size = host.window.size();
-        const qsizetype starts = startUps();
+        const qsizetype starts = startUps(capture);
         host.navigation->pushViewController(pushed, false);
         host.window.makeKeyAndVisible();
         host.window.resize(size); // the scene's minimum may have grown it while showing
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&host.window));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return startUps() > starts; }, 5000));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return startUps(capture) > starts; }, 5000));
         return pushed;
-    }
-    qsizetype startUps() const
-    {
-        const QStringList steps = capture.steps();
-        return steps.count("startBarCodeScanner") + steps.count("promptForVin");
     }
 
     LogCapture capture;

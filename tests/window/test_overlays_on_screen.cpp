@@ -12,14 +12,8 @@
 #include <QLabel>
 
 using namespace ZQTPlatform;
-using Constants = ZQTVINScanComponentConstants;
 
 namespace {
-
-QColor configured(const char *key)
-{
-    return Constants::getGlobalColorForKey(QLatin1String(key));
-}
 
 // Whatever is on screen where the widgets would draw something else.
 constexpr double sameShareWanted = 0.99;
@@ -56,13 +50,13 @@ TEST_F(RealWindow, HelpCardIsOnTheXScreenWholeAtFirstShowWhileFadingAndAtRest)
     EXPECT_TRUE(rest.onScreen.save(TestData::artifactPath("window_help_card_xscreen.png")));
     EXPECT_GE(rest.sameShare(), sameShareWanted);
     const QImage &x = rest.onScreen;
-    EXPECT_GT(XScreen::pixelsNear(x, XScreen::rectInWindow(card->titleLbl()), configured("HelpOverlayMidTitleLabelColor")), textPixels);
-    EXPECT_GT(XScreen::pixelsNear(x, XScreen::rectInWindow(card->descrLbl()), configured("HelpOverlayMidSubTitleLabelColor")), textPixels);
-    EXPECT_GT(XScreen::pixelsNear(x, XScreen::rectInWindow(card->headerLbl()), configured("HelpOverlayVehiclePhotoLabelColor")), textPixels);
-    EXPECT_GT(XScreen::pixelsNear(x, XScreen::rectInWindow(card->lblTapAnyWhere()), configured("HelpOverlayTapAnywhereLabelColor")), textPixels);
+    EXPECT_GT(XScreen::pixelsNear(x, XScreen::rectInWindow(card->titleLbl()), configuredColour("HelpOverlayMidTitleLabelColor")), textPixels);
+    EXPECT_GT(XScreen::pixelsNear(x, XScreen::rectInWindow(card->descrLbl()), configuredColour("HelpOverlayMidSubTitleLabelColor")), textPixels);
+    EXPECT_GT(XScreen::pixelsNear(x, XScreen::rectInWindow(card->headerLbl()), configuredColour("HelpOverlayVehiclePhotoLabelColor")), textPixels);
+    EXPECT_GT(XScreen::pixelsNear(x, XScreen::rectInWindow(card->lblTapAnyWhere()), configuredColour("HelpOverlayTapAnywhereLabelColor")), textPixels);
     // The backdrop fills the card around its texts and picture.
     const QRect cardRect = XScreen::rectInWindow(card);
-    EXPECT_GT(XScreen::pixelsNear(x, cardRect, configured("HelpOverlayBackgroundColor"), 4),
+    EXPECT_GT(XScreen::pixelsNear(x, cardRect, configuredColour("HelpOverlayBackgroundColor"), 4),
               cardRect.width() * cardRect.height() / 2);
 
     // Every alpha between the ends shows the whole card, blended.
