@@ -1,5 +1,7 @@
 #include "platform/foundation/PropertyList.h"
 
+#include "platform/foundation/BinaryPlistScreen_p.h"
+
 #include <QDateTime>
 #include <QFile>
 #include <QXmlStreamReader>
@@ -225,7 +227,13 @@ QVariant PropertyList::fromData(const QByteArray &data, QString *error)
     const auto length = uint32_t(data.size());
     plist_t root = nullptr;
     if (plist_is_binary(data.constData(), length)) {
-        // The binary reader checks offsets and the trailer itself and refuses damaged input.
+        // The binary reader checks offsets and the trailer itself and refuses damaged input, but
+        // aborts on some well-formed input, which is refused here first.
+        const QString hazard = binaryPlistHazard(data);
+        if (!hazard.isEmpty()) {
+            setError(error, hazard);
+            return QVariant();
+        }
         plist_from_bin(data.constData(), length, &root);
     } else {
         if (!isWellFormedXml(data, error))
