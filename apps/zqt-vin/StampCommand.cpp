@@ -88,13 +88,17 @@ QString stampTextFromNmea(const QString &file)
     ZQTPlatform::LocationManager::setNmeaFile(file);
     QString text;
     QEventLoop loop;
+    // The limit runs from before the request, which opens the file.
+    QTimer::singleShot(kPositionTimeoutMs, &loop, &QEventLoop::quit);
+    bool answered = false;
     Constants::sharedInstance()->getTextOverlayWithLatLongDate([&](bool success, const QString &answer) {
         if (success)
             text = answer;
+        answered = true;
         loop.quit();
     });
-    QTimer::singleShot(kPositionTimeoutMs, &loop, &QEventLoop::quit);
-    loop.exec();
+    if (!answered)
+        loop.exec();
     return text;
 }
 

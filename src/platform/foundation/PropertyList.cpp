@@ -1,9 +1,9 @@
 #include "platform/foundation/PropertyList.h"
 
 #include "platform/foundation/BinaryPlistScreen_p.h"
+#include "platform/foundation/RegularFile_p.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QXmlStreamReader>
 
 #include <plist/plist.h>
@@ -250,12 +250,12 @@ QVariant PropertyList::fromData(const QByteArray &data, QString *error)
 
 QVariant PropertyList::readFile(const QString &path, QString *error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        setError(error, file.errorString());
+    const RegularFileContent content = readRegularFile(path);
+    if (content.status != RegularFileContent::Status::Read) {
+        setError(error, content.error);
         return QVariant();
     }
-    return fromData(file.readAll(), error);
+    return fromData(content.data, error);
 }
 
 QByteArray PropertyList::toData(const QVariant &value, Format format, QString *error)

@@ -19,7 +19,8 @@ public:
     // Parses a whole property list. Returns an invalid QVariant and fills *error when the data
     // is not a complete, well-formed property list (a truncated file is refused, not half-read).
     static QVariant fromData(const QByteArray &data, QString *error = nullptr);
-    // Reads a file; a missing, unreadable or malformed file gives an invalid QVariant and *error.
+    // Reads a file; a missing, unreadable or malformed file, or anything but a regular file of at
+    // most 64 MiB, gives an invalid QVariant and *error.
     static QVariant readFile(const QString &path, QString *error = nullptr);
     // Serialises a value; returns an empty array and fills *error when the value (or anything
     // inside it) is not a property-list type.

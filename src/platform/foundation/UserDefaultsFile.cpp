@@ -2,6 +2,7 @@
 
 #include "platform/foundation/Log.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/RegularFile_p.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -47,10 +48,12 @@ UserDefaultsFile::UserDefaultsFile(const QString &path)
 QVariantMap UserDefaultsFile::read()
 {
     m_replaceable = true;
-    if (!QFileInfo::exists(m_path))
+    const RegularFileContent content = readRegularFile(m_path);
+    if (content.status == RegularFileContent::Status::Missing)
         return {};
-    QString error;
-    const QVariant root = PropertyList::readFile(m_path, &error);
+    QString error = content.error;
+    const QVariant root =
+        content.status == RegularFileContent::Status::Read ? PropertyList::fromData(content.data, &error) : QVariant();
     if (root.typeId() == QMetaType::QVariantMap)
         return root.toMap();
     if (root.isValid())
