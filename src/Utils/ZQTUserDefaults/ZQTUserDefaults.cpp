@@ -1,6 +1,7 @@
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
 
 #include "platform/foundation/Log.h"
+#include "platform/foundation/PropertyList.h"
 #include "platform/foundation/UserDefaults.h"
 
 #include <QMutex>
@@ -119,8 +120,11 @@ void ZQTUserDefaults::setObjectForKeyWithClaimID(const QVariant &object, const Q
         setObject(object, key);
         return;
     }
-    // Checked here, before the claim is touched, so that the log names the key and the claim.
-    const QString refusal = ZQTPlatform::UserDefaults::refusalReason(object, key);
+    // Checked here, before the claim is touched, so that the log names the key and the claim; the
+    // claim id becomes a key of "ClaimList" and is checked as one.
+    QString refusal = ZQTPlatform::UserDefaults::refusalReason(object, key);
+    if (refusal.isEmpty() && object.isValid())
+        ZQTPlatform::PropertyList::isPropertyListText(claimID, &refusal);
     if (!refusal.isEmpty()) {
         ZQTPlatform::log(QStringLiteral("ZQTUserDefaults: refused to store a value of type %1 for key \"%2\" of "
                                         "claim \"%3\": %4")

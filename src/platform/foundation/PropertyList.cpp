@@ -50,6 +50,15 @@ bool isWellFormedXml(const QByteArray &data, QString *error)
     return false;
 }
 
+// Whether libplist can keep the text whole (it cannot hold U+0000).
+bool canBeKept(const QString &text, QString *error)
+{
+    if (!text.contains(QChar(0)))
+        return true;
+    setError(error, QStringLiteral("a string or key holds U+0000, which a property list cannot keep"));
+    return false;
+}
+
 QVariant toVariant(plist_t node, QString *error)
 {
     switch (plist_get_node_type(node)) {
@@ -82,11 +91,17 @@ QVariant toVariant(plist_t node, QString *error)
         return QByteArray(bytes, qsizetype(length));
     }
     case PLIST_DATE: {
+        // libplist 2.2 gives the whole seconds cut towards zero and the fraction without its sign;
+        // a date beyond 32-bit seconds (or not a number) comes out as the lowest 32-bit number.
         int32_t seconds = 0;
         int32_t microseconds = 0;
         plist_get_date_val(node, &seconds, &microseconds);
-        const qint64 msecs = std::llround(seconds * 1000.0 + microseconds / 1000.0);
-        return referenceDate().addMSecs(msecs);
+        if (seconds == std::numeric_limits<int32_t>::min() || microseconds < 0 || microseconds >= 1000000) {
+            setError(error, QStringLiteral("a date lies beyond the range a property list date can hold here"));
+            return QVariant();
+        }
+        const double fraction = (seconds < 0 ? -microseconds : microseconds) / 1000.0;
+        return referenceDate().addMSecs(std::llround(seconds * 1000.0 + fraction));
     }
     case PLIST_ARRAY: {
         QVariantList list;
@@ -160,6 +175,9 @@ Node toNode(const QVariant &value, QString *error)
     case QMetaType::Double:
         return Node(plist_new_real(value.toDouble()));
     case QMetaType::QString: {
+        // libplist keeps strings NUL-terminated and would cut the text at U+0000.
+        if (!canBeKept(value.toString(), error))
+            return Node();
         const QByteArray utf8 = value.toString().toUtf8();
         return Node(plist_new_string(utf8.constData()));
     }
@@ -171,8 +189,10 @@ Node toNode(const QVariant &value, QString *error)
         const QDateTime date = value.toDateTime();
         const qint64 msecs = date.isValid() ? referenceDate().msecsTo(date) : 0;
         const qint64 seconds = msecs >= 0 ? msecs / 1000 : -((-msecs + 999) / 1000);
-        if (!date.isValid() || seconds < std::numeric_limits<int32_t>::min()
-            || seconds > std::numeric_limits<int32_t>::max()) {
+        // The lowest 32-bit second reads back as "out of range", and within the second before
+        // the reference date a fraction reads back with the wrong sign (see toVariant).
+        if (!date.isValid() || seconds <= std::numeric_limits<int32_t>::min()
+            || seconds > std::numeric_limits<int32_t>::max() || (seconds == -1 && msecs != -1000)) {
             setError(error, QStringLiteral("date %1 cannot be stored in a property list")
                                 .arg(date.toString(Qt::ISODateWithMs)));
             return Node();
@@ -195,6 +215,8 @@ Node toNode(const QVariant &value, QString *error)
         Node dict(plist_new_dict());
         const QVariantMap map = value.toMap();
         for (auto it = map.cbegin(); it != map.cend(); ++it) {
+            if (!canBeKept(it.key(), error))
+                return Node();
             Node child = toNode(it.value(), error);
             if (!child)
                 return Node();
@@ -280,9 +302,14 @@ QByteArray PropertyList::toData(const QVariant &value, Format format, QString *e
     return result;
 }
 
-bool PropertyList::isPropertyListValue(const QVariant &value)
+bool PropertyList::isPropertyListValue(const QVariant &value, QString *why)
 {
-    return bool(toNode(value, nullptr));
+    return bool(toNode(value, why));
+}
+
+bool PropertyList::isPropertyListText(const QString &text, QString *why)
+{
+    return canBeKept(text, why);
 }
 
 } // namespace ZQTPlatform

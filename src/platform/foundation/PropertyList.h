@@ -25,8 +25,13 @@ public:
     // Serialises a value; returns an empty array and fills *error when the value (or anything
     // inside it) is not a property-list type.
     static QByteArray toData(const QVariant &value, Format format = Format::Xml, QString *error = nullptr);
-    // True when the value and everything inside it can be stored in a property list.
-    static bool isPropertyListValue(const QVariant &value);
+    // True when the value and everything inside it can be stored in a property list so that it
+    // reads back equal; else *why says what cannot be. Strings and keys holding U+0000 cannot, nor
+    // dates outside 1932-12-13T20:45:53Z..2069-01-19T03:14:07Z or within the second before
+    // 2001-01-01 with a fraction of a second.
+    static bool isPropertyListValue(const QVariant &value, QString *why = nullptr);
+    // The same for a string or a dictionary key.
+    static bool isPropertyListText(const QString &text, QString *why = nullptr);
 };
 
 } // namespace ZQTPlatform

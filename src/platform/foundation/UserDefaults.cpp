@@ -18,27 +18,32 @@ namespace {
 
 // PropertyList::isPropertyListValue() on a whole dictionary builds a libplist node for every
 // value in it, which makes rewriting a large dictionary slow. Containers are walked here and
-// the common kinds that are always property-list values are taken at once; any other value is
-// left to PropertyList.
-bool isStorable(const QVariant &value)
+// the common kinds that are always property-list values are checked at once; any other value is
+// left to PropertyList. Fills *why when the value cannot be stored.
+bool isStorable(const QVariant &value, QString *why)
 {
     switch (value.typeId()) {
     case QMetaType::QVariantMap: {
         const QVariantMap entries = value.toMap();
-        return std::all_of(entries.cbegin(), entries.cend(), isStorable);
+        for (auto it = entries.cbegin(); it != entries.cend(); ++it) {
+            if (!PropertyList::isPropertyListText(it.key(), why) || !isStorable(it.value(), why))
+                return false;
+        }
+        return true;
     }
     case QMetaType::QVariantList: {
         const QVariantList items = value.toList();
-        return std::all_of(items.cbegin(), items.cend(), isStorable);
+        return std::all_of(items.cbegin(), items.cend(), [why](const QVariant &item) { return isStorable(item, why); });
     }
     case QMetaType::QString:
+        return PropertyList::isPropertyListText(value.toString(), why);
     case QMetaType::Bool:
     case QMetaType::Int:
     case QMetaType::LongLong:
     case QMetaType::Double:
         return true;
     default:
-        return PropertyList::isPropertyListValue(value);
+        return PropertyList::isPropertyListValue(value, why);
     }
 }
 
@@ -120,8 +125,9 @@ QString UserDefaults::refusalReason(const QVariant &value, const QString &key)
         return QString();
     if (key.isNull())
         return QStringLiteral("the key is null");
-    if (!isStorable(value))
-        return QStringLiteral("not a property-list type");
+    QString why;
+    if (!PropertyList::isPropertyListText(key, &why) || !isStorable(value, &why))
+        return why;
     return QString();
 }
 

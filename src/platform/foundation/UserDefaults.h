@@ -35,8 +35,9 @@ public:
     // The value under the key; an invalid QVariant when there is none.
     QVariant objectForKey(const QString &key) const;
     // Sets the value in memory; an invalid QVariant removes the key. A value that is not a
-    // property-list type (see PropertyList::isPropertyListValue), or a null key, is refused with
-    // a log line and changes nothing; the result says whether the value was taken.
+    // property-list value that reads back equal (see PropertyList::isPropertyListValue), or a null
+    // key or one holding U+0000, is refused with a log line and changes nothing; the result says
+    // whether the value was taken.
     bool setObject(const QVariant &value, const QString &key);
     // Why setObject() would refuse the value under the key; empty when it would take it.
     static QString refusalReason(const QVariant &value, const QString &key);
