@@ -51,9 +51,16 @@ QVariantMap UserDefaultsFile::read()
     const RegularFileContent content = readRegularFile(m_path);
     if (content.status == RegularFileContent::Status::Missing)
         return {};
-    QString error = content.error;
-    const QVariant root =
-        content.status == RegularFileContent::Status::Read ? PropertyList::fromData(content.data, &error) : QVariant();
+    if (content.status == RegularFileContent::Status::Unreadable) {
+        // Nothing was read, so nothing says the file is damaged: it stays where it is, untouched.
+        m_replaceable = false;
+        log(QStringLiteral("UserDefaults: the settings file \"%1\" cannot be read (%2); it is left as it is, the "
+                           "settings start empty and will not be written over it")
+                .arg(m_path, content.error));
+        return {};
+    }
+    QString error;
+    const QVariant root = PropertyList::fromData(content.data, &error);
     if (root.typeId() == QMetaType::QVariantMap)
         return root.toMap();
     if (root.isValid())
@@ -86,7 +93,7 @@ bool UserDefaultsFile::fail(const QString &reason) const
 bool UserDefaultsFile::write(const QVariantMap &values)
 {
     if (!m_replaceable)
-        return fail(QStringLiteral("it holds unreadable settings that could not be kept aside"));
+        return fail(QStringLiteral("it holds settings that could not be read and are kept where they are"));
     QString error;
     const QByteArray data = PropertyList::toData(values, PropertyList::Format::Binary, &error);
     if (data.isEmpty())

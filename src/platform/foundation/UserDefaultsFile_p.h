@@ -14,11 +14,12 @@ public:
 
     QString path() const { return m_path; }
 
-    // The file's top-level dictionary; empty when the file does not exist. A file that cannot be
-    // read, is not a complete property list or whose root is not a dictionary is logged in one
-    // line, renamed to "<file>.corrupt-<UTC time>" and reads as empty. When it cannot be renamed
-    // either, it also reads as empty and write() refuses to replace it, so the only copy of the
-    // user's data is never lost.
+    // The file's top-level dictionary; empty when the file does not exist. A file that was read
+    // but is not a complete property list or whose root is not a dictionary is logged in one
+    // line, renamed to "<file>.corrupt-<UTC time>" and reads as empty. A file that cannot be read
+    // at all (no permission, not a regular file, too large) is logged and left in place, as is a
+    // corrupt one that cannot be renamed: both read as empty and write() refuses to replace them,
+    // so the only copy of the user's data is never lost.
     QVariantMap read();
 
     // Replaces the file with the dictionary as a binary property list: a temporary file in the
