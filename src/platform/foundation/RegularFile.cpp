@@ -19,6 +19,16 @@ RegularFileContent failed(RegularFileContent::Status status, const QString &erro
     return content;
 }
 
+FileVersion versionOf(const struct stat &info)
+{
+    FileVersion version;
+    version.device = quint64(info.st_dev);
+    version.inode = quint64(info.st_ino);
+    version.size = qint64(info.st_size);
+    version.modifiedNs = qint64(info.st_mtim.tv_sec) * 1000000000 + info.st_mtim.tv_nsec;
+    return version;
+}
+
 // Closes the descriptor when it goes out of scope.
 struct Descriptor
 {
@@ -31,6 +41,14 @@ struct Descriptor
 };
 
 } // namespace
+
+FileVersion fileVersion(const QString &path)
+{
+    struct stat info = {};
+    if (::stat(QFile::encodeName(path).constData(), &info) != 0)
+        return FileVersion();
+    return versionOf(info);
+}
 
 RegularFileContent readRegularFile(const QString &path, qint64 limit)
 {
@@ -52,6 +70,7 @@ RegularFileContent readRegularFile(const QString &path, qint64 limit)
 
     RegularFileContent content;
     content.status = Status::Read;
+    content.version = versionOf(info);
     content.data.resize(qsizetype(info.st_size));
     qsizetype used = 0;
     for (;;) {

@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace ZQTPlatform {
@@ -38,6 +39,29 @@ QString unusedAsideName(const QString &path)
     return name;
 }
 
+// Holds an exclusive advisory lock on a file beside the settings for its lifetime. Without a
+// lock file (a folder that cannot be written) the write goes on unlocked and fails on its own.
+class FileLock
+{
+public:
+    explicit FileLock(const QString &path)
+        : m_fd(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+    {
+        while (m_fd >= 0 && ::flock(m_fd, LOCK_EX) != 0 && errno == EINTR) {
+        }
+    }
+    ~FileLock()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd); // releases the lock
+    }
+    FileLock(const FileLock &) = delete;
+    FileLock &operator=(const FileLock &) = delete;
+
+private:
+    int m_fd;
+};
+
 } // namespace
 
 UserDefaultsFile::UserDefaultsFile(const QString &path)
@@ -49,6 +73,7 @@ QVariantMap UserDefaultsFile::read()
 {
     m_replaceable = true;
     const RegularFileContent content = readRegularFile(m_path);
+    m_version = content.version;
     if (content.status == RegularFileContent::Status::Missing)
         return {};
     if (content.status == RegularFileContent::Status::Unreadable) {
@@ -90,18 +115,13 @@ bool UserDefaultsFile::fail(const QString &reason) const
     return false;
 }
 
-bool UserDefaultsFile::write(const QVariantMap &values)
+bool UserDefaultsFile::replace(const QVariantMap &values)
 {
-    if (!m_replaceable)
-        return fail(QStringLiteral("it holds settings that could not be read and are kept where they are"));
     QString error;
     const QByteArray data = PropertyList::toData(values, PropertyList::Format::Binary, &error);
     if (data.isEmpty())
         return fail(error);
     const QString folder = QFileInfo(m_path).absolutePath();
-    if (!QDir().mkpath(folder))
-        return fail(QStringLiteral("its folder \"%1\" cannot be created").arg(folder));
-
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly))
         return fail(file.errorString());
@@ -119,7 +139,33 @@ bool UserDefaultsFile::write(const QVariantMap &values)
     if (!file.commit())
         return fail(file.errorString());
     syncFolder(folder);
+    m_version = fileVersion(m_path);
     return true;
+}
+
+std::optional<QVariantMap> UserDefaultsFile::write(const QVariantMap &values,
+                                                   const std::function<void(QVariantMap &)> &replay)
+{
+    if (!m_replaceable) {
+        fail(QStringLiteral("it holds settings that could not be read and are kept where they are"));
+        return std::nullopt;
+    }
+    const QString folder = QFileInfo(m_path).absolutePath();
+    if (!QDir().mkpath(folder)) {
+        fail(QStringLiteral("its folder \"%1\" cannot be created").arg(folder));
+        return std::nullopt;
+    }
+    const FileLock lock(m_path + QStringLiteral(".lock"));
+    QVariantMap merged = values;
+    if (fileVersion(m_path) != m_version) {
+        merged = read();
+        replay(merged);
+        if (!m_replaceable)
+            return std::nullopt;
+    }
+    if (!replace(merged))
+        return std::nullopt;
+    return merged;
 }
 
 } // namespace ZQTPlatform
