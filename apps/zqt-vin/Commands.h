@@ -42,6 +42,11 @@ int usageError(Streams io, const QString &problem, const char *usage);
 // else none (go on).
 std::optional<int> endEarly(const QStringList &args, const QString &problem, Streams io, const char *usage);
 
+// The text for one field of a line of plain output: control characters and "\" are written as
+// C escapes ("\t", "\n", "\x1b", "\\"), so that a value read from a barcode or a file name can
+// neither end its field or line nor reach the terminal as a control sequence.
+QString escapedForLine(const QString &text);
+
 int runCheck(const QStringList &args, Streams io);
 int runConfig(const QStringList &args, Streams io);
 int runSettings(const QStringList &args, Streams io);
