@@ -47,6 +47,11 @@ std::optional<int> endEarly(const QStringList &args, const QString &problem, Str
 // neither end its field or line nor reach the terminal as a control sequence.
 QString escapedForLine(const QString &text);
 
+// Why a file could not be written at the path, in words: the writer's own text unless it has
+// none ("Unknown error"), else what the folder tells ("Documents is read-only", "No space left
+// on device").
+QString writeFailure(const QString &path, const QString &writerError = QString());
+
 int runCheck(const QStringList &args, Streams io);
 int runConfig(const QStringList &args, Streams io);
 int runSettings(const QStringList &args, Streams io);

@@ -105,7 +105,7 @@ int add(const Request &request, const QString &path, Streams io)
     const QFileInfo stored(path);
     const QSize size = QImageReader(path).size();
     if (!stored.isFile() || !size.isValid()) {
-        io.err << "zqt-vin: could not write the photo " << path << "\n";
+        io.err << "zqt-vin: could not write the photo " << path << ": " << writeFailure(path) << "\n";
         return Failure;
     }
     printJson(QJsonObject{{"path", path}, {"bytes", stored.size()}, {"width", size.width()}, {"height", size.height()}},

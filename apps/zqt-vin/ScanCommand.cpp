@@ -46,6 +46,7 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
         outcome.problem = QStringLiteral("no capture screen");
         return outcome;
     }
+    host.reportUncaughtExceptions({{QStringLiteral("file"), path}});
     QEventLoop loop;
     QObject::connect(&host, &ZqtApps::ScanHost::scanned, &loop, [&](const ZqtApps::ScanResult &result) {
         outcome.result = result;

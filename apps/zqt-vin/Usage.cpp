@@ -1,5 +1,10 @@
 #include "Commands.h"
 
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include <unistd.h>
+
 namespace ZqtVin {
 
 namespace {
@@ -38,6 +43,20 @@ QString escapedForLine(const QString &text)
             escaped += c;
     }
     return escaped;
+}
+
+QString writeFailure(const QString &path, const QString &writerError)
+{
+    if (!writerError.isEmpty() && writerError != QLatin1String("Unknown error"))
+        return writerError;
+    const QFileInfo folder(QFileInfo(path).absolutePath());
+    if (!folder.isDir())
+        return QStringLiteral("%1 does not exist").arg(folder.fileName());
+    if (::access(QFile::encodeName(folder.filePath()).constData(), W_OK) != 0)
+        return QStringLiteral("%1 is read-only").arg(folder.fileName());
+    if (QStorageInfo(folder.filePath()).bytesAvailable() == 0)
+        return QStringLiteral("No space left on device");
+    return QStringLiteral("the file system refused the write");
 }
 
 int usageError(Streams io, const QString &problem, const char *usage)
