@@ -157,14 +157,17 @@ std::optional<QVariantMap> UserDefaultsFile::write(const QVariantMap &values,
     }
     const FileLock lock(m_path + QStringLiteral(".lock"));
     QVariantMap merged = values;
+    // Until the write succeeds, the caller's dictionary still lacks what another process wrote:
+    // a failed write must leave the file to be read again next time.
+    const FileVersion known = m_version;
     if (fileVersion(m_path) != m_version) {
         merged = read();
         replay(merged);
-        if (!m_replaceable)
-            return std::nullopt;
     }
-    if (!replace(merged))
+    if (!m_replaceable || !replace(merged)) {
+        m_version = known;
         return std::nullopt;
+    }
     return merged;
 }
 
