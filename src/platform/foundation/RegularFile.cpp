@@ -53,6 +53,16 @@ FileVersion fileVersion(const QString &path)
 RegularFileContent readRegularFile(const QString &path, qint64 limit)
 {
     using Status = RegularFileContent::Status;
+    // A Qt resource (the framework bundle) is compiled in: nothing else can stand at its path.
+    if (path.startsWith(QLatin1Char(':'))) {
+        QFile resource(path);
+        if (!resource.open(QIODevice::ReadOnly))
+            return failed(Status::Missing, resource.errorString());
+        RegularFileContent content;
+        content.status = Status::Read;
+        content.data = resource.readAll();
+        return content;
+    }
     const Descriptor file{::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
     if (file.fd < 0) {
         const int reason = errno;

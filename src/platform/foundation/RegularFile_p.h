@@ -39,6 +39,7 @@ struct RegularFileContent
     FileVersion version; // of the file read, when Read
 };
 
+// Qt resource paths (":/...") are read as they are.
 RegularFileContent readRegularFile(const QString &path, qint64 limit = kRegularFileLimit);
 
 } // namespace ZQTPlatform
