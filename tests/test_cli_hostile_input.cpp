@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -23,7 +24,8 @@ bool holdsStrayControl(const QString &text)
 TEST(ZqtVinHostileInput, ScanEscapesControlCharactersOfTheBarcode)
 {
     const QTemporaryDir dir;
-    const QString forged = QStringLiteral("1HGCM82633A004352\tvalid\t-\nforged.png\t1HGCM82633A004352\tvalid\t-\x1b[2J");
+    // Not a VIN in any of the ways the screen reads one, so the whole payload is reported.
+    const QString forged = QStringLiteral("X\tvalid\t-\nforged.png\t1HGCM82633A004352\tvalid\t-\x1b[2JZ");
     const QString picture = dir.filePath("label.png");
     ASSERT_TRUE(BarcodeArt::renderSymbol(BarcodeArt::Symbology::Code128, forged, 3).save(picture));
 
@@ -54,4 +56,24 @@ TEST(ZqtVinHostileInput, PhotosAddRefusesSvgThatDrawsInAnotherFile)
         EXPECT_TRUE(run.err.contains("SVG")) << run.err.toStdString();
     }
     EXPECT_EQ(runZqtVin({"photos", "list", "--claim", "C-1"}).status, 1);
+}
+
+TEST(ZqtVinHostileInput, ScanGivesUpOnAVideoThatShowsNoPicture)
+{
+    // The sample clip's header followed by noise: the player neither shows a frame nor ends.
+    const QTemporaryDir dir;
+    QFile clip(QStringLiteral(ZQT_SAMPLE_CLIP));
+    ASSERT_TRUE(clip.open(QIODevice::ReadOnly));
+    QByteArray damaged = clip.read(3000);
+    QRandomGenerator noise(16);
+    while (damaged.size() < 200000)
+        damaged.append(char(noise.bounded(256)));
+    QFile file(dir.filePath("damaged.webm"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(damaged);
+    file.close();
+
+    const ZqtVinRun run = runZqtVin({"scan", "--claim", "C-1", file.fileName()});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, file.fileName() + "\tgave no picture within 5 seconds\n");
 }

@@ -70,7 +70,7 @@ TEST_P(PhotoStoreLinks, AreRefusedAndWhatTheyPointAtIsUntouched)
 
     EXPECT_EQ(contents(outside.path()), before);
     EXPECT_TRUE(QFileInfo(root + '/' + GetParam().linkPath).isSymLink());
-    EXPECT_TRUE(log.lines().filter("symbolic link").size() >= 4) << log.lines().join('\n').toStdString();
+    EXPECT_FALSE(log.lines().filter("symbolic link").isEmpty()) << log.lines().join('\n').toStdString();
 }
 
 INSTANTIATE_TEST_SUITE_P(Placements, PhotoStoreLinks, ::testing::ValuesIn(kPlacements),
