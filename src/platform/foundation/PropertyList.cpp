@@ -228,9 +228,9 @@ Node toNode(const QVariant &value, QString *error)
         break;
     }
     setError(error, value.isValid()
-                        ? QStringLiteral("a value of type %1 cannot be stored in a property list")
+                        ? QStringLiteral("a value of type %1 is not a property-list type")
                               .arg(QString::fromLatin1(value.typeName()))
-                        : QStringLiteral("an empty value cannot be stored in a property list"));
+                        : QStringLiteral("an empty value is not a property-list type"));
     return Node();
 }
 

@@ -160,7 +160,9 @@ std::optional<QVariantMap> UserDefaultsFile::write(const QVariantMap &values,
     // Until the write succeeds, the caller's dictionary still lacks what another process wrote:
     // a failed write must leave the file to be read again next time.
     const FileVersion known = m_version;
-    if (fileVersion(m_path) != m_version) {
+    // A file that is gone was removed, not written by another process: memory is written whole.
+    const FileVersion now = fileVersion(m_path);
+    if (now != m_version && now != FileVersion()) {
         merged = read();
         replay(merged);
     }
