@@ -13,6 +13,7 @@ packages=(
   libfontconfig-dev fonts-dejavu-core fonts-liberation2
   attr zbar-tools libzbar-dev
   xvfb xdotool
+  clang libclang-rt-14-dev
 )
 
 missing=()

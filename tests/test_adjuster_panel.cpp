@@ -209,10 +209,10 @@ TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
         {"Claim %@ 100%% covered", false, "", "mailto:dana.reyes@example.com?subject=Claim%20%20100%25%25%20covered"},
         {"", true, "", "mailto:dana.reyes@example.com"},
         {"", false, "claims@example.com", "mailto:dana.reyes@example.com?cc=claims%40example.com"},
-        // Exactly the host-allowed characters stay: "&" and "=" are kept, "/", "?", "#", "@" and
+        // Exactly the host-allowed characters stay: ";" and "=" are kept, "/", "?", "#", "@" and
         // everything beyond ASCII are encoded as UTF-8.
-        {"D\xC3\xA9p\xC3\xB4t &amp; co/1?#=@", false, "a+b@x.org",
-         "mailto:dana.reyes@example.com?subject=D%C3%A9p%C3%B4t%20&%20co%2F1%3F%23=%40&cc=a+b%40x.org"},
+        {"D\xC3\xA9p\xC3\xB4t ; co/1?#=@", false, "a+b@x.org",
+         "mailto:dana.reyes@example.com?subject=D%C3%A9p%C3%B4t%20;%20co%2F1%3F%23=%40&cc=a+b%40x.org"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.request.toStdString());
@@ -236,6 +236,37 @@ TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
     EXPECT_TRUE(urls.requests.isEmpty());
     EXPECT_FALSE(canOpenURL(QStringLiteral("mailto:a@b.org?subject=50%")));
     EXPECT_FALSE(canOpenURL(QStringLiteral("dana@example.com")));
+}
+
+TEST_F(AdjusterPanel, EmailThatWouldGainRecipientsOrHeadersIsNotOpened)
+{
+    const struct
+    {
+        const char *claim;
+        const char *address;
+        QByteArray copy;
+    } cases[] = {
+        {"x&bcc=someone@y&body=Hello", "dana.reyes@example.com", ""},
+        {"C-123", "a@x.org,b@y.org", ""},
+        {"C-123", "a@x.org?bcc=b@y.org", ""},
+        {"C-123", "a@x.org;b@y.org", ""},
+        {"C-123", "dana.reyes@example.com", "claims@example.com&amp;bcc=b@y.org"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(std::string(c.claim) + " " + c.address);
+        host.writeSettings(adjusterSettings("x", "Claim %@", true, c.copy));
+        ZQTVINScanAdjuster adjuster = dana();
+        adjuster.setCustClmRefID(QString::fromLatin1(c.claim));
+        adjuster.setRecipientEmailAddress(QString::fromLatin1(c.address));
+        urls.requests.clear();
+        LogCapture log;
+        Panel *panel = show(adjuster);
+        ASSERT_NE(panel, nullptr);
+        click(panel, "emailButton");
+        EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
+        EXPECT_TRUE(urls.requests.isEmpty()) << urls.requests.join(' ').toStdString();
+        EXPECT_EQ(log.lines().filter("Not opening the e-mail request").size(), 1);
+    }
 }
 
 TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)

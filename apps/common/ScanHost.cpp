@@ -2,13 +2,18 @@
 
 #include "Utils/ZQTVINScanUtils.h"
 #include "platform/foundation/Dispatch.h"
+#include "platform/foundation/Exception.h"
 #include "platform/ui/NavigationBar.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTextStream>
+
+#include <cstdio>
+#include <cstdlib>
 
 namespace ZqtApps {
 
@@ -53,8 +58,27 @@ ScanHost::ScanHost(const ScanHostOptions &options) : m_options(options)
 
 ScanHost::~ScanHost()
 {
+    if (m_reportsUncaught)
+        ZQTPlatform::setUncaughtExceptionHandler({});
     // The screen goes before the window that holds it, while this delegate still exists.
     delete m_screen.data();
+}
+
+void ScanHost::reportUncaughtExceptions(const QJsonObject &fields)
+{
+    m_reportsUncaught = true;
+    // Runs on the thread that raised the exception; the screen is alive while its capture
+    // thread works.
+    ZQTPlatform::setUncaughtExceptionHandler([this, fields](const QString &name, const QString &reason) {
+        const QString vin = m_screen ? m_screen->vinInProcess() : QString();
+        QJsonObject line = fields;
+        line.insert(QStringLiteral("vin"), vin.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(vin));
+        line.insert(QStringLiteral("error"), QJsonObject{{QStringLiteral("name"), name}, {QStringLiteral("reason"), reason}});
+        const QByteArray text = QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
+        std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+        std::fflush(stdout);
+        std::_Exit(kUncaughtExceptionStatus);
+    });
 }
 
 void ScanHost::makeScreen()

@@ -71,6 +71,13 @@ public:
     void startOver();
     // The path of the claim's VIN photo, or empty when there is none (yet).
     QString vinPhotoPath() const;
+    // Installs the process's uncaught-exception handler for as long as this host lives: a platform
+    // exception nothing caught (NotEnoughFreeSpaceException while the VIN photo is saved, on the
+    // capture thread) is printed on standard output as one JSON line, the given fields and
+    // {"vin": the VIN read or null, "error": {"name", "reason"}}, and the process exits with
+    // kUncaughtExceptionStatus.
+    void reportUncaughtExceptions(const QJsonObject &fields = {});
+    static constexpr int kUncaughtExceptionStatus = 4;
 
     // Any thread: forwarded to the GUI thread as scanned().
     void didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid, const ZQTError &error) override;
@@ -88,6 +95,7 @@ private:
     QPointer<ZQTPlatform::NavigationController> m_navigation;
     QPointer<ZQTVINCaptureVC> m_screen;
     QPointer<ZQTPlatform::ViewController> m_replacement;
+    bool m_reportsUncaught = false;
 };
 
 } // namespace ZqtApps

@@ -150,6 +150,8 @@ int main(int argc, char *argv[])
         err << "zqt-vin-capture: the capture screen could not be made\n";
         return NoResult;
     }
+    // A full device while the VIN photo is saved raises on the capture thread: printed, status 4.
+    host.reportUncaughtExceptions();
 
     const bool exitOnResult = parser.isSet(QStringLiteral("exit-on-result"));
     QTextStream out(stdout);

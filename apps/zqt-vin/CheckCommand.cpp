@@ -28,7 +28,7 @@ int runCheck(const QStringList &args, Streams io)
             const QJsonObject line{{"input", vin}, {"valid", valid}};
             io.out << QJsonDocument(line).toJson(QJsonDocument::Compact) << "\n";
         } else {
-            io.out << vin << '\t' << (valid ? "valid" : "invalid") << "\n";
+            io.out << escapedForLine(vin) << '\t' << (valid ? "valid" : "invalid") << "\n";
         }
     }
     return allValid ? Success : Negative;

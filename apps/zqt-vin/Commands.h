@@ -42,6 +42,16 @@ int usageError(Streams io, const QString &problem, const char *usage);
 // else none (go on).
 std::optional<int> endEarly(const QStringList &args, const QString &problem, Streams io, const char *usage);
 
+// The text for one field of a line of plain output: control characters and "\" are written as
+// C escapes ("\t", "\n", "\x1b", "\\"), so that a value read from a barcode or a file name can
+// neither end its field or line nor reach the terminal as a control sequence.
+QString escapedForLine(const QString &text);
+
+// Why a file could not be written at the path, in words: the writer's own text unless it has
+// none ("Unknown error"), else what the folder tells ("Documents is read-only", "No space left
+// on device").
+QString writeFailure(const QString &path, const QString &writerError = QString());
+
 int runCheck(const QStringList &args, Streams io);
 int runConfig(const QStringList &args, Streams io);
 int runSettings(const QStringList &args, Streams io);

@@ -89,6 +89,12 @@ int list(const QString &claimId, const QString &folder, QTextStream &out)
 int add(const Request &request, const QString &path, Streams io)
 {
     const QString imageFile = request.operands.first();
+    // An SVG picture may draw other files of the machine into itself: it is not taken.
+    const QByteArray format = QImageReader(imageFile).format();
+    if (format == "svg" || format == "svgz") {
+        io.err << "zqt-vin: " << imageFile << " is an SVG picture, which is not taken (it can pull in other files)\n";
+        return Failure;
+    }
     const ZQTPlatform::Image image = ZQTPlatform::Image::imageWithContentsOfFile(imageFile);
     if (image.isNull()) {
         io.err << "zqt-vin: cannot read an image from " << imageFile << "\n";
@@ -99,7 +105,7 @@ int add(const Request &request, const QString &path, Streams io)
     const QFileInfo stored(path);
     const QSize size = QImageReader(path).size();
     if (!stored.isFile() || !size.isValid()) {
-        io.err << "zqt-vin: could not write the photo " << path << "\n";
+        io.err << "zqt-vin: could not write the photo " << path << ": " << writeFailure(path) << "\n";
         return Failure;
     }
     printJson(QJsonObject{{"path", path}, {"bytes", stored.size()}, {"width", size.width()}, {"height", size.height()}},

@@ -20,6 +20,8 @@ namespace {
 // plays once to its end, within the same overall limit.
 constexpr int pictureMs = 2000;
 constexpr int fileLimitMs = 60000;
+// A file that has shown no picture by then is taken as one that never will (a damaged video).
+constexpr int firstFrameMs = 5000;
 
 struct FileOutcome
 {
@@ -44,6 +46,7 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
         outcome.problem = QStringLiteral("no capture screen");
         return outcome;
     }
+    host.reportUncaughtExceptions({{QStringLiteral("file"), path}});
     QEventLoop loop;
     QObject::connect(&host, &ZqtApps::ScanHost::scanned, &loop, [&](const ZqtApps::ScanResult &result) {
         outcome.result = result;
@@ -52,6 +55,14 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
     QObject::connect(device, &CaptureDevice::endOfStream, &loop, &QEventLoop::quit);
     QObject::connect(device, &CaptureDevice::failed, &loop, &QEventLoop::quit);
     QTimer::singleShot(fileLimitMs, &loop, &QEventLoop::quit);
+    QTimer firstFrame;
+    firstFrame.setSingleShot(true);
+    QObject::connect(&firstFrame, &QTimer::timeout, &loop, [&] {
+        outcome.problem = QStringLiteral("gave no picture within %1 seconds").arg(firstFrameMs / 1000);
+        loop.quit();
+    });
+    QObject::connect(device, &CaptureDevice::frameArrived, &firstFrame, &QTimer::stop, Qt::SingleShotConnection);
+    firstFrame.start(firstFrameMs);
     host.show(QSize(375, 812));
     // A picture repeats itself: after a while more frames tell nothing new.
     QTimer pictureLimit;
@@ -60,7 +71,7 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
     if (device->kind() == CaptureDevice::Kind::Picture)
         pictureLimit.start(pictureMs);
     loop.exec();
-    if (!outcome.result && !device->availabilityError().isNull())
+    if (!outcome.result && outcome.problem.isEmpty() && !device->availabilityError().isNull())
         outcome.problem = device->availabilityError().localizedDescription();
     outcome.photoPath = host.vinPhotoPath();
     return outcome;
@@ -94,10 +105,12 @@ int runScan(const QStringList &args, Streams io)
                 line.insert(QStringLiteral("result"), outcome.problem.isEmpty() ? QStringLiteral("no barcode") : outcome.problem);
             io.out << QJsonDocument(line).toJson(QJsonDocument::Compact) << "\n";
         } else if (outcome.result) {
-            io.out << file << "\t" << outcome.result->vin << "\t" << (outcome.result->isVINValid ? "valid" : "invalid")
-                   << "\t" << (outcome.photoPath.isEmpty() ? QStringLiteral("-") : outcome.photoPath) << "\n";
+            io.out << escapedForLine(file) << "\t" << escapedForLine(outcome.result->vin) << "\t"
+                   << (outcome.result->isVINValid ? "valid" : "invalid") << "\t"
+                   << (outcome.photoPath.isEmpty() ? QStringLiteral("-") : escapedForLine(outcome.photoPath)) << "\n";
         } else {
-            io.out << file << "\t" << (outcome.problem.isEmpty() ? QStringLiteral("no barcode") : outcome.problem) << "\n";
+            io.out << escapedForLine(file) << "\t"
+                   << (outcome.problem.isEmpty() ? QStringLiteral("no barcode") : escapedForLine(outcome.problem)) << "\n";
         }
         io.out.flush();
     }

@@ -88,13 +88,17 @@ QString stampTextFromNmea(const QString &file)
     ZQTPlatform::LocationManager::setNmeaFile(file);
     QString text;
     QEventLoop loop;
+    // The limit runs from before the request, which opens the file.
+    QTimer::singleShot(kPositionTimeoutMs, &loop, &QEventLoop::quit);
+    bool answered = false;
     Constants::sharedInstance()->getTextOverlayWithLatLongDate([&](bool success, const QString &answer) {
         if (success)
             text = answer;
+        answered = true;
         loop.quit();
     });
-    QTimer::singleShot(kPositionTimeoutMs, &loop, &QEventLoop::quit);
-    loop.exec();
+    if (!answered)
+        loop.exec();
     return text;
 }
 
@@ -102,19 +106,20 @@ bool writeImage(const QImage &bitmap, const Request &request, QString &error)
 {
     QSaveFile file(request.output);
     if (!file.open(QIODevice::WriteOnly)) {
-        error = file.errorString();
+        error = writeFailure(request.output, file.errorString());
         return false;
     }
     QImageWriter writer(&file, request.format);
     if (request.format == "jpeg")
         writer.setQuality(90);
     if (!writer.write(bitmap)) {
-        error = writer.errorString();
+        // The writer reports a failed device write as "Unknown error"; the file knows better.
+        error = writeFailure(request.output, file.error() != QFileDevice::NoError ? file.errorString() : writer.errorString());
         file.cancelWriting();
         return false;
     }
     if (!file.commit()) {
-        error = file.errorString();
+        error = writeFailure(request.output, file.errorString());
         return false;
     }
     return true;

@@ -1,5 +1,10 @@
 #include "Commands.h"
 
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include <unistd.h>
+
 namespace ZqtVin {
 
 namespace {
@@ -17,6 +22,42 @@ bool asksForHelp(const QStringList &args)
 }
 
 } // namespace
+
+QString escapedForLine(const QString &text)
+{
+    QString escaped;
+    escaped.reserve(text.size());
+    for (const QChar c : text) {
+        const char16_t code = c.unicode();
+        if (code == u'\\')
+            escaped += QLatin1String("\\\\");
+        else if (code == u'\t')
+            escaped += QLatin1String("\\t");
+        else if (code == u'\n')
+            escaped += QLatin1String("\\n");
+        else if (code == u'\r')
+            escaped += QLatin1String("\\r");
+        else if (code < 0x20 || (code >= 0x7F && code < 0xA0))
+            escaped += QStringLiteral("\\x%1").arg(int(code), 2, 16, QLatin1Char('0'));
+        else
+            escaped += c;
+    }
+    return escaped;
+}
+
+QString writeFailure(const QString &path, const QString &writerError)
+{
+    if (!writerError.isEmpty() && writerError != QLatin1String("Unknown error"))
+        return writerError;
+    const QFileInfo folder(QFileInfo(path).absolutePath());
+    if (!folder.isDir())
+        return QStringLiteral("%1 does not exist").arg(folder.fileName());
+    if (::access(QFile::encodeName(folder.filePath()).constData(), W_OK) != 0)
+        return QStringLiteral("%1 is read-only").arg(folder.fileName());
+    if (QStorageInfo(folder.filePath()).bytesAvailable() == 0)
+        return QStringLiteral("No space left on device");
+    return QStringLiteral("the file system refused the write");
+}
 
 int usageError(Streams io, const QString &problem, const char *usage)
 {

@@ -2,9 +2,8 @@
 
 #include "platform/foundation/Log.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/RegularFile_p.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QHash>
 #include <QMutex>
 
@@ -44,19 +43,20 @@ std::optional<QVariantMap> ConfigurationFileCache::dictionaryAt(const QString &p
     // The file is read on every call and its bytes decide whether the parsed copy still holds:
     // sizes and times cannot tell apart two writes of one size within a tick of the clock.
     // Reading a configuration file costs a small part of parsing it (bench_configuration).
-    QFile file(path);
-    std::optional<QByteArray> content;
-    if (file.open(QIODevice::ReadOnly))
-        content = file.readAll();
-    else if (!QFileInfo::exists(path))
+    // Only a regular file of a sane size is read: a FIFO or a link to a device counts as unreadable.
+    ZQTPlatform::RegularFileContent file = ZQTPlatform::readRegularFile(path);
+    if (file.status == ZQTPlatform::RegularFileContent::Status::Missing)
         return std::nullopt;
+    std::optional<QByteArray> content;
+    if (file.status == ZQTPlatform::RegularFileContent::Status::Read)
+        content = std::move(file.data);
 
     QMutexLocker lock(&cacheMutex);
     const auto found = cache.constFind(path);
     if (found != cache.cend() && found->content == content)
         return found->dictionary;
     // Parsing under the lock keeps the "one line per version" promise when threads race.
-    Entry entry{content, parse(path, content, file.errorString())};
+    Entry entry{content, parse(path, content, file.error)};
     if (cache.size() >= kMaxEntries)
         cache.clear();
     cache.insert(path, entry);

@@ -101,6 +101,9 @@ QString ZQTVINScanUtils::savePhotoWithClaimId(const QString &, const Image &imag
 
 void ZQTVINScanUtils::writeFile(const Image &image, const QString &toPath)
 {
+    if (!ZQTVINScanUtilsPrivate::acceptsStoreEntry(QFileInfo(toPath).absolutePath(), "claim folder")
+        || !ZQTVINScanUtilsPrivate::acceptsStoreEntry(toPath, "photo"))
+        return;
     const QByteArray data = ZQTVINScanUtilsPrivate::jpegData(compressImage(image).bitmap(), kStoredQuality);
     // The temporary is written in the store's staging folder and renamed into place, so the
     // claim folder only ever holds whole photos and the host's own files. A path outside the

@@ -76,9 +76,18 @@ bool acceptsPathComponent(const QString &text, const char *kind)
     return false;
 }
 
+bool acceptsStoreEntry(const QString &path, const char *kind)
+{
+    if (!QFileInfo(path).isSymLink())
+        return true;
+    ZQTPlatform::log(QStringLiteral("Refusing %1 \"%2\": it is a symbolic link").arg(QLatin1String(kind), path));
+    return false;
+}
+
 } // namespace ZQTVINScanUtilsPrivate
 
 using ZQTVINScanUtilsPrivate::acceptsPathComponent;
+using ZQTVINScanUtilsPrivate::acceptsStoreEntry;
 
 QString ZQTVINScanUtils::createZQTPhotosDirAsNeeded()
 {
@@ -93,7 +102,8 @@ QString ZQTVINScanUtils::createClaimDirAsNeededWithClaimId(const QString &claimI
     if (!acceptsPathComponent(claimId, "claim id"))
         return QString();
     const QString root = createZQTPhotosDirAsNeeded();
-    return createDirectoryAsNeeded(root + QLatin1Char('/') + claimId);
+    const QString folder = createDirectoryAsNeeded(root + QLatin1Char('/') + claimId);
+    return acceptsStoreEntry(folder, "claim folder") ? folder : QString();
 }
 
 QString ZQTVINScanUtils::createPhotoPathWithClaimId(const QString &claimId, const QString &title)
@@ -102,7 +112,8 @@ QString ZQTVINScanUtils::createPhotoPathWithClaimId(const QString &claimId, cons
     if (claimDirectory.isNull() || !acceptsPathComponent(title, "photo title"))
         return QString();
     const QString fileName = title.endsWith(kExtension) ? title : title + kExtension;
-    return claimDirectory + QLatin1Char('/') + fileName;
+    const QString path = claimDirectory + QLatin1Char('/') + fileName;
+    return acceptsStoreEntry(path, "photo") ? path : QString();
 }
 
 QString ZQTVINScanUtils::getPhotoPathWithClaimId(const QString &claimId, const QString &title)

@@ -10,7 +10,8 @@
 // "nil" in C++: a null QString, a null Image, a null Error; a nil location is a null pointer.
 // A claim id or title that cannot be one path component (empty, ".", "..", containing "/" or
 // NUL) is refused with a log line and a nil/false result, so nothing outside the claim's own
-// folder is ever read, written or listed.
+// folder is ever read, written or listed. So is a claim folder or photo that is a symbolic link:
+// the store follows no link.
 //
 // Failures are not reported: directory, listing, write and removal errors are ignored and show
 // as nil, false or empty results. The one exception is "NotEnoughFreeSpaceException" after a save.

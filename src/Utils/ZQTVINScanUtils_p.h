@@ -25,6 +25,11 @@ ZQT_EXPORT bool isPathComponent(const QString &text);
 // ("claim id", "photo title").
 bool acceptsPathComponent(const QString &text, const char *kind);
 
+// False, with a log line, when the path is a symbolic link: the store never follows one for a
+// claim folder or a photo, since the link would carry its writes and deletions elsewhere. `kind`
+// names the entry in the line ("claim folder", "photo").
+bool acceptsStoreEntry(const QString &path, const char *kind);
+
 // The stored size for an image of this size in points: when a side is above 800, the long side
 // becomes 800 and the short one is scaled in proportion (a square becomes 800 x 800); otherwise
 // the size is kept. Computed in 32-bit floats, as the stored sizes are defined by them.

@@ -290,6 +290,10 @@ void ZQTVINCaptureVC::captureOutput(MetadataOutput *output, const QList<Metadata
         if (!payload.isNull()) {
             logStep("captureOutput");
             d->isVINScanInProcess = true;
+            {
+                const QMutexLocker lock(&d->photoStateLock);
+                d->vinInProcess = validateVIN(payload).VIN();
+            }
             if (d->scanResultLbl)
                 d->scanResultLbl->setText(payload);
             if (d->stillImageOutput) {
@@ -362,6 +366,10 @@ void ZQTVINCaptureVC::completeStillCapture(const QString &payload, const std::sh
     // Without a picture (no buffer, or one that makes no image) the host gets the camera's error
     // as the capture delivered it.
     const ZQTVINDetails details = validateVIN(payload);
+    {
+        const QMutexLocker lock(&d->photoStateLock);
+        d->vinInProcess.clear();
+    }
     sendTimeSpent();
     // The delegate is called with the gate released: a host may close the screen from it, also
     // through a blocking call to the GUI thread, whose destructor then takes the gate. Nothing of

@@ -37,6 +37,8 @@ void styleLabel(QLabel *label, const QString &text, const char *colorKey, const 
 {
     if (!label)
         return;
+    // Configuration text, shown as written: markup in it is never rendered.
+    label->setTextFormat(Qt::PlainText);
     label->setText(text);
     Constants::configLabel(label, Constants::getGlobalColorForKey(QLatin1String(colorKey)),
                            Constants::getConfigStringForKey(QLatin1String(fontKey)));

@@ -175,5 +175,11 @@ float ZQTVINCaptureVC::angle() const { return d->angle; }
 uint ZQTVINCaptureVC::flashSetting() const { return d->flashSetting; }
 double ZQTVINCaptureVC::cameraViewDim() const { return d->cameraViewDim; }
 Image ZQTVINCaptureVC::vinBarCodeImage() const { return d->vinBarCodeImage; }
+
+QString ZQTVINCaptureVC::vinInProcess() const
+{
+    const QMutexLocker lock(&d->photoStateLock);
+    return d->vinInProcess;
+}
 std::shared_ptr<ZQTVINPhotoCaptureEntity> ZQTVINCaptureVC::vinScanItem() const { return d->vinScanItem; }
 StillCamera *ZQTVINCaptureVC::camera() const { return d->camera; }

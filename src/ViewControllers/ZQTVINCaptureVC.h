@@ -142,6 +142,10 @@ public:
     double cameraViewDim() const;
     // The still picture taken at a successful barcode read.
     ZQTPlatform::Image vinBarCodeImage() const;
+    // The VIN of the barcode read being handled: set when the code is read, empty again once the
+    // delegate has the report. Safe from any thread, so that a host's uncaught-exception handler
+    // on the capture thread (a full device while the VIN photo is saved) can name the VIN.
+    QString vinInProcess() const;
     // The VIN photo slot; absent until the photo catalogue builds it.
     std::shared_ptr<ZQTVINPhotoCaptureEntity> vinScanItem() const;
     // The still camera (a child of this screen); nullptr until initCamera makes one and after

@@ -81,6 +81,9 @@ struct ZQTVINCaptureVCPrivate
     // The VIN photo is saved off the GUI thread: claimId, photosToBeSaved and vinScanItem are
     // changed under this lock (on the GUI thread) and read together under it by the saver.
     QMutex photoStateLock;
+    // The VIN of the read being handled, from the barcode read to the delegate's report; under
+    // photoStateLock, since an uncaught-exception handler on the capture thread may read it.
+    QString vinInProcess;
     StillCamera *camera = nullptr;
     QString logStr; // kept as the screen's own; nothing writes or reads it
     ZQTVINCaptureVC::PermissionTexts permissionTexts; // chosen by the last permission check

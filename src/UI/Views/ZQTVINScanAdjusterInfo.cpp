@@ -19,6 +19,7 @@
 #include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
+#include <QRegularExpression>
 
 using namespace ZQTPlatform;
 using Constants = ZQTVINScanComponentConstants;
@@ -143,6 +144,27 @@ void collapseIfEmpty(const QLabel *label, LayoutConstraint *rowHeight)
 {
     if (label->text().isEmpty())
         rowHeight->setConstant(0.0);
+}
+
+// One plain e-mail address: a local part and a domain of letters, digits and ".-_+'", nothing that
+// a "mailto:" request would read as a second recipient ("," ";"), a header ("?" "&") or an encoding.
+bool isPlainAddress(const QString &address)
+{
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9._+'-]+@[A-Za-z0-9-]+(\\.[A-Za-z0-9-]+)*$"));
+    return plain.match(address).hasMatch();
+}
+
+// Why the e-mail request must not be opened: a recipient that is not one plain address, or a
+// header value (subject, copy address) that still holds the header separator "&" once encoded.
+QString mailRequestRefusal(const QString &address, const QStringList &encodedValues)
+{
+    if (!isPlainAddress(address))
+        return QStringLiteral("the recipient \"%1\" is not one plain e-mail address").arg(address);
+    for (const QString &value : encodedValues) {
+        if (value.contains(QLatin1Char('&')))
+            return QStringLiteral("the header value \"%1\" would carry a header separator").arg(value);
+    }
+    return QString();
 }
 
 } // namespace
@@ -295,14 +317,26 @@ void ZQTVINScanAdjusterInfo::sendEmail()
     }
 
     QString query;
-    if (!subject.isEmpty())
-        query = QStringLiteral("subject=%1").arg(percentEncodedForURLHost(subject));
+    QStringList values;
+    if (!subject.isEmpty()) {
+        values << percentEncodedForURLHost(subject);
+        query = QStringLiteral("subject=%1").arg(values.last());
+    }
     const QString copyAddress = Constants::getConfigStringForKey(QStringLiteral("AdjusterInfoGenericInboxEmail"));
     if (!copyAddress.isEmpty()) {
+        values << percentEncodedForURLHost(copyAddress);
         const QString before = query.isEmpty() ? QString() : query + QLatin1Char('&');
-        query = before + QStringLiteral("cc=") + percentEncodedForURLHost(copyAddress);
+        query = before + QStringLiteral("cc=") + values.last();
     }
 
-    // The address goes in as it is shown, not encoded; a request that cannot be opened is dropped.
-    openURL(QStringLiteral("mailto:") + m_labelEmail->text() + (query.isEmpty() ? QString() : QLatin1Char('?') + query));
+    // The address goes in as it is shown, not encoded, so it must be one plain address; the host
+    // and the claim reference may not add headers or recipients.
+    const QString address = m_labelEmail->text();
+    const QString refusal = mailRequestRefusal(address, values);
+    if (!refusal.isEmpty()) {
+        log(QStringLiteral("Not opening the e-mail request: %1").arg(refusal));
+        return;
+    }
+    // A request that cannot be opened is dropped.
+    openURL(QStringLiteral("mailto:") + address + (query.isEmpty() ? QString() : QLatin1Char('?') + query));
 }

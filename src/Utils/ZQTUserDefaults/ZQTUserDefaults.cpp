@@ -1,11 +1,11 @@
 #include "Utils/ZQTUserDefaults/ZQTUserDefaults.h"
 
 #include "platform/foundation/Log.h"
+#include "platform/foundation/PropertyList.h"
 #include "platform/foundation/UserDefaults.h"
 
-#include <QMutex>
-
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -15,13 +15,6 @@ const QString kClaimList = QStringLiteral("ClaimList");
 ZQTPlatform::UserDefaults &store()
 {
     return ZQTPlatform::UserDefaults::standardUserDefaults();
-}
-
-// Held across every read-modify-write of "ClaimList".
-QMutex &claimListMutex()
-{
-    static QMutex mutex;
-    return mutex;
 }
 
 // A stored number's integer value as the platform gives it: a fraction is dropped (2.75 gives 2,
@@ -44,9 +37,20 @@ qintptr integerValue(const QVariant &value)
     return qintptr(std::trunc(number));
 }
 
-void writeClaimList(const QVariantMap &claims)
+// Changes one claim's dictionary inside "ClaimList" as one update of the store, so that it is made
+// again on the file's own list when another process wrote it meanwhile. change() gets the claim's
+// dictionary and whether the claim exists, and says whether the claim is kept (else removed).
+void updateClaim(const QString &claimID, const std::function<bool(QVariantMap &claim, bool exists)> &change)
 {
-    store().setObject(claims, kClaimList);
+    store().update(kClaimList, [claimID, change](const QVariant &list) {
+        QVariantMap claims = list.toMap();
+        QVariantMap claim = claims.value(claimID).toMap();
+        if (change(claim, claims.contains(claimID)))
+            claims.insert(claimID, claim);
+        else
+            claims.remove(claimID);
+        return claims.isEmpty() && !list.isValid() ? QVariant() : QVariant(claims);
+    });
 }
 
 } // namespace
@@ -119,25 +123,24 @@ void ZQTUserDefaults::setObjectForKeyWithClaimID(const QVariant &object, const Q
         setObject(object, key);
         return;
     }
-    // Checked here, before the claim is touched, so that the log names the key and the claim.
-    const QString refusal = ZQTPlatform::UserDefaults::refusalReason(object, key);
+    // Checked here, before the claim is touched, so that the log names the key and the claim; the
+    // claim id becomes a key of "ClaimList" and is checked as one.
+    QString refusal = ZQTPlatform::UserDefaults::refusalReason(object, key);
+    if (refusal.isEmpty() && object.isValid())
+        ZQTPlatform::PropertyList::isPropertyListText(claimID, &refusal);
     if (!refusal.isEmpty()) {
         ZQTPlatform::log(QStringLiteral("ZQTUserDefaults: refused to store a value of type %1 for key \"%2\" of "
                                         "claim \"%3\": %4")
                              .arg(QString::fromLatin1(object.typeName()), key, claimID, refusal));
         return;
     }
-    {
-        QMutexLocker lock(&claimListMutex());
-        QVariantMap claims = getAllClaimsDictionary();
-        QVariantMap claim = getDictionaryForClaim(claimID);
+    updateClaim(claimID, [key, object](QVariantMap &claim, bool) {
         if (object.isValid())
             claim.insert(key, object);
         else
             claim.remove(key);
-        claims.insert(claimID, claim);
-        writeClaimList(claims);
-    }
+        return true;
+    });
     store().synchronize();
 }
 
@@ -154,16 +157,10 @@ void ZQTUserDefaults::removeObjectForKeyWithClaimID(const QString &key, const QS
         removeObjectForkey(key);
         return;
     }
-    {
-        QMutexLocker lock(&claimListMutex());
-        QVariantMap claim = getDictionaryForClaim(claimID);
-        if (!claim.contains(key))
-            return;
-        claim.remove(key);
-        QVariantMap claims = getAllClaimsDictionary();
-        claims.insert(claimID, claim);
-        writeClaimList(claims);
-    }
+    if (!getDictionaryForClaim(claimID).contains(key))
+        return;
+    // A claim another process cleared meanwhile stays cleared.
+    updateClaim(claimID, [key](QVariantMap &claim, bool exists) { return claim.remove(key) > 0 || exists; });
     store().synchronize();
 }
 
@@ -237,11 +234,9 @@ void ZQTUserDefaults::clearUserDefaultsForClaimID(const QString &claimID)
     if (claimID.isNull()) {
         store().removeObjectForKey(claimID); // a nil key, which removes nothing
     } else {
-        QMutexLocker lock(&claimListMutex());
-        QVariantMap claims = getAllClaimsDictionary();
-        if (claims.remove(claimID) == 0)
+        if (!getAllClaimsDictionary().contains(claimID))
             return;
-        writeClaimList(claims);
+        updateClaim(claimID, [](QVariantMap &, bool) { return false; });
     }
     store().synchronize();
 }

@@ -10,8 +10,9 @@
 // Values must be property-list types (see ZQTPlatform::PropertyList); anything else is refused
 // with a log line and not stored. Integers, floats, doubles and booleans are stored as numbers.
 //
-// Safe to call from any thread: each scoped write or removal holds one lock across its
-// read-modify-write of "ClaimList", so concurrent writers lose no update.
+// Safe to call from any thread: each scoped write or removal is one update of "ClaimList" in the
+// store (ZQTPlatform::UserDefaults::update), made again on the file's own list when another
+// process wrote it meanwhile, so concurrent writers, in this process or others, lose no update.
 #pragma once
 
 #include "ZQTGlobal.h"

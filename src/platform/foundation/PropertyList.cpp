@@ -1,7 +1,9 @@
 #include "platform/foundation/PropertyList.h"
 
+#include "platform/foundation/BinaryPlistScreen_p.h"
+#include "platform/foundation/RegularFile_p.h"
+
 #include <QDateTime>
-#include <QFile>
 #include <QXmlStreamReader>
 
 #include <plist/plist.h>
@@ -48,6 +50,15 @@ bool isWellFormedXml(const QByteArray &data, QString *error)
     return false;
 }
 
+// Whether libplist can keep the text whole (it cannot hold U+0000).
+bool canBeKept(const QString &text, QString *error)
+{
+    if (!text.contains(QChar(0)))
+        return true;
+    setError(error, QStringLiteral("a string or key holds U+0000, which a property list cannot keep"));
+    return false;
+}
+
 QVariant toVariant(plist_t node, QString *error)
 {
     switch (plist_get_node_type(node)) {
@@ -80,11 +91,17 @@ QVariant toVariant(plist_t node, QString *error)
         return QByteArray(bytes, qsizetype(length));
     }
     case PLIST_DATE: {
+        // libplist 2.2 gives the whole seconds cut towards zero and the fraction without its sign;
+        // a date beyond 32-bit seconds (or not a number) comes out as the lowest 32-bit number.
         int32_t seconds = 0;
         int32_t microseconds = 0;
         plist_get_date_val(node, &seconds, &microseconds);
-        const qint64 msecs = std::llround(seconds * 1000.0 + microseconds / 1000.0);
-        return referenceDate().addMSecs(msecs);
+        if (seconds == std::numeric_limits<int32_t>::min() || microseconds < 0 || microseconds >= 1000000) {
+            setError(error, QStringLiteral("a date lies beyond the range a property list date can hold here"));
+            return QVariant();
+        }
+        const double fraction = (seconds < 0 ? -microseconds : microseconds) / 1000.0;
+        return referenceDate().addMSecs(std::llround(seconds * 1000.0 + fraction));
     }
     case PLIST_ARRAY: {
         QVariantList list;
@@ -158,6 +175,9 @@ Node toNode(const QVariant &value, QString *error)
     case QMetaType::Double:
         return Node(plist_new_real(value.toDouble()));
     case QMetaType::QString: {
+        // libplist keeps strings NUL-terminated and would cut the text at U+0000.
+        if (!canBeKept(value.toString(), error))
+            return Node();
         const QByteArray utf8 = value.toString().toUtf8();
         return Node(plist_new_string(utf8.constData()));
     }
@@ -169,8 +189,10 @@ Node toNode(const QVariant &value, QString *error)
         const QDateTime date = value.toDateTime();
         const qint64 msecs = date.isValid() ? referenceDate().msecsTo(date) : 0;
         const qint64 seconds = msecs >= 0 ? msecs / 1000 : -((-msecs + 999) / 1000);
-        if (!date.isValid() || seconds < std::numeric_limits<int32_t>::min()
-            || seconds > std::numeric_limits<int32_t>::max()) {
+        // The lowest 32-bit second reads back as "out of range", and within the second before
+        // the reference date a fraction reads back with the wrong sign (see toVariant).
+        if (!date.isValid() || seconds <= std::numeric_limits<int32_t>::min()
+            || seconds > std::numeric_limits<int32_t>::max() || (seconds == -1 && msecs != -1000)) {
             setError(error, QStringLiteral("date %1 cannot be stored in a property list")
                                 .arg(date.toString(Qt::ISODateWithMs)));
             return Node();
@@ -193,6 +215,8 @@ Node toNode(const QVariant &value, QString *error)
         Node dict(plist_new_dict());
         const QVariantMap map = value.toMap();
         for (auto it = map.cbegin(); it != map.cend(); ++it) {
+            if (!canBeKept(it.key(), error))
+                return Node();
             Node child = toNode(it.value(), error);
             if (!child)
                 return Node();
@@ -204,9 +228,9 @@ Node toNode(const QVariant &value, QString *error)
         break;
     }
     setError(error, value.isValid()
-                        ? QStringLiteral("a value of type %1 cannot be stored in a property list")
+                        ? QStringLiteral("a value of type %1 is not a property-list type")
                               .arg(QString::fromLatin1(value.typeName()))
-                        : QStringLiteral("an empty value cannot be stored in a property list"));
+                        : QStringLiteral("an empty value is not a property-list type"));
     return Node();
 }
 
@@ -225,7 +249,13 @@ QVariant PropertyList::fromData(const QByteArray &data, QString *error)
     const auto length = uint32_t(data.size());
     plist_t root = nullptr;
     if (plist_is_binary(data.constData(), length)) {
-        // The binary reader checks offsets and the trailer itself and refuses damaged input.
+        // The binary reader checks offsets and the trailer itself and refuses damaged input, but
+        // aborts on some well-formed input, which is refused here first.
+        const QString hazard = binaryPlistHazard(data);
+        if (!hazard.isEmpty()) {
+            setError(error, hazard);
+            return QVariant();
+        }
         plist_from_bin(data.constData(), length, &root);
     } else {
         if (!isWellFormedXml(data, error))
@@ -242,12 +272,12 @@ QVariant PropertyList::fromData(const QByteArray &data, QString *error)
 
 QVariant PropertyList::readFile(const QString &path, QString *error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        setError(error, file.errorString());
+    const RegularFileContent content = readRegularFile(path);
+    if (content.status != RegularFileContent::Status::Read) {
+        setError(error, content.error);
         return QVariant();
     }
-    return fromData(file.readAll(), error);
+    return fromData(content.data, error);
 }
 
 QByteArray PropertyList::toData(const QVariant &value, Format format, QString *error)
@@ -272,9 +302,14 @@ QByteArray PropertyList::toData(const QVariant &value, Format format, QString *e
     return result;
 }
 
-bool PropertyList::isPropertyListValue(const QVariant &value)
+bool PropertyList::isPropertyListValue(const QVariant &value, QString *why)
 {
-    return bool(toNode(value, nullptr));
+    return bool(toNode(value, why));
+}
+
+bool PropertyList::isPropertyListText(const QString &text, QString *why)
+{
+    return canBeKept(text, why);
 }
 
 } // namespace ZQTPlatform

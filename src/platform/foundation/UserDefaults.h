@@ -4,8 +4,10 @@
 //
 // The file is "<generic configuration folder>/<organization>/<application>.plist", the place
 // QSettings would use for the same application ("~/.config/zqt-vin.plist" for the tool). Keys
-// are strings; a null key names nothing. Every operation is safe from any thread. One process
-// writes a store at a time: the file is read once, so another writer's changes are not seen.
+// are strings; a null key names nothing. Every operation is safe from any thread. Processes
+// sharing the file lose no update: synchronize() holds an advisory lock on the file while it
+// writes, and when another process wrote the file since it was read, reads it again and applies
+// this process's unwritten changes to it. Between writes, reads come from memory.
 #pragma once
 
 #include "ZQTGlobal.h"
@@ -14,6 +16,7 @@
 #include <QVariant>
 #include <QVariantMap>
 
+#include <functional>
 #include <memory>
 
 namespace ZQTPlatform {
@@ -35,12 +38,18 @@ public:
     // The value under the key; an invalid QVariant when there is none.
     QVariant objectForKey(const QString &key) const;
     // Sets the value in memory; an invalid QVariant removes the key. A value that is not a
-    // property-list type (see PropertyList::isPropertyListValue), or a null key, is refused with
-    // a log line and changes nothing; the result says whether the value was taken.
+    // property-list value that reads back equal (see PropertyList::isPropertyListValue), or a null
+    // key or one holding U+0000, is refused with a log line and changes nothing; the result says
+    // whether the value was taken.
     bool setObject(const QVariant &value, const QString &key);
     // Why setObject() would refuse the value under the key; empty when it would take it.
     static QString refusalReason(const QVariant &value, const QString &key);
     void removeObjectForKey(const QString &key);
+    // Sets the key to change(its value now); an invalid result removes it. The change is made at
+    // once and, when another process wrote the file meanwhile, made again on the file's value at
+    // the next write, so a read-modify-write of one key (a dictionary of entries) keeps the
+    // entries other processes changed. The result must be a property-list value.
+    void update(const QString &key, const std::function<QVariant(const QVariant &)> &change);
     // A copy of every top-level key and value.
     QVariantMap dictionaryRepresentation() const;
 

@@ -2,6 +2,7 @@
 
 #include "platform/foundation/Log.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/RegularFile_p.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -10,6 +11,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace ZQTPlatform {
@@ -37,6 +39,29 @@ QString unusedAsideName(const QString &path)
     return name;
 }
 
+// Holds an exclusive advisory lock on a file beside the settings for its lifetime. Without a
+// lock file (a folder that cannot be written) the write goes on unlocked and fails on its own.
+class FileLock
+{
+public:
+    explicit FileLock(const QString &path)
+        : m_fd(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+    {
+        while (m_fd >= 0 && ::flock(m_fd, LOCK_EX) != 0 && errno == EINTR) {
+        }
+    }
+    ~FileLock()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd); // releases the lock
+    }
+    FileLock(const FileLock &) = delete;
+    FileLock &operator=(const FileLock &) = delete;
+
+private:
+    int m_fd;
+};
+
 } // namespace
 
 UserDefaultsFile::UserDefaultsFile(const QString &path)
@@ -47,10 +72,20 @@ UserDefaultsFile::UserDefaultsFile(const QString &path)
 QVariantMap UserDefaultsFile::read()
 {
     m_replaceable = true;
-    if (!QFileInfo::exists(m_path))
+    const RegularFileContent content = readRegularFile(m_path);
+    m_version = content.version;
+    if (content.status == RegularFileContent::Status::Missing)
         return {};
+    if (content.status == RegularFileContent::Status::Unreadable) {
+        // Nothing was read, so nothing says the file is damaged: it stays where it is, untouched.
+        m_replaceable = false;
+        log(QStringLiteral("UserDefaults: the settings file \"%1\" cannot be read (%2); it is left as it is, the "
+                           "settings start empty and will not be written over it")
+                .arg(m_path, content.error));
+        return {};
+    }
     QString error;
-    const QVariant root = PropertyList::readFile(m_path, &error);
+    const QVariant root = PropertyList::fromData(content.data, &error);
     if (root.typeId() == QMetaType::QVariantMap)
         return root.toMap();
     if (root.isValid())
@@ -80,18 +115,13 @@ bool UserDefaultsFile::fail(const QString &reason) const
     return false;
 }
 
-bool UserDefaultsFile::write(const QVariantMap &values)
+bool UserDefaultsFile::replace(const QVariantMap &values)
 {
-    if (!m_replaceable)
-        return fail(QStringLiteral("it holds unreadable settings that could not be kept aside"));
     QString error;
     const QByteArray data = PropertyList::toData(values, PropertyList::Format::Binary, &error);
     if (data.isEmpty())
         return fail(error);
     const QString folder = QFileInfo(m_path).absolutePath();
-    if (!QDir().mkpath(folder))
-        return fail(QStringLiteral("its folder \"%1\" cannot be created").arg(folder));
-
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly))
         return fail(file.errorString());
@@ -109,7 +139,38 @@ bool UserDefaultsFile::write(const QVariantMap &values)
     if (!file.commit())
         return fail(file.errorString());
     syncFolder(folder);
+    m_version = fileVersion(m_path);
     return true;
+}
+
+std::optional<QVariantMap> UserDefaultsFile::write(const QVariantMap &values,
+                                                   const std::function<void(QVariantMap &)> &replay)
+{
+    if (!m_replaceable) {
+        fail(QStringLiteral("it holds settings that could not be read and are kept where they are"));
+        return std::nullopt;
+    }
+    const QString folder = QFileInfo(m_path).absolutePath();
+    if (!QDir().mkpath(folder)) {
+        fail(QStringLiteral("its folder \"%1\" cannot be created").arg(folder));
+        return std::nullopt;
+    }
+    const FileLock lock(m_path + QStringLiteral(".lock"));
+    QVariantMap merged = values;
+    // Until the write succeeds, the caller's dictionary still lacks what another process wrote:
+    // a failed write must leave the file to be read again next time.
+    const FileVersion known = m_version;
+    // A file that is gone was removed, not written by another process: memory is written whole.
+    const FileVersion now = fileVersion(m_path);
+    if (now != m_version && now != FileVersion()) {
+        merged = read();
+        replay(merged);
+    }
+    if (!m_replaceable || !replace(merged)) {
+        m_version = known;
+        return std::nullopt;
+    }
+    return merged;
 }
 
 } // namespace ZQTPlatform

@@ -1,7 +1,9 @@
 #include "platform/location/LocationManager.h"
 
+#include "platform/foundation/RegularFile_p.h"
+
+#include <QBuffer>
 #include <QCoreApplication>
-#include <QFile>
 #include <QGeoPositionInfo>
 #include <QGeoPositionInfoSource>
 #include <QMutex>
@@ -73,14 +75,15 @@ QGeoPositionInfoSource *LocationManager::Private::makeSource()
     const QString path = nmeaFile();
     if (path.isEmpty())
         return QGeoPositionInfoSource::createDefaultSource(q);
-    auto *file = new QFile(path);
-    if (!file->open(QIODevice::ReadOnly)) {
-        delete file;
+    // Read whole up front: the source would otherwise wait on a FIFO and read a device without end.
+    RegularFileContent content = readRegularFile(path);
+    if (content.status != RegularFileContent::Status::Read)
         return nullptr;
-    }
     auto *nmea = new QNmeaPositionInfoSource(QNmeaPositionInfoSource::SimulationMode, q);
-    file->setParent(nmea);
-    nmea->setDevice(file);
+    auto *sentences = new QBuffer(nmea);
+    sentences->setData(content.data);
+    sentences->open(QIODevice::ReadOnly);
+    nmea->setDevice(sentences);
     return nmea;
 }
 

@@ -19,6 +19,8 @@ NavigationBar::NavigationBar(QWidget *parent)
 {
     setFixedHeight(DefaultHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // Titles come from hosts and configuration: shown as written, never rendered as markup.
+    m_titleLabel->setTextFormat(Qt::PlainText);
     m_titleLabel->setAlignment(Qt::AlignCenter);
     m_titleLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     QFont font = m_titleLabel->font();
