@@ -67,15 +67,28 @@ QStringList zxingWithStrategy(const Luminance &picture, const ZQTPlatform::ReadS
     }
 }
 
-QStringList zxingDefaults(const Luminance &picture)
+namespace {
+
+// One ReadBarcode, as an application calls ZXing-cpp.
+QStringList readOne(const Luminance &picture, const ZXing::DecodeHints &hints)
 {
-    ZXing::DecodeHints hints;
-    hints.setFormats(vinFormats);
     try {
         return texts({ZXing::ReadBarcode(view(picture), hints)});
     } catch (const std::exception &) {
         return {};
     }
+}
+
+} // namespace
+
+QStringList zxingDefaults(const Luminance &picture)
+{
+    return readOne(picture, ZXing::DecodeHints().setFormats(vinFormats));
+}
+
+QStringList zxingTryHarder(const Luminance &picture)
+{
+    return readOne(picture, ZXing::DecodeHints().setFormats(vinFormats).setTryHarder(true).setTryRotate(true).setTryDownscale(false));
 }
 
 ZbarReader::ZbarReader() : m_scanner(zbar_image_scanner_create())

@@ -31,6 +31,10 @@ QStringList zxingWithStrategy(const Luminance &picture, const ZQTPlatform::ReadS
 // (try harder, try rotate, try downscale), the same symbologies.
 QStringList zxingDefaults(const Luminance &picture);
 
+// ZXing-cpp asked to try hard without its downscale (which aborts ZXing 1.4 on 1-D codes found at
+// two scales): one ReadBarcode with try harder and try rotate, the same symbologies.
+QStringList zxingTryHarder(const Luminance &picture);
+
 // zbar's image scanner with Code 39, Code 93 and Code 128 enabled (it reads no Data Matrix).
 class ZbarReader
 {

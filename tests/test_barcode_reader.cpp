@@ -227,9 +227,10 @@ TEST(BarcodeReader, ReadsBlurredLabelsTiltedEitherWayWithinOneCycle)
             if (!reader.read(frame, f).isEmpty())
                 readingFrames.append(f);
         }
+        // The turned strategies read it, and the region pass on the frames whose strategy does not.
         const auto turned = [](int f) { return ReadStrategy::forFrame(f).turnDegrees != 0; };
-        ASSERT_FALSE(readingFrames.isEmpty()) << tilt;
-        EXPECT_TRUE(std::all_of(readingFrames.begin(), readingFrames.end(), turned)) << tilt;
+        for (int f = 0; f < ReadStrategy::cycleLength(); ++f)
+            EXPECT_TRUE(!turned(f) || readingFrames.contains(f)) << tilt << " frame " << f;
     }
 }
 

@@ -1,7 +1,9 @@
-// The capture screen's barcode session end to end: generated label frames stream from a picture
-// stand-in through the session and the reader to the delegate, the VIN photo and the scanner's
-// views; plus the reader callback's rules (types, order, repeats) and the failed still.
+// The capture screen's barcode session end to end: generated label frames (also frames of the
+// field-conditions set) stream from a picture stand-in through the session and the reader to the
+// delegate, the VIN photo and the scanner's views; plus the reader callback's rules (types, order,
+// repeats) and the failed still.
 #include "BarcodeArt.h"
+#include "FieldConditions.h"
 #include "ZQTVINScanComponent.h"
 #include "platform/capture/CaptureDevice.h"
 #include "platform/capture/MetadataOutput.h"
@@ -275,3 +277,26 @@ TEST_F(BarcodeSession, TheDelegateCanDeleteTheScreenThroughABlockingCallToTheGui
     EXPECT_TRUE(closed);
     EXPECT_TRUE(host.navigation->viewControllers().isEmpty());
 }
+
+// Frames of the field-conditions set (seed 18, one scene per symbology: keystone, turn, blur, low
+// light, glare, JPEG loss) streaming from a picture stand-in through the whole session: the VIN on
+// the label is reported as scanned, and its photo stored.
+class FieldSetSession : public BarcodeSession, public ::testing::WithParamInterface<int>
+{
+};
+
+TEST_P(FieldSetSession, ReportsTheVinOnTheLabel)
+{
+    const QStringList vins = FieldConditions::realVins(QStringLiteral(ZQT_REAL_VINS_CSV));
+    const FieldConditions::FieldScene scene = FieldConditions::sceneAt(GetParam(), 18, vins);
+    startScreen(FieldConditions::SteadyCamera(scene).frame(0));
+
+    const auto calls = reports();
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].vin, scene.vin);
+    EXPECT_TRUE(calls[0].scanned);
+    EXPECT_TRUE(QFileInfo(vinPhotoPath()).isFile());
+}
+
+// Code 39, Code 128, Code 93 and Data Matrix scenes of the set.
+INSTANTIATE_TEST_SUITE_P(Scenes, FieldSetSession, ::testing::Values(0, 1, 2, 7));

@@ -1,0 +1,27 @@
+// Level, cleaned-up copies of a code's region for a reader that scans straight rows: what lets it
+// read labels in the dark, under glare, blurred, turned and seen at an angle.
+#pragma once
+
+#include "platform/capture/CodeRegions_p.h"
+#include "platform/capture/TurnedLuminance_p.h"
+
+#include <vector>
+
+namespace ZQTPlatform {
+
+// The bars of a 1-D region read along three bands across them (the middle and one to each side,
+// so that a glare spot or the narrow end of a label seen at an angle spoils one band, not all):
+// each band is averaged along the bars into one line at two samples per frame pixel (noise falls
+// with the square root of the band's height; the bars stay sharp because the region's direction
+// comes from its gradients) and flattened against its local paper and ink levels (low light,
+// glare). Each band gives several pictures of its line, a few identical rows high: as it is,
+// sharpened, and thresholded at its local mean over two windows (motion blur, defocus). Cost: one
+// resample of the region (about 0.5 ms for a 1080p label), the rest is on single lines.
+std::vector<std::vector<TurnedLuminance>> barProfiles(const cv::Mat &grey, const CodeRegion &region);
+
+// The region of a 2-D code, turned level with a margin, smoothed against shot noise (its cells are
+// eight pixels or more) and divided by its paper's brightness, stretched to full scale. Cost:
+// about 1 ms for a 1080p label.
+TurnedLuminance matrixView(const cv::Mat &grey, const CodeRegion &region);
+
+} // namespace ZQTPlatform

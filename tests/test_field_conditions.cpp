@@ -1,0 +1,150 @@
+// The barcode reader on VIN labels as a hand holds them at a car: the region finder places and
+// turns a code's region, and each field condition at the worst the field-conditions set holds is
+// read within ten frames of a steady picture.
+#include "platform/capture/BarcodeReader_p.h"
+#include "platform/capture/CodeRegions_p.h"
+#include "platform/capture/MetadataOutput.h"
+
+#include <FieldConditions.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+using namespace ZQTPlatform;
+using BarcodeArt::Symbology;
+using FieldConditions::FieldScene;
+
+namespace {
+
+const QString vin = QStringLiteral("1HGCM82633A004352");
+
+// A sharp, well-lit label: the conditions a case adds are the only ones in its frames.
+FieldScene cleanScene(Symbology symbology, QSize frameSize = {1280, 720})
+{
+    FieldScene scene;
+    scene.symbology = symbology;
+    scene.vin = vin;
+    scene.frameSize = frameSize;
+    scene.modulePixels = symbology == Symbology::DataMatrix ? 8 : 2.2;
+    scene.defocusPixels = 0.5;
+    scene.jpegQuality = 85;
+    return scene;
+}
+
+std::string symbologyName(Symbology symbology)
+{
+    return FieldConditions::symbologyName(symbology).remove(QLatin1Char(' ')).toStdString();
+}
+
+// ---- Region finder ----
+
+struct RegionCase
+{
+    Symbology symbology;
+    double rotation;
+    double keystone;
+};
+
+class CodeRegionFinder : public ::testing::TestWithParam<RegionCase>
+{
+};
+
+// The strongest region is the code: centred on the label's symbol, 1-D or not as the symbology,
+// and for bars turned as the label is.
+TEST_P(CodeRegionFinder, FindsTheCodeAndItsDirection)
+{
+    FieldScene scene = cleanScene(GetParam().symbology);
+    scene.rotationDegrees = GetParam().rotation;
+    scene.keystone = GetParam().keystone;
+    scene.whiteLevel = 0.4;
+    const QImage frame = FieldConditions::SteadyCamera(scene).frame(0);
+    const PixelLayout layout{frame.constBits(), frame.width(), frame.height(), int(frame.bytesPerLine())};
+
+    const QList<CodeRegion> regions = findCodeRegions(greyMatrix(layout), 3);
+    ASSERT_FALSE(regions.isEmpty());
+    const CodeRegion &code = regions.first();
+    const bool linear = scene.symbology != Symbology::DataMatrix;
+    EXPECT_EQ(code.linear, linear);
+    // The symbol sits above the printed VIN, within a tenth of the frame of the label's centre.
+    const QPointF labelCentre(frame.width() / 2.0, frame.height() / 2.0);
+    EXPECT_LT(std::hypot(code.centre.x() - labelCentre.x(), code.centre.y() - labelCentre.y()), frame.width() / 10.0);
+    if (linear) {
+        EXPECT_NEAR(std::remainder(code.axisDegrees - scene.rotationDegrees, 180.0), 0, 3);
+        EXPECT_GT(code.length, 2 * code.thickness);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Labels, CodeRegionFinder,
+                         ::testing::Values(RegionCase{Symbology::Code39, 0, 0}, RegionCase{Symbology::Code39, 15, 0.35},
+                                           RegionCase{Symbology::Code128, -15, 0.2}, RegionCase{Symbology::Code93, 8, 0.35},
+                                           RegionCase{Symbology::DataMatrix, 12, 0.3}),
+                         [](const auto &info) {
+                             return symbologyName(info.param.symbology) + "_" + std::to_string(info.index);
+                         });
+
+// ---- Each condition at its worst ----
+
+struct Condition
+{
+    const char *name;
+    std::function<void(FieldScene &)> apply;
+};
+
+const Condition conditions[] = {
+    {"Keystone35", [](FieldScene &scene) { scene.keystone = 0.35; }},
+    {"Turned15", [](FieldScene &scene) { scene.rotationDegrees = -15; }},
+    {"WhiteAtAQuarter", [](FieldScene &scene) { scene.whiteLevel = 0.25; }},
+    // The spot's peak takes the paper past full scale; the bars under it keep a little contrast.
+    {"GlareOverADimLabel", [](FieldScene &scene) {
+         scene.whiteLevel = 0.5;
+         scene.glare = 0.9;
+         scene.glareAt = QPointF(0.4, 0.5);
+     }},
+    {"Defocus", [](FieldScene &scene) { scene.defocusPixels = 1.2; }},
+    {"Jpeg35", [](FieldScene &scene) { scene.jpegQuality = 35; }},
+    // Last: a smear of four modules leaves no cell of a Data Matrix, whichever way it goes.
+    {"MotionAlongTheBars", [](FieldScene &scene) {
+         scene.motionModules = 4;
+         scene.motionDegrees = 90;
+     }},
+};
+
+class FieldCondition : public ::testing::TestWithParam<std::tuple<Symbology, int>>
+{
+};
+
+// Read within ten frames of a steady picture, with the exact VIN and nothing else.
+TEST_P(FieldCondition, IsReadWithinTenFrames)
+{
+    const auto [symbology, condition] = GetParam();
+    FieldScene scene = cleanScene(symbology, QSize(1920, 1080));
+    conditions[condition].apply(scene);
+    const FieldConditions::SteadyCamera camera(scene);
+    const BarcodeReader reader({MetadataObject::typeCode39, MetadataObject::typeCode93, MetadataObject::typeCode128,
+                                MetadataObject::typeDataMatrix});
+    bool read = false;
+    for (int frame = 0; frame < 10 && !read; ++frame) {
+        for (const DecodedBarcode &code : reader.read(camera.frame(frame), quint64(frame))) {
+            EXPECT_EQ(code.text, vin);
+            read = read || code.text == vin;
+        }
+    }
+    EXPECT_TRUE(read);
+}
+
+const auto conditionName = [](const auto &info) {
+    return symbologyName(std::get<0>(info.param)) + "_" + conditions[std::get<1>(info.param)].name;
+};
+
+INSTANTIATE_TEST_SUITE_P(LinearLabels, FieldCondition,
+                         ::testing::Combine(::testing::Values(Symbology::Code39, Symbology::Code93, Symbology::Code128),
+                                            ::testing::Range(0, int(std::size(conditions)))),
+                         conditionName);
+INSTANTIATE_TEST_SUITE_P(MatrixLabels, FieldCondition,
+                         ::testing::Combine(::testing::Values(Symbology::DataMatrix),
+                                            ::testing::Range(0, int(std::size(conditions)) - 1)),
+                         conditionName);
+
+} // namespace
