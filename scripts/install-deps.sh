@@ -12,6 +12,7 @@ packages=(
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav gstreamer1.0-tools
   libfontconfig-dev fonts-dejavu-core fonts-liberation2
   attr zbar-tools libzbar-dev
+  libtesseract-dev tesseract-ocr-eng fonts-ocr-b
   xvfb xdotool
 )
 
