@@ -7,11 +7,15 @@
 //  3. the photo save on that path (JPEG data of the still, decode, claim photo store), against
 //     one 800-pixel JPEG encode of the same picture.
 //
-// Run: bench_scan_session [VIDEO] — without VIDEO a 1080p clip is made with zqt-make-sample-clip.
+// Run: bench_scan_session [VIDEO] [--read-text] — without VIDEO a 1080p clip is made with
+// zqt-make-sample-clip. With --read-text the screen also reads printed VINs and the clip made shows
+// a printed sticker without a barcode, so that part 1 measures the GUI thread while the text
+// reader works (each read reported and the scanner restarted, the text delay run again).
 #include "BarcodeArt.h"
 #include "ZQTVINScanComponent.h"
 #include "platform/capture/CaptureDevice.h"
 #include "platform/capture/MetadataOutput.h"
+#include "platform/capture/VINTextOutput.h"
 #include "platform/ui/NavigationController.h"
 #include "platform/ui/Window.h"
 
@@ -93,10 +97,11 @@ struct ScreenRun
     Window window;
     ZQTVINCaptureVC *screen = nullptr;
 
-    explicit ScreenRun(bool restart)
+    explicit ScreenRun(bool restart, bool readText)
     {
         delegate.restart = restart;
         screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, QStringLiteral("BENCH"));
+        screen->setEnableVINTextReading(readText);
         delegate.screen = screen;
         auto *navigation = new NavigationController;
         window.resize(375, 812);
@@ -175,13 +180,15 @@ double longestStallMs(int milliseconds)
     return std::max(0.0, longest / 1e6 - 1.0);
 }
 
-QString makeClip(const QString &folder)
+QString makeClip(const QString &folder, bool printed)
 {
     const QString path = folder + QStringLiteral("/clip-1080p.webm");
+    QStringList arguments = {path, QStringLiteral("--size"), QStringLiteral("1920x1080"), QStringLiteral("--fps"),
+                             QStringLiteral("30"), QStringLiteral("--seconds"), QStringLiteral("4"), QStringLiteral("--quick")};
+    if (printed)
+        arguments.append(QStringLiteral("--printed"));
     QProcess generator;
-    generator.start(QStringLiteral(ZQT_MAKE_SAMPLE_CLIP),
-                    {path, QStringLiteral("--size"), QStringLiteral("1920x1080"), QStringLiteral("--fps"),
-                     QStringLiteral("30"), QStringLiteral("--seconds"), QStringLiteral("4"), QStringLiteral("--quick")});
+    generator.start(QStringLiteral(ZQT_MAKE_SAMPLE_CLIP), arguments);
     generator.waitForFinished(-1);
     return generator.exitCode() == 0 ? path : QString();
 }
@@ -208,9 +215,11 @@ int main(int argc, char *argv[])
     qputenv("XDG_DOCUMENTS_DIR", (home.path() + "/Documents").toUtf8());
 
     // 1. GUI stall while 1080p30 streams into the screen.
-    QString clip = app.arguments().value(1);
+    QStringList arguments = app.arguments().mid(1);
+    const bool readText = arguments.removeAll(QStringLiteral("--read-text")) > 0;
+    QString clip = arguments.value(0);
     if (clip.isEmpty())
-        clip = makeClip(home.path());
+        clip = makeClip(home.path(), readText);
     if (clip.isEmpty()) {
         std::fprintf(stderr, "no clip\n");
         return 1;
@@ -218,15 +227,15 @@ int main(int argc, char *argv[])
     const int streamMs = 6000;
     double idleStall = 0, streamingStall = 0;
     int reads = 0;
-    quint64 framesRead = 0, framesDropped = 0;
+    quint64 framesRead = 0, framesDropped = 0, textFramesRead = 0;
     {
-        ScreenRun idle(true); // no video device yet: the same screen with nothing streaming
+        ScreenRun idle(true, readText); // no video device yet: the same screen with nothing streaming
         QTest::qWait(1000);
         idleStall = longestStallMs(streamMs);
     }
     {
         CaptureDevice::addStandIn(clip);
-        ScreenRun streaming(true);
+        ScreenRun streaming(true, readText);
         QTest::qWait(1000);
         app.recording = true;
         streamingStall = longestStallMs(streamMs);
@@ -236,6 +245,10 @@ int main(int argc, char *argv[])
             framesRead = streaming.screen->output()->framesRead();
             framesDropped = streaming.screen->output()->framesDropped();
         }
+        for (const auto &output : streaming.screen->session()->outputs()) {
+            if (const auto text = std::dynamic_pointer_cast<VINTextOutput>(output))
+                textFramesRead = text->framesRead();
+        }
         CaptureDevice::removeStandIns();
     }
     std::printf("GUI thread, longest stall over %d s (1 ms ticks):\n", streamMs / 1000);
@@ -244,6 +257,8 @@ int main(int argc, char *argv[])
                 streamingStall, idleStall > 0 ? streamingStall / idleStall : 0.0, streamingStall < 8 ? "met" : "NOT met");
     std::printf("  reader: %llu frames read, %llu dropped while busy\n", (unsigned long long)framesRead,
                 (unsigned long long)framesDropped);
+    if (readText)
+        std::printf("  text reader: %llu frames read\n", (unsigned long long)textFramesRead);
     std::printf("  most GUI-thread CPU time for one event: %.2f ms (the rest of a stall is waiting for a core)\n",
                 app.longestCpuMs);
     std::printf("  GUI-thread events with the most CPU time while streaming (CPU, wall, receiver):\n");
@@ -269,7 +284,7 @@ int main(int argc, char *argv[])
             CaptureDevice *device = CaptureDevice::addStandIn(lastPicture);
             int delivered = 0;
             QObject::connect(device, &CaptureDevice::frameArrived, [&delivered] { ++delivered; });
-            ScreenRun run1(false);
+            ScreenRun run1(false, false);
             int atReport = -1;
             QTest::qWaitFor([&] {
                 if (atReport < 0 && run1.delegate.reports.loadAcquire() > 0)

@@ -13,6 +13,7 @@ packages=(
   libfontconfig-dev fonts-dejavu-core fonts-liberation2
   attr zbar-tools libzbar-dev
   libopencv-dev
+  libtesseract-dev tesseract-ocr-eng fonts-ocr-b
   xvfb xdotool
   clang libclang-rt-14-dev
 )

@@ -1,6 +1,7 @@
 // The capture app and zqt-vin scan, run as a user runs them: headless over the shipped sample
 // clip, pictures and files that cannot be scanned.
 #include "BarcodeArt.h"
+#include "VinTextArt.h"
 #include "support/ZqtVinRun.h"
 
 #include "Utils/ZQTVINScanUtils.h"
@@ -57,6 +58,40 @@ TEST(CaptureApp, RefusesMissingClaimsAndUnreadableSourcesAndGivesUpAfterItsTimeo
     EXPECT_TRUE(nothing.out.isEmpty());
 }
 
+// The printed-VIN clip the project ships: read as text, with the option only.
+TEST(CaptureApp, ReadTextReadsThePrintedSampleClip)
+{
+    const ZqtVinRun run = runZqtVinCapture({"--claim", "CLM-TEXT", "--source", ZQT_PRINTED_SAMPLE_CLIP, "--read-text",
+                                            "--exit-on-result", "--timeout", "50"});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QJsonObject report = jsonLine(run.out.split('\n', Qt::SkipEmptyParts).value(0));
+    EXPECT_EQ(report.value("vin").toString(), sampleVin);
+    EXPECT_TRUE(report.value("isVINScanned").toBool());
+    EXPECT_TRUE(report.value("isVINValid").toBool());
+    EXPECT_EQ(report.value("source").toString(), "text");
+}
+
+// A photo of a VIN plate behind the windscreen: read as text with --read-text, the source named.
+TEST(ZqtVinScan, ReadTextReadsAPrintedVinPhoto)
+{
+    QTemporaryDir dir;
+    const QString plate = dir.filePath("plate.jpg");
+    VinTextArt::Scene scene;
+    scene.vin = QStringLiteral("19XFC1F7XGE028370");
+    scene.carrier = VinTextArt::Carrier::EmbossedPlate;
+    scene.textHeight = 26;
+    scene.tiltDegrees = -2;
+    scene.noiseSigma = 3;
+    ASSERT_TRUE(VinTextArt::renderScene(scene).save(plate, nullptr, 85));
+    const ZqtVinRun run = runZqtVin({"scan", "--claim", "CLM-PLATE", "--json", "--read-text", plate});
+    ASSERT_EQ(run.status, 0) << run.out.toStdString() << run.err.toStdString();
+    const QJsonObject report = jsonLine(run.out.split('\n', Qt::SkipEmptyParts).value(0));
+    EXPECT_EQ(report.value("vin").toString(), scene.vin);
+    EXPECT_TRUE(report.value("isVINValid").toBool());
+    EXPECT_EQ(report.value("source").toString(), "text");
+    EXPECT_EQ(report.value("file").toString(), plate);
+}
+
 TEST(ZqtVinScan, OneLinePerFileAndSuccessOnlyWhenEveryFileGaveAVin)
 {
     QTemporaryDir dir;
@@ -87,6 +122,7 @@ TEST(ZqtVinScan, OneLinePerFileAndSuccessOnlyWhenEveryFileGaveAVin)
     EXPECT_TRUE(jsonLine(jsonLines[0]).value("vin").isNull());
     EXPECT_EQ(jsonLine(jsonLines[0]).value("result").toString(), "no barcode");
     EXPECT_EQ(jsonLine(jsonLines[1]).value("vin").toString(), sampleVin);
+    EXPECT_EQ(jsonLine(jsonLines[1]).value("source").toString(), "barcode");
     EXPECT_EQ(jsonLine(jsonLines[1]).value("photo").toString(), photo);
     EXPECT_TRUE(jsonLine(jsonLines[2]).value("vin").isNull());
     EXPECT_EQ(jsonLine(jsonLines[2]).value("file").toString(), text);

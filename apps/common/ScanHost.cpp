@@ -17,6 +17,24 @@
 
 namespace ZqtApps {
 
+namespace {
+
+QJsonValue sourceName(ZQTVINCaptureVC::VINSource source)
+{
+    switch (source) {
+    case ZQTVINCaptureVC::VINSource::Barcode:
+        return QStringLiteral("barcode");
+    case ZQTVINCaptureVC::VINSource::Text:
+        return QStringLiteral("text");
+    case ZQTVINCaptureVC::VINSource::Typed:
+        return QStringLiteral("typed");
+    default:
+        return QJsonValue::Null;
+    }
+}
+
+} // namespace
+
 QJsonObject ScanResult::toJson() const
 {
     QJsonValue errorValue = QJsonValue::Null;
@@ -27,6 +45,7 @@ QJsonObject ScanResult::toJson() const
     return {{QStringLiteral("vin"), vin},
             {QStringLiteral("isVINScanned"), isVINScanned},
             {QStringLiteral("isVINValid"), isVINValid},
+            {QStringLiteral("source"), sourceName(source)},
             {QStringLiteral("error"), errorValue}};
 }
 
@@ -89,6 +108,7 @@ void ScanHost::makeScreen()
     if (m_screen) {
         m_screen->setShowManualEntry(m_options.manual);
         m_screen->setEnableLandscapeMode(m_options.landscape);
+        m_screen->setEnableVINTextReading(m_options.readText);
     }
 }
 
@@ -148,7 +168,9 @@ QString ScanHost::vinPhotoPath() const
 
 void ScanHost::didCompleteScanning(const QString &VIN, bool isVINScanned, bool isVINValid, const ZQTError &error)
 {
-    const ScanResult result{VIN, isVINScanned, isVINValid, error};
+    // The screen calling its delegate is alive; it set how the VIN was read before the call.
+    const ScanResult result{VIN, isVINScanned, isVINValid, error,
+                            m_screen ? m_screen->lastVINSource() : ZQTVINCaptureVC::VINSource::None};
     QMetaObject::invokeMethod(this, [this, result] { emit scanned(result); }, Qt::QueuedConnection);
 }
 

@@ -22,8 +22,10 @@ struct ScanResult
     bool isVINScanned = false;
     bool isVINValid = false;
     ZQTError error;
+    ZQTVINCaptureVC::VINSource source = ZQTVINCaptureVC::VINSource::None;
 
-    // {"vin": ..., "isVINScanned": ..., "isVINValid": ..., "error": null | {domain, code, description}}
+    // {"vin": ..., "isVINScanned": ..., "isVINValid": ..., "source": "barcode" | "text" | "typed",
+    //  "error": null | {domain, code, description}}
     QJsonObject toJson() const;
 };
 
@@ -33,6 +35,7 @@ struct ScanHostOptions
     bool manual = false;     // open with the manual prompt
     bool landscape = false;  // the screen's landscape mode
     bool modal = false;      // present the screen instead of pushing it
+    bool readText = false;   // also read printed VINs (the screen's enableVINTextReading)
     std::optional<ZQTVINScanAdjuster> adjuster;
 };
 

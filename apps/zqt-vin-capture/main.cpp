@@ -51,6 +51,7 @@ void addOptions(QCommandLineParser &parser)
         {QStringLiteral("manual"), QStringLiteral("Open with the manual VIN prompt.")},
         {QStringLiteral("landscape"), QStringLiteral("The screen's landscape mode.")},
         {QStringLiteral("modal"), QStringLiteral("Present the screen instead of pushing it.")},
+        {QStringLiteral("read-text"), QStringLiteral("Also read printed VINs that carry no barcode.")},
         {QStringLiteral("device"),
          QStringLiteral("The phone to imitate: %1, or a screen size in points (default iPhone X).").arg(phoneNames()),
          QStringLiteral("NAME|WxH")},
@@ -131,6 +132,7 @@ int main(int argc, char *argv[])
     options.manual = parser.isSet(QStringLiteral("manual"));
     options.landscape = parser.isSet(QStringLiteral("landscape"));
     options.modal = parser.isSet(QStringLiteral("modal"));
+    options.readText = parser.isSet(QStringLiteral("read-text"));
     // Any adjuster detail gives the screen an adjuster (and the bar its menu).
     if (parser.isSet(QStringLiteral("adjuster-name")) || parser.isSet(QStringLiteral("adjuster-role"))
         || parser.isSet(QStringLiteral("adjuster-phone")) || parser.isSet(QStringLiteral("adjuster-email"))

@@ -19,6 +19,9 @@ namespace {
 // A picture is given this long (its frames cycle through the reader's strategies); a video
 // plays once to its end, within the same overall limit.
 constexpr int pictureMs = 2000;
+// With printed VINs read too, a picture is given longer: text is read only after the screen's
+// delay without a barcode, a few hundred milliseconds per frame, and needs agreeing frames.
+constexpr int textPictureMs = 8000;
 constexpr int fileLimitMs = 60000;
 // A file that has shown no picture by then is taken as one that never will (a damaged video).
 constexpr int firstFrameMs = 5000;
@@ -30,7 +33,7 @@ struct FileOutcome
     QString problem; // why the file could not be scanned
 };
 
-FileOutcome scanFile(const QString &claimId, const QString &path)
+FileOutcome scanFile(const QString &claimId, const QString &path, bool readText)
 {
     FileOutcome outcome;
     CaptureDevice::removeStandIns();
@@ -41,6 +44,7 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
     }
     ZqtApps::ScanHostOptions options;
     options.claimId = claimId;
+    options.readText = readText;
     ZqtApps::ScanHost host(options);
     if (!host.screen()) {
         outcome.problem = QStringLiteral("no capture screen");
@@ -69,7 +73,7 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
     pictureLimit.setSingleShot(true);
     QObject::connect(&pictureLimit, &QTimer::timeout, &loop, &QEventLoop::quit);
     if (device->kind() == CaptureDevice::Kind::Picture)
-        pictureLimit.start(pictureMs);
+        pictureLimit.start(readText ? textPictureMs : pictureMs);
     loop.exec();
     if (!outcome.result && outcome.problem.isEmpty() && !device->availabilityError().isNull())
         outcome.problem = device->availabilityError().localizedDescription();
@@ -81,8 +85,9 @@ FileOutcome scanFile(const QString &claimId, const QString &path)
 
 int runScan(const QStringList &args, Streams io)
 {
-    static const char usage[] = "usage: zqt-vin scan --claim ID [--json] FILE...\n";
-    const Arguments parsed = parseArguments(args, {QStringLiteral("--claim")}, {QStringLiteral("--json")});
+    static const char usage[] = "usage: zqt-vin scan --claim ID [--json] [--read-text] FILE...\n";
+    const Arguments parsed =
+        parseArguments(args, {QStringLiteral("--claim")}, {QStringLiteral("--json"), QStringLiteral("--read-text")});
     if (const std::optional<int> status = endEarly(args, parsed.problem, io, usage))
         return *status;
     const QString claimId = parsed.value("--claim");
@@ -94,7 +99,7 @@ int runScan(const QStringList &args, Streams io)
     const QStringList &files = parsed.operands;
     bool everyFileGaveAVin = true;
     for (const QString &file : files) {
-        const FileOutcome outcome = scanFile(claimId, file);
+        const FileOutcome outcome = scanFile(claimId, file, parsed.has("--read-text"));
         everyFileGaveAVin = everyFileGaveAVin && outcome.result.has_value();
         if (json) {
             QJsonObject line = outcome.result ? outcome.result->toJson() : QJsonObject{{QStringLiteral("vin"), QJsonValue::Null}};

@@ -27,9 +27,11 @@ const char kUsage[] =
     "  photos add --claim ID --title TITLE IMAGE\n"
     "                                         store an image file as a claim photo (at most 800\n"
     "                                         pixels, JPEG) under the user's documents folder\n"
-    "  scan --claim ID [--json] FILE...       run the barcode scan over each image or video file: one\n"
+    "  scan --claim ID [--json] [--read-text] FILE...\n"
+    "                                         run the barcode scan over each image or video file: one\n"
     "                                         line per file (VIN, validity, stored photo) or \"no\n"
-    "                                         barcode\"; status 1 unless every file gave a VIN\n"
+    "                                         barcode\"; status 1 unless every file gave a VIN;\n"
+    "                                         --read-text also reads printed VINs\n"
     "  stamp IN OUT (--lat LAT --lon LON | --nmea FILE)\n"
     "                                         write a copy of IN with the date, time and position\n"
     "                                         stamped at its top right; OUT ends in .jpg or .png\n";

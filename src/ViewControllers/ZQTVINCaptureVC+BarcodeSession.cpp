@@ -71,9 +71,11 @@ const QStringList &acceptedTypes()
     return types;
 }
 
-QString scanningLabelText()
+// The prompt while scanning; it mentions the printed VIN when that is read too.
+QString scanningLabelText(bool readsText)
 {
-    return Constants::getConfigStringForKey(QStringLiteral("ScanningLabelText"));
+    return Constants::getConfigStringForKey(readsText ? QStringLiteral("ScanningLabelTextPrintedVIN")
+                                                      : QStringLiteral("ScanningLabelText"));
 }
 
 QFont scanningLabelFont(const QFont &fallback)
@@ -128,6 +130,7 @@ void ZQTVINCaptureVC::initBarCodeScanner()
         [](const MetadataObject &object) { return VINPayload::rank(object.stringValue); });
     d->session->addOutput(d->output);
     d->output->setMetadataObjectTypes(d->output->availableMetadataObjectTypes());
+    initVINTextReader();
 
     d->prevLayer = new VideoPreviewLayer(d->session.get());
     d->prevLayer->setObjectName(QStringLiteral("prevLayer"));
@@ -169,7 +172,7 @@ void ZQTVINCaptureVC::startBarCodeScanner()
     label->setFont(scanningLabelFont(label->font()));
     // A narrow camera area draws the prompt or the payload smaller rather than cut.
     label->setAdjustsFontSizeToFitWidth(true);
-    label->setText(scanningLabelText());
+    label->setText(scanningLabelText(d->enableVINTextReading));
     d->scanResultLbl = label;
 
     addSubview(overlay, label);
@@ -181,6 +184,7 @@ void ZQTVINCaptureVC::startBarCodeScanner()
     if (d->session)
         d->session->startRunning();
     d->isVINScanInProcess = false;
+    restartVINTextReader();
 
     if (d->scanOverlayView) {
         d->scanOverlayView->show();
@@ -257,6 +261,7 @@ void ZQTVINCaptureVC::dropBarcodePipeline()
     d->device = nullptr;
     d->input.reset();
     d->output.reset();
+    d->textOutput.reset();
     delete d->prevLayer.data();
     // The overlay picture is not part of the pipeline; it goes when it is out of the view tree.
     if (d->cameraOverlayImage && !d->cameraOverlayImage->parent())
@@ -268,20 +273,22 @@ void ZQTVINCaptureVC::captureOutput(MetadataOutput *output, const QList<Metadata
 {
     Q_UNUSED(output);
     Q_UNUSED(connection);
+    // A code in view: the printed VIN waits until none has been seen for its delay.
+    restartVINTextReader();
     QRectF highlight;
     QString payload;
     if (!d->isVINScanInProcess) {
         for (const MetadataObject &object : metadataObjects) {
             if (!acceptedTypes().contains(object.type)) {
                 if (d->scanResultLbl)
-                    d->scanResultLbl->setText(scanningLabelText());
+                    d->scanResultLbl->setText(scanningLabelText(d->enableVINTextReading));
                 continue;
             }
             highlight = d->prevLayer ? d->prevLayer->transformedMetadataObjectForMetadataObject(object).bounds
                                      : QRectF();
             if (object.stringValue.isNull()) {
                 if (d->scanResultLbl)
-                    d->scanResultLbl->setText(scanningLabelText());
+                    d->scanResultLbl->setText(scanningLabelText(d->enableVINTextReading));
                 continue;
             }
             payload = object.stringValue;
@@ -289,30 +296,36 @@ void ZQTVINCaptureVC::captureOutput(MetadataOutput *output, const QList<Metadata
         }
         if (!payload.isNull()) {
             logStep("captureOutput");
-            d->isVINScanInProcess = true;
-            {
-                const QMutexLocker lock(&d->photoStateLock);
-                d->vinInProcess = validateVIN(payload).VIN();
-            }
-            if (d->scanResultLbl)
-                d->scanResultLbl->setText(payload);
-            if (d->stillImageOutput) {
-                QPointer<ZQTVINCaptureVC> screen(this);
-                std::shared_ptr<CompletionGate> gate = d->captureGate;
-                d->stillImageOutput->captureStillImageAsynchronouslyFromConnection(
-                    d->stillImageOutput->connectionWithMediaType(CaptureDevice::mediaTypeVideo()),
-                    [screen, gate, payload](std::shared_ptr<const SampleBuffer> buffer, const Error &error) {
-                        // Capture queue. The screen is alive while the gate is open; it closes
-                        // the gate first thing in its destructor.
-                        QMutexLocker locker(&gate->lock);
-                        if (gate->open)
-                            screen->completeStillCapture(payload, buffer, error);
-                    });
-            }
+            captureStillOfRead(payload, VINSource::Barcode);
         }
     }
     if (d->highlightView)
         d->highlightView->setGeometry(highlight.toRect());
+}
+
+void ZQTVINCaptureVC::captureStillOfRead(const QString &payload, VINSource source)
+{
+    d->isVINScanInProcess = true;
+    d->lastVINSource = source;
+    {
+        const QMutexLocker lock(&d->photoStateLock);
+        d->vinInProcess = validateVIN(payload).VIN();
+    }
+    if (d->scanResultLbl)
+        d->scanResultLbl->setText(payload);
+    if (!d->stillImageOutput)
+        return;
+    QPointer<ZQTVINCaptureVC> screen(this);
+    std::shared_ptr<CompletionGate> gate = d->captureGate;
+    d->stillImageOutput->captureStillImageAsynchronouslyFromConnection(
+        d->stillImageOutput->connectionWithMediaType(CaptureDevice::mediaTypeVideo()),
+        [screen, gate, payload](std::shared_ptr<const SampleBuffer> buffer, const Error &error) {
+            // Capture queue. The screen is alive while the gate is open; it closes
+            // the gate first thing in its destructor.
+            QMutexLocker locker(&gate->lock);
+            if (gate->open)
+                screen->completeStillCapture(payload, buffer, error);
+        });
 }
 
 void ZQTVINCaptureVC::stillImageCaptureCompleted(const QString &payload, std::shared_ptr<const SampleBuffer> buffer,
@@ -396,7 +409,7 @@ void ZQTVINCaptureVC::processToggleBarCodeWithImageExists(bool imageExists)
     if (d->manuallyEnterVINBtn)
         d->manuallyEnterVINBtn->hide();
     if (d->scanResultLbl) {
-        d->scanResultLbl->setText(scanningLabelText());
+        d->scanResultLbl->setText(scanningLabelText(d->enableVINTextReading));
         d->scanResultLbl->setFont(scanningLabelFont(d->scanResultLbl->font()));
     }
     if (d->cameraImageView)

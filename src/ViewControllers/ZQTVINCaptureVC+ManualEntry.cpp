@@ -105,6 +105,7 @@ void ZQTVINCaptureVC::handleManualEntryOK(const QString &fieldText)
     d->vinBarCode = VINUtility::replaceCharactersInVIN(d->vinBarCode);
     const ZQTVINDetails details = validateVIN(d->vinBarCode);
     sendTimeSpent();
+    d->lastVINSource = VINSource::Typed;
     if (d->delegate)
         d->delegate->didCompleteScanning(details.VIN(), false, details.isValid(), Error());
 }

@@ -51,8 +51,13 @@ class VideoPreviewLayer;
 class ZQT_EXPORT ZQTVINCaptureVC : public ZQTPlatform::ViewController, public ZQTPlatform::TextFieldDelegate
 {
     Q_OBJECT
+    Q_PROPERTY(VINSource lastVINSource READ lastVINSource)
 
 public:
+    // How the VIN of a report was read: from a barcode, from the printed characters, or typed.
+    enum class VINSource { None, Barcode, Text, Typed };
+    Q_ENUM(VINSource)
+
     // Made by the storyboard; hosts use the factories below.
     ZQTVINCaptureVC();
     ~ZQTVINCaptureVC() override;
@@ -126,6 +131,13 @@ public:
     void setSavedImageDictionary(const QVariantMap &dictionary);
     bool launchPhotoCaptureViewWithDefaultImagesAlways() const;
     void setLaunchPhotoCaptureViewWithDefaultImagesAlways(bool always);
+    // Also read the printed VIN when no barcode was read for the configured
+    // "VINTextReadingDelay"; off by default. Takes effect at the next appearance.
+    bool enableVINTextReading() const;
+    void setEnableVINTextReading(bool enable);
+    // How the VIN of the last report was read (None before the first). Set before the delegate
+    // is called, so the delegate may ask, from any thread.
+    VINSource lastVINSource() const;
 
     // --- State of the screen, for reading.
     // Set by the manual-option factories.
@@ -381,6 +393,13 @@ private:
     static ZQTVINCaptureVC *instantiateFromStoryboard();
     // What deinitBarCodeScanner drops, without its log step.
     void dropBarcodePipeline();
+    // The read of a VIN (barcode or text) ends the scan: shows the VIN, keeps how it was read and
+    // asks for the still picture of the moment, whose completion saves it and reports the VIN.
+    void captureStillOfRead(const QString &payload, VINSource source);
+    // The printed-VIN reader beside the barcode reader, when enableVINTextReading: made with the
+    // pipeline, started with the scanner, restarted whenever a barcode is seen.
+    void initVINTextReader();
+    void restartVINTextReader();
     // stillImageCaptureCompleted with the capture gate held by the caller.
     void completeStillCapture(const QString &payload, const std::shared_ptr<const ZQTPlatform::SampleBuffer> &buffer,
                               const ZQTPlatform::Error &error);

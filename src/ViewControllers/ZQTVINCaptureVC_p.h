@@ -15,6 +15,7 @@
 #include "platform/ui/NavigationController.h"
 #include "platform/capture/StillImageOutput.h"
 #include "platform/capture/VideoPreviewLayer.h"
+#include "platform/capture/VINTextOutput.h"
 
 #include <QDateTime>
 #include <QGeoPositionInfo>
@@ -53,6 +54,7 @@ struct ZQTVINCaptureVCPrivate
     QVariantMap savedImageDictionary;
     bool enableLocationServices = false;
     bool launchPhotoCaptureViewWithDefaultImagesAlways = false;
+    bool enableVINTextReading = false;
     bool showNavigateBar = false;
     std::optional<QGeoPositionInfo> location;
     QVariantMap photosToBeSaved;
@@ -121,6 +123,9 @@ struct ZQTVINCaptureVCPrivate
     std::shared_ptr<ZQTPlatform::CaptureDeviceInput> input;
     std::shared_ptr<ZQTPlatform::MetadataOutput> output;
     std::shared_ptr<ZQTPlatform::StillImageOutput> stillImageOutput;
+    std::shared_ptr<ZQTPlatform::VINTextOutput> textOutput; // only with enableVINTextReading
+    // Written on the GUI thread as a read begins, read by hosts from the delegate's thread.
+    std::atomic<ZQTVINCaptureVC::VINSource> lastVINSource{ZQTVINCaptureVC::VINSource::None};
     QPointer<ZQTPlatform::VideoPreviewLayer> prevLayer;
     QPointer<QWidget> highlightView;
     QPointer<QWidget> centerLine;

@@ -3,9 +3,12 @@
 // sensor noise and a little blur. Frames are encoded to VP8 in WebM by GStreamer.
 //
 //   zqt-make-sample-clip OUTPUT.webm [--vin VIN] [--size 1280x720] [--fps 15] [--seconds 4] [--quick]
+//                        [--printed]
 //
 // --quick encodes at VP8's fastest setting (for benchmarks that make their clips on the fly).
+// --printed films a door-frame sticker that carries the VIN in print only, no barcode.
 #include "BarcodeArt.h"
+#include "VinTextArt.h"
 #include "platform/capture/VideoFrames_p.h"
 
 #include <QCommandLineParser>
@@ -51,6 +54,21 @@ BarcodeArt::Scene sceneAt(int index, double fps, const QSize &size, const QStrin
     return scene;
 }
 
+// The printed sticker, pulling focus as the label does, then held by the same unsteady hand.
+VinTextArt::Scene printedSceneAt(int index, double fps, const QSize &size, const QString &vin)
+{
+    VinTextArt::Scene scene;
+    scene.vin = vin;
+    scene.frameSize = size;
+    scene.textHeight = std::min(size.width(), size.height()) * 0.035;
+    scene.tiltDegrees = 1.5;
+    scene.noiseSigma = 4.0;
+    scene.seed = 3;
+    scene = VinTextArt::momentOf(scene, index, fps);
+    scene.blurRadius = index < focusFrames ? 5.0 - (5.0 - 0.6) * index / focusFrames : 0.6;
+    return scene;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -68,7 +86,8 @@ int main(int argc, char *argv[])
                         QStringLiteral("15")},
                        {QStringLiteral("seconds"), QStringLiteral("Length."), QStringLiteral("N"),
                         QStringLiteral("4")},
-                       {QStringLiteral("quick"), QStringLiteral("Encode fast rather than small.")}});
+                       {QStringLiteral("quick"), QStringLiteral("Encode fast rather than small.")},
+                       {QStringLiteral("printed"), QStringLiteral("A sticker with the VIN in print, no barcode.")}});
     parser.process(app);
     QTextStream err(stderr);
     const QStringList positional = parser.positionalArguments();
@@ -82,8 +101,9 @@ int main(int argc, char *argv[])
     }
     const QString vin = parser.value(QStringLiteral("vin"));
     const bool quick = parser.isSet(QStringLiteral("quick"));
+    const bool printed = parser.isSet(QStringLiteral("printed"));
     const QImage symbol = BarcodeArt::renderSymbol(BarcodeArt::Symbology::Code39, vin, modulePixels);
-    if (symbol.isNull() || symbol.width() > size.width()) {
+    if (!printed && (symbol.isNull() || symbol.width() > size.width())) {
         err << "The VIN cannot be drawn as Code 39 in that frame size.\n";
         return 2;
     }
@@ -104,7 +124,8 @@ int main(int argc, char *argv[])
         return 1;
     }
     for (int index = 0; index < frames; ++index) {
-        const QImage picture = BarcodeArt::renderScene(symbol, sceneAt(index, fps, size, vin));
+        const QImage picture = printed ? VinTextArt::renderScene(printedSceneAt(index, fps, size, vin))
+                                       : BarcodeArt::renderScene(symbol, sceneAt(index, fps, size, vin));
         if (!writeFrame(encoder, picture)) {
             err << "The encoder stopped taking frames.\n";
             return 1;

@@ -1,0 +1,234 @@
+#include "platform/capture/VINTextCandidates_p.h"
+
+#include "Utils/VINUtility_p.h"
+
+#include <algorithm>
+
+namespace ZQTPlatform {
+
+namespace {
+
+constexpr int vinLength = 17;
+constexpr int checkDigitIndex = 8;
+constexpr int modelYearIndex = 9;
+// The last four characters of every VIN are digits (ISO 3779, and 49 CFR 565 in North America).
+constexpr int firstSerialDigitIndex = 13;
+// More changes than this and the check digit no longer tells a reading from chance: each wrong
+// combination passes it one time in eleven.
+constexpr int maxChanges = 2;
+// A character read at least this confidently keeps its shape: its look-alikes are not tried.
+constexpr float sureConfidence = 90;
+
+// The look-alike pairs within the VIN alphabet. Their other halves (O and Q for 0 and D, I for
+// 1 and L) cannot occur: the engine reads nothing outside the alphabet.
+QString lookAlikes(QChar c)
+{
+    switch (c.unicode()) {
+    case '0': return QStringLiteral("D");
+    case 'D': return QStringLiteral("0");
+    case '1': return QStringLiteral("L");
+    case 'L': return QStringLiteral("1");
+    case '5': return QStringLiteral("S");
+    case 'S': return QStringLiteral("5");
+    case '8': return QStringLiteral("B");
+    case 'B': return QStringLiteral("8");
+    case '2': return QStringLiteral("Z");
+    case 'Z': return QStringLiteral("2");
+    case '6': return QStringLiteral("G");
+    case 'G': return QStringLiteral("6");
+    default: return {};
+    }
+}
+
+bool isDigit(QChar c)
+{
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+
+// Where a character may stand in a VIN that carries the North-American check digit: the check
+// digit is a digit or X, and the model year is never U, Z or 0 (49 CFR 565). Both are certain
+// for such VINs, so a reading that breaks them is wrong there.
+bool fitsPlace(QChar c, int index)
+{
+    if (index == checkDigitIndex)
+        return isDigit(c) || c == QLatin1Char('X');
+    if (index == modelYearIndex)
+        return c != QLatin1Char('U') && c != QLatin1Char('Z') && c != QLatin1Char('0');
+    return true;
+}
+
+// The other characters a place may hold: the engine's own alternatives, and the look-alikes of a
+// character it was not sure of or that cannot stand there.
+QString alternativesAt(const ReadCharacter &character, int index)
+{
+    QString options;
+    for (qsizetype i = 1; i < character.choices.size(); ++i)
+        options.append(character.choices[i].character);
+    if (character.confidence() < sureConfidence || !fitsPlace(character.best(), index))
+        options.append(lookAlikes(character.best()));
+    return options;
+}
+
+bool isValid(const QString &vin)
+{
+    return VINCheck::verdict(vin) == VINCheck::Verdict::Valid;
+}
+
+// Every reading with exactly `changes` places changed, from place `from` on, that passes the
+// check digit, collected until two are found (two mean the run is ambiguous).
+void search(QString &reading, const QList<QString> &options, int from, int changes, QStringList &found)
+{
+    if (found.size() > 1)
+        return;
+    if (changes == 0) {
+        if (isValid(reading) && !found.contains(reading))
+            found.append(reading);
+        return;
+    }
+    for (int index = from; index < vinLength; ++index) {
+        const QChar original = reading.at(index);
+        for (const QChar option : options[index]) {
+            if (!fitsPlace(option, index))
+                continue;
+            reading[index] = option;
+            search(reading, options, index + 1, changes - 1, found);
+        }
+        reading[index] = original;
+    }
+}
+
+QString bestReading(const QList<ReadCharacter> &run)
+{
+    QString text;
+    for (const ReadCharacter &character : run)
+        text.append(character.best());
+    return text;
+}
+
+// The run with letters in the last four places read as the digits they look like; nothing when
+// one of them has no digit look-alike (then the run is no VIN: a line of words, say).
+std::optional<QList<ReadCharacter>> withDigitSerial(QList<ReadCharacter> run)
+{
+    for (int index = firstSerialDigitIndex; index < vinLength; ++index) {
+        ReadCharacter &character = run[index];
+        if (isDigit(character.best()))
+            continue;
+        const QString digit = lookAlikes(character.best());
+        if (digit.isEmpty() || !isDigit(digit.front()))
+            return std::nullopt;
+        character.choices.front().character = digit.front();
+    }
+    return run;
+}
+
+VINTextCandidate candidateOf(const QList<ReadCharacter> &run)
+{
+    VINTextCandidate candidate;
+    candidate.confidence = 100;
+    for (const ReadCharacter &character : run) {
+        candidate.confidence = std::min(candidate.confidence, character.confidence());
+        candidate.box |= character.box;
+    }
+    if (const std::optional<QString> resolved = resolveByCheckDigit(run)) {
+        candidate.vin = *resolved;
+        candidate.checkDigitValid = true;
+    } else {
+        candidate.vin = bestReading(run);
+    }
+    return candidate;
+}
+
+} // namespace
+
+std::optional<QString> resolveByCheckDigit(const QList<ReadCharacter> &run)
+{
+    if (run.size() != vinLength)
+        return std::nullopt;
+    QString reading = bestReading(run);
+    QList<QString> options;
+    for (int index = 0; index < vinLength; ++index)
+        options.append(alternativesAt(run[index], index));
+    for (int changes = 0; changes <= maxChanges; ++changes) {
+        QStringList found;
+        search(reading, options, 0, changes, found);
+        if (found.size() == 1)
+            return found.first();
+        if (found.size() > 1)
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line)
+{
+    QList<VINTextCandidate> candidates;
+    QList<qsizetype> wordStarts;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        if (i == 0 || line[i].startsWord)
+            wordStarts.append(i);
+    }
+    wordStarts.append(line.size());
+    for (qsizetype w = 0; w + 1 < wordStarts.size(); ++w) {
+        const qsizetype start = wordStarts[w];
+        const qsizetype wordLength = wordStarts[w + 1] - start;
+        qsizetype runStart = -1;
+        if (wordLength > vinLength) {
+            runStart = wordStarts[w + 1] - vinLength;
+        } else {
+            // Whole words from this one on that make exactly 17 characters.
+            for (qsizetype end = w + 1; end < wordStarts.size() && wordStarts[end] - start <= vinLength; ++end) {
+                if (wordStarts[end] - start == vinLength)
+                    runStart = start;
+            }
+        }
+        if (runStart < 0)
+            continue;
+        if (const auto run = withDigitSerial(line.mid(runStart, vinLength)))
+            candidates.append(candidateOf(*run));
+    }
+    return candidates;
+}
+
+std::optional<VINTextCandidate> VINTextConsensus::add(const QList<VINTextCandidate> &frame)
+{
+    QList<VINTextCandidate> distinct;
+    for (const VINTextCandidate &candidate : frame) {
+        const bool known = std::any_of(distinct.begin(), distinct.end(), [&candidate](const VINTextCandidate &other) {
+            return other.vin == candidate.vin && other.checkDigitValid == candidate.checkDigitValid;
+        });
+        if (!known)
+            distinct.append(candidate);
+    }
+    m_attempts.push_back(distinct);
+    if (int(m_attempts.size()) > window)
+        m_attempts.pop_front();
+
+    const auto counts = [](const VINTextCandidate &candidate) {
+        return candidate.checkDigitValid || candidate.confidence >= shapedConfidence;
+    };
+    // Check-digit VINs first: their agreement is the stronger evidence.
+    std::stable_sort(distinct.begin(), distinct.end(),
+                     [](const VINTextCandidate &a, const VINTextCandidate &b) { return a.checkDigitValid > b.checkDigitValid; });
+    for (const VINTextCandidate &candidate : std::as_const(distinct)) {
+        if (!counts(candidate))
+            continue;
+        int frames = 0;
+        for (const QList<VINTextCandidate> &attempt : m_attempts) {
+            frames += std::any_of(attempt.begin(), attempt.end(), [&](const VINTextCandidate &other) {
+                return other.vin == candidate.vin && other.checkDigitValid == candidate.checkDigitValid && counts(other);
+            });
+        }
+        if (frames >= (candidate.checkDigitValid ? validFrames : shapedFrames)) {
+            m_attempts.clear();
+            return candidate;
+        }
+    }
+    return std::nullopt;
+}
+
+void VINTextConsensus::clear()
+{
+    m_attempts.clear();
+}
+
+} // namespace ZQTPlatform

@@ -1,0 +1,61 @@
+// The VIN candidates of one text line as the engine read it: runs of 17 characters turned into
+// VINs with what a VIN guarantees (its alphabet, its check digit, the places of a few
+// characters), and the consensus over frames that decides when a candidate is a read.
+#pragma once
+
+#include "platform/capture/VINTextEngine_p.h"
+
+#include <QList>
+#include <QRect>
+#include <QString>
+#include <deque>
+#include <optional>
+
+namespace ZQTPlatform {
+
+struct VINTextCandidate
+{
+    QString vin;
+    // The North-American check digit agrees (after the look-alike choice below, if any).
+    bool checkDigitValid = false;
+    // The lowest confidence (0..100) among the 17 characters as read.
+    float confidence = 0;
+    QRect box; // pixels of the picture read
+};
+
+// The candidates of one line, at most one per run of 17 characters. A run is taken from whole
+// words only: it starts where a word starts and ends where a word ends, words joined across the
+// gaps (a VIN printed in groups, "WVWZZZ 1JZ 3W 386752"), or it is the end of a longer word (a
+// label glued on, "VIN:1HG..."). A window cut from the middle of a longer word would give a
+// shifted reading, which passes the check digit one time in eleven by chance.
+QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line);
+
+// The VIN the check digit picks among the look-alikes of a run of 17 characters, when exactly one
+// reading with the fewest changes (at most maxChanges) has a valid check digit; the run's own
+// reading when it is valid itself.
+std::optional<QString> resolveByCheckDigit(const QList<ReadCharacter> &run);
+
+// Decides, frame after frame, when a candidate is read. Keeps the candidates of the last few
+// attempts only, so that rare misreadings never add up over a long scan.
+class VINTextConsensus
+{
+public:
+    // Check-digit VINs: two frames. A misreading that still passes the check digit (one in
+    // eleven of the wrong ones) would have to come out the same twice.
+    static constexpr int validFrames = 2;
+    // VINs without a North-American check digit (many European makers): nothing can tell a
+    // misreading, so three identical frames, each read with every character confidently.
+    static constexpr int shapedFrames = 3;
+    static constexpr float shapedConfidence = 80;
+    // How many attempts are remembered.
+    static constexpr int window = 6;
+
+    // The candidates of one attempt; returns the VIN when it is now read.
+    std::optional<VINTextCandidate> add(const QList<VINTextCandidate> &frame);
+    void clear();
+
+private:
+    std::deque<QList<VINTextCandidate>> m_attempts;
+};
+
+} // namespace ZQTPlatform

@@ -1,0 +1,231 @@
+// The printed-VIN reader: reads of generated camera frames, the look-alike choice by the check
+// digit, the runs taken from a line, and the consensus over frames that keeps misreadings out.
+#include "VinTextArt.h"
+#include "platform/capture/VINTextCandidates_p.h"
+#include "platform/capture/VINTextReader_p.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+using namespace ZQTPlatform;
+
+namespace {
+
+const QString hondaVin = QStringLiteral("1HGCM82633A004352");
+
+// A line as the engine gives it: each character its own choice at the confidence given, the
+// listed alternatives after it; a space starts a new word.
+QList<ReadCharacter> line(const QString &text, float confidence = 95,
+                          const QList<std::pair<int, QChar>> &alternatives = {})
+{
+    QList<ReadCharacter> characters;
+    bool wordStart = true;
+    for (const QChar c : text) {
+        if (c == QLatin1Char(' ')) {
+            wordStart = true;
+            continue;
+        }
+        ReadCharacter character;
+        character.choices.append({c, confidence});
+        character.startsWord = wordStart;
+        character.box = QRect(int(characters.size()) * 10, 0, 9, 14);
+        wordStart = false;
+        characters.append(character);
+    }
+    for (const auto &[index, alternative] : alternatives)
+        characters[index].choices.append({alternative, confidence - 20});
+    return characters;
+}
+
+VINTextCandidate candidate(const QString &vin, bool valid, float confidence = 95)
+{
+    return {vin, valid, confidence, QRect()};
+}
+
+} // namespace
+
+// --- Reads of generated frames: a handful, Tesseract takes a few hundred ms per frame.
+
+struct FrameCase
+{
+    const char *name;
+    VinTextArt::Carrier carrier;
+    const char *font;
+    double tilt, perspective, blur, glare;
+    int jpeg;
+};
+
+class PrintedVinFrames : public ::testing::TestWithParam<FrameCase>
+{
+protected:
+    static void SetUpTestSuite() { reader = new VINTextReader; }
+    static void TearDownTestSuite() { delete reader; }
+    static VINTextReader *reader;
+};
+VINTextReader *PrintedVinFrames::reader = nullptr;
+
+TEST_P(PrintedVinFrames, AreReadWithinFourFrames)
+{
+    ASSERT_TRUE(reader->isReady()) << "the tesseract-ocr-eng model is missing";
+    const FrameCase &c = GetParam();
+    VinTextArt::Scene scene;
+    scene.vin = hondaVin;
+    scene.carrier = c.carrier;
+    scene.fontFamily = QString::fromLatin1(c.font);
+    scene.tiltDegrees = c.tilt;
+    scene.perspective = c.perspective;
+    scene.blurRadius = c.blur;
+    scene.glare = c.glare;
+    scene.jpegQuality = c.jpeg;
+    scene.noiseSigma = 4;
+    VINTextConsensus consensus;
+    std::optional<VINTextCandidate> read;
+    for (int frame = 0; frame < 4 && !read; ++frame)
+        read = consensus.add(reader->read(VinTextArt::renderScene(VinTextArt::momentOf(scene, frame, 15))));
+    ASSERT_TRUE(read) << c.name;
+    EXPECT_EQ(read->vin, hondaVin);
+    EXPECT_TRUE(read->checkDigitValid);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Carriers, PrintedVinFrames,
+    ::testing::Values(FrameCase{"StickerOcrB", VinTextArt::Carrier::DoorSticker, "OCR B", 0, 0, 0.4, 0, 85},
+                      FrameCase{"PlateBehindGlass", VinTextArt::Carrier::EmbossedPlate, "OCR B", -3, 0.05, 0.8, 0.4, 70},
+                      FrameCase{"FormField", VinTextArt::Carrier::FormField, "Liberation Mono", 4, 0.1, 0.4, 0, 60},
+                      FrameCase{"StickerTiltedWithGlare", VinTextArt::Carrier::DoorSticker, "DejaVu Sans Mono", -4, 0.1, 0.4, 0.4, 60}),
+    [](const ::testing::TestParamInfo<FrameCase> &info) { return std::string(info.param.name); });
+
+// A printed VIN seen in one frame only, then gone: never a read, however well it was read.
+TEST(PrintedVinReader, AVinInOneFrameOnlyIsNotAccepted)
+{
+    VINTextReader reader;
+    ASSERT_TRUE(reader.isReady());
+    VinTextArt::Scene scene;
+    scene.vin = QStringLiteral("2HGES16575H591294"); // valid, and not the VIN of the later frames
+    scene.noiseSigma = 3;
+    VINTextConsensus consensus;
+    const QList<VINTextCandidate> first = reader.read(VinTextArt::renderScene(scene));
+    ASSERT_FALSE(first.isEmpty());
+    EXPECT_FALSE(consensus.add(first));
+    QImage empty(1280, 720, QImage::Format_RGB32);
+    empty.fill(QColor(90, 20, 20));
+    for (int frame = 0; frame < 3; ++frame)
+        EXPECT_FALSE(consensus.add(reader.read(empty)));
+}
+
+// --- The look-alike choice by the check digit.
+
+struct LookAlikeCase
+{
+    const char *name;
+    QString read;                        // as the engine read it
+    float confidence;
+    QList<std::pair<int, QChar>> alternatives;
+    std::optional<QString> expected;     // nullopt: no VIN passes
+};
+
+class LookAlikes : public ::testing::TestWithParam<LookAlikeCase>
+{
+};
+
+TEST_P(LookAlikes, AreResolvedByTheCheckDigit)
+{
+    const LookAlikeCase &c = GetParam();
+    EXPECT_EQ(resolveByCheckDigit(line(c.read, c.confidence, c.alternatives)), c.expected) << c.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, LookAlikes,
+    ::testing::Values(
+        LookAlikeCase{"ValidAsRead", hondaVin, 95, {}, hondaVin},
+        // The engine's second choice at the place is the right one.
+        LookAlikeCase{"EnginesAlternative", "1HGCM8Z633A004352", 60, {{6, '2'}}, hondaVin},
+        // Unsure characters are tried as their look-alikes: B for 8, G for 6.
+        LookAlikeCase{"UnsureLookAlike", "1HGCMB2633A004352", 70, {}, hondaVin},
+        // Two unsure places where more than one pair of look-alikes passes: no guess.
+        LookAlikeCase{"TwoLookAlikesAmbiguous", "1HGCMB2G33A004352", 70, {}, std::nullopt},
+        // The check digit is a digit: an S there can only be a 5, however sure the engine was.
+        LookAlikeCase{"CheckDigitPlace", "1N4BL3APSDN508203", 97, {}, QStringLiteral("1N4BL3AP5DN508203")},
+        // A character read with confidence keeps its shape: nothing passes.
+        LookAlikeCase{"SureMisreading", "1HGCMB2633A004352", 97, {}, std::nullopt},
+        // Too many places wrong for the check digit to tell.
+        LookAlikeCase{"ThreeWrong", "LHGCMB2G33A004352", 70, {}, std::nullopt}),
+    [](const ::testing::TestParamInfo<LookAlikeCase> &info) { return std::string(info.param.name); });
+
+// --- Runs of 17 characters from a line.
+
+struct RunCase
+{
+    const char *name;
+    QString line;
+    QStringList expected;
+};
+
+class LineRuns : public ::testing::TestWithParam<RunCase>
+{
+};
+
+TEST_P(LineRuns, AreTakenFromWholeWords)
+{
+    QStringList vins;
+    for (const VINTextCandidate &c : vinCandidates(line(GetParam().line)))
+        vins.append(c.vin);
+    EXPECT_EQ(vins, GetParam().expected) << GetParam().name;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, LineRuns,
+    ::testing::Values(RunCase{"LabelBeforeTheVin", "VN " + hondaVin, {hondaVin}},
+                      RunCase{"GlueLabel", "VN" + hondaVin, {hondaVin}},
+                      RunCase{"Groups", "WVWZZZ 1JZ 3W 386752", {"WVWZZZ1JZ3W386752"}},
+                      // Letters in the last four places read as their digits.
+                      RunCase{"SerialLookAlikes", "1HGCM82633A0043S2", {hondaVin}},
+                      RunCase{"WordsWithoutSerial", "SAFETY STANDARDS N", {}},
+                      RunCase{"NoRunOfSeventeen", "GVWR 2155 KG 4751 LB", {}}),
+    [](const ::testing::TestParamInfo<RunCase> &info) { return std::string(info.param.name); });
+
+// --- The consensus over frames.
+
+struct ConsensusCase
+{
+    const char *name;
+    QList<QList<VINTextCandidate>> frames;
+    std::optional<QString> expected; // what the last frame makes read
+};
+
+class Consensus : public ::testing::TestWithParam<ConsensusCase>
+{
+};
+
+TEST_P(Consensus, DecidesWhenAVinIsRead)
+{
+    VINTextConsensus consensus;
+    std::optional<VINTextCandidate> read;
+    for (const QList<VINTextCandidate> &frame : GetParam().frames) {
+        EXPECT_FALSE(read) << "read before the last frame";
+        read = consensus.add(frame);
+    }
+    EXPECT_EQ(read ? std::optional<QString>(read->vin) : std::nullopt, GetParam().expected) << GetParam().name;
+}
+
+const VINTextCandidate honda = candidate(hondaVin, true);
+const VINTextCandidate wrongButValid = candidate(QStringLiteral("1HGCM82633A004318"), true);
+const VINTextCandidate toyotaNoCheck = candidate(QStringLiteral("JTMW53FV60D023016"), false, 92);
+const VINTextCandidate toyotaUnsure = candidate(QStringLiteral("JTMW53FV60D023016"), false, 60);
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, Consensus,
+    ::testing::Values(
+        ConsensusCase{"ValidTwice", {{honda}, {honda}}, hondaVin},
+        ConsensusCase{"ValidOnceAmongOthers", {{wrongButValid}, {}, {honda}}, std::nullopt},
+        ConsensusCase{"WrongOnceThenRightTwice", {{wrongButValid}, {honda}, {honda}}, hondaVin},
+        ConsensusCase{"NoCheckDigitTwice", {{toyotaNoCheck}, {toyotaNoCheck}}, std::nullopt},
+        ConsensusCase{"NoCheckDigitThrice", {{toyotaNoCheck}, {toyotaNoCheck}, {toyotaNoCheck}},
+                      QStringLiteral("JTMW53FV60D023016")},
+        ConsensusCase{"NoCheckDigitUnsure", {{toyotaUnsure}, {toyotaUnsure}, {toyotaUnsure}}, std::nullopt},
+        // Twice in one frame (two lines) is one frame.
+        ConsensusCase{"OneFrameTwoLines", {{honda, honda}}, std::nullopt},
+        // Reads further apart than the window are not counted together.
+        ConsensusCase{"OutsideTheWindow", {{honda}, {}, {}, {}, {}, {}, {honda}}, std::nullopt}),
+    [](const ::testing::TestParamInfo<ConsensusCase> &info) { return std::string(info.param.name); });

@@ -1,0 +1,99 @@
+// The capture screen's printed-VIN reading end to end: a sticker without a barcode streams from a
+// picture stand-in; with the option on its VIN ends the scan as a barcode read does, with the
+// option off no text reader exists at all.
+#include "VinTextArt.h"
+#include "ZQTVINScanComponent.h"
+#include "platform/capture/CaptureDevice.h"
+#include "platform/capture/VINTextOutput.h"
+#include "support/LogCapture.h"
+#include "support/ScreenTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <QLabel>
+#include <QPointer>
+#include <QTest>
+
+using namespace ZQTPlatform;
+
+namespace {
+
+const QString stickerVin = QStringLiteral("1FAHP3FN8AW139719");
+const QString claimId = QStringLiteral("CLM-TEXT");
+
+QImage printedSticker()
+{
+    VinTextArt::Scene scene;
+    scene.vin = stickerVin;
+    scene.textHeight = 24;
+    scene.noiseSigma = 3;
+    scene.tiltDegrees = 2;
+    return VinTextArt::renderScene(scene);
+}
+
+bool hasTextOutput(const ZQTVINCaptureVC *screen)
+{
+    for (const auto &output : screen->session()->outputs()) {
+        if (std::dynamic_pointer_cast<VINTextOutput>(output))
+            return true;
+    }
+    return false;
+}
+
+class TextReadingSession : public ::testing::TestWithParam<bool>
+{
+protected:
+    void TearDown() override
+    {
+        delete screen.data();
+        CaptureDevice::removeStandIns();
+    }
+
+    LogCapture capture;
+    RecordingDelegate delegate;
+    PhoneHost host;
+    QPointer<ZQTVINCaptureVC> screen;
+};
+
+} // namespace
+
+TEST_P(TextReadingSession, APrintedVinIsReadOnlyWithTheOption)
+{
+    const bool readText = GetParam();
+    ASSERT_TRUE(CaptureDevice::addStandIn(printedSticker()));
+    screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, claimId);
+    EXPECT_FALSE(screen->enableVINTextReading()) << "off by default";
+    screen->setEnableVINTextReading(readText);
+    host.navigation->pushViewController(screen, false);
+    host.window.makeKeyAndVisible();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return capture.steps().contains("startBarCodeScanner"); }, 5000));
+    EXPECT_EQ(hasTextOutput(screen), readText);
+    EXPECT_EQ(screen->scanResultLbl()->text(),
+              ZQTVINScanComponentConstants::getConfigStringForKey(readText ? "ScanningLabelTextPrintedVIN"
+                                                                           : "ScanningLabelText"));
+    EXPECT_EQ(screen->lastVINSource(), ZQTVINCaptureVC::VINSource::None);
+
+    if (!readText) {
+        // Well past the delay and the time a read takes: nothing is reported.
+        QTest::qWait(3000);
+        EXPECT_TRUE(delegate.calls().isEmpty());
+        EXPECT_TRUE(screen->session()->isRunning());
+        return;
+    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !delegate.calls().isEmpty(); }, 20000));
+    const auto calls = delegate.calls();
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].vin, stickerVin);
+    EXPECT_TRUE(calls[0].scanned);
+    EXPECT_TRUE(calls[0].valid);
+    EXPECT_TRUE(calls[0].error.isNull());
+    EXPECT_EQ(screen->lastVINSource(), ZQTVINCaptureVC::VINSource::Text);
+    EXPECT_EQ(screen->property("lastVINSource").value<ZQTVINCaptureVC::VINSource>(), ZQTVINCaptureVC::VINSource::Text);
+    EXPECT_TRUE(QFileInfo(ZQTVINScanUtils::getPhotoPathWithClaimId(claimId, "VIN")).isFile());
+    EXPECT_FALSE(screen->session()->isRunning());
+    EXPECT_TRUE(capture.steps().contains("textOutput"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Option, TextReadingSession, ::testing::Values(false, true),
+                         [](const ::testing::TestParamInfo<bool> &info) { return info.param ? "On" : "Off"; });
