@@ -7,6 +7,7 @@
 #include <tesseract/baseapi.h>
 #include <tesseract/ocrclass.h>
 #include <tesseract/resultiterator.h>
+#include <leptonica/allheaders.h>
 
 #include <QByteArray>
 
@@ -55,6 +56,9 @@ VINTextEngine::VINTextEngine() : d(std::make_unique<Private>())
     // its parallel regions run on the calling thread alone (no nesting level may be active).
     omp_set_max_active_levels(0);
 #endif
+    // Leptonica reports boxes it clips at the picture's edge on standard error; they are normal
+    // with camera frames.
+    setMsgSeverity(L_SEVERITY_NONE);
     // Options that only take effect while the model loads.
     std::vector<std::string> names{"load_system_dawg", "load_freq_dawg", "debug_file"};
     std::vector<std::string> values{"0", "0", "/dev/null"};
