@@ -1,6 +1,7 @@
 #include "Utils/VINUtility.h"
 #include "Utils/VINUtility_p.h"
 
+#include "platform/capture/VINTextCandidates_p.h"
 #include "platform/foundation/Log.h"
 
 namespace {
@@ -90,3 +91,14 @@ VINCheck::Verdict VINCheck::verdict(const QString &vin)
 {
     return examine(vin).verdict;
 }
+
+namespace {
+
+// The printed-VIN reader of the capture layer tests its candidates with this check digit.
+const bool textReaderUsesTheVINCheck = [] {
+    ZQTPlatform::setVINCheckDigitTest(
+        [](const QString &vin) { return VINCheck::verdict(vin) == VINCheck::Verdict::Valid; });
+    return true;
+}();
+
+} // namespace

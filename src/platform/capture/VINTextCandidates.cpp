@@ -1,8 +1,8 @@
 #include "platform/capture/VINTextCandidates_p.h"
 
-#include "Utils/VINUtility_p.h"
 
 #include <algorithm>
+#include <atomic>
 
 namespace ZQTPlatform {
 
@@ -69,9 +69,16 @@ QString alternativesAt(const ReadCharacter &character, int index)
     return options;
 }
 
+std::atomic<VINCheckDigitTest> &installedTest()
+{
+    static std::atomic<VINCheckDigitTest> test{nullptr};
+    return test;
+}
+
 bool isValid(const QString &vin)
 {
-    return VINCheck::verdict(vin) == VINCheck::Verdict::Valid;
+    const VINCheckDigitTest test = installedTest().load();
+    return test && test(vin);
 }
 
 // Every reading with exactly `changes` places changed, from place `from` on, that passes the
@@ -139,6 +146,11 @@ VINTextCandidate candidateOf(const QList<ReadCharacter> &run)
 }
 
 } // namespace
+
+void setVINCheckDigitTest(VINCheckDigitTest test)
+{
+    installedTest().store(test);
+}
 
 std::optional<QString> resolveByCheckDigit(const QList<ReadCharacter> &run)
 {

@@ -23,6 +23,11 @@ struct VINTextCandidate
     QRect box; // pixels of the picture read
 };
 
+// The North-American check-digit test the candidates use. The VIN rules belong to the component's
+// VIN utilities, which install their test when the library loads; until then no candidate passes.
+using VINCheckDigitTest = bool (*)(const QString &vin);
+void setVINCheckDigitTest(VINCheckDigitTest test);
+
 // The candidates of one line, at most one per run of 17 characters. A run is taken from whole
 // words only: it starts where a word starts and ends where a word ends, words joined across the
 // gaps (a VIN printed in groups, "WVWZZZ 1JZ 3W 386752"), or it is the end of a longer word (a
