@@ -95,15 +95,20 @@ QImage strokeDepth(const QImage &grey)
     // A closing (dilation, then erosion) fills every dark feature narrower than the square and
     // keeps wider shapes as they are: paper, plates, glare, shadows, the edges of a sticker. An
     // opening does the same for light features.
-    const QImage closed = extremum(extremum(grey, strokeRadius, true), strokeRadius, false);
-    const QImage opened = extremum(extremum(grey, strokeRadius, false), strokeRadius, true);
-    // Which are the strokes: where print and ground meet (the two differ widely), the ground
-    // covers more of a line than its strokes do, so the fewer pixels are the strokes.
+    const QImage dilated = extremum(grey, strokeRadius, true);
+    const QImage eroded = extremum(grey, strokeRadius, false);
+    const QImage closed = extremum(dilated, strokeRadius, false);
+    const QImage opened = extremum(eroded, strokeRadius, true);
+    // Which are the strokes: near print (where the lightest and darkest pixels of the square
+    // differ widely) the ground covers more of the picture than the strokes do, so the fewer
+    // pixels are the strokes. The square's own extremes, not the closing and opening: those
+    // differ only where ground is narrow too (inside and between characters), where strokes and
+    // ground are about even, and the count then picks the wrong side as often as the right one.
     qint64 darker = 0, lighter = 0;
     for (int y = 0; y < grey.height(); ++y) {
         const uchar *in = grey.constScanLine(y);
-        const uchar *high = closed.constScanLine(y);
-        const uchar *low = opened.constScanLine(y);
+        const uchar *high = dilated.constScanLine(y);
+        const uchar *low = eroded.constScanLine(y);
         for (int x = 0; x < grey.width(); ++x) {
             if (high[x] - low[x] < 2 * standsOut)
                 continue;
