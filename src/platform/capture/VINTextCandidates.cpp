@@ -1,7 +1,9 @@
 #include "platform/capture/VINTextCandidates_p.h"
 
+#include <QHash>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 
 namespace ZQTPlatform {
@@ -46,10 +48,12 @@ bool isDigit(QChar c)
 }
 
 // Where a character may stand in a VIN that carries the North-American check digit: the check
-// digit is a digit or X, and the model year is never U, Z or 0 (49 CFR 565). Both are certain
-// for such VINs, so a reading that breaks them is wrong there.
+// digit is a digit or X, the model year is never U, Z or 0 (49 CFR 565), and the serial ends in
+// four digits. All are certain for such VINs, so a reading that breaks them is wrong there.
 bool fitsPlace(QChar c, int index)
 {
+    if (index >= firstSerialDigitIndex)
+        return isDigit(c);
     if (index == checkDigitIndex)
         return isDigit(c) || c == QLatin1Char('X');
     if (index == modelYearIndex)
@@ -128,6 +132,27 @@ std::optional<QList<ReadCharacter>> withDigitSerial(QList<ReadCharacter> run)
     return run;
 }
 
+// Whether characters glued before a run of 17 are the label "VIN" as the alphabet lets the engine
+// read it: the I, which the alphabet lacks, read as a look-alike or not at all. Anything else
+// glued on is more likely a character the engine split in two or found in a speck: the run
+// would then be the VIN shifted by one place, which passes the check digit one time in eleven,
+// and the same way in every frame.
+bool isLabel(const QList<ReadCharacter> &prefix)
+{
+    static const QStringList readings{QStringLiteral("VN"), QStringLiteral("V1N"), QStringLiteral("VLN"),
+                                      QStringLiteral("VJN"), QStringLiteral("VTN")};
+    return readings.contains(bestReading(prefix));
+}
+
+// The places at which two readings of 17 characters differ.
+int differences(const QString &a, const QString &b)
+{
+    int count = 0;
+    for (int index = 0; index < vinLength; ++index)
+        count += a.at(index) != b.at(index);
+    return count;
+}
+
 VINTextCandidate candidateOf(const QList<ReadCharacter> &run)
 {
     VINTextCandidate candidate;
@@ -185,7 +210,8 @@ QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line)
         const qsizetype wordLength = wordStarts[w + 1] - start;
         qsizetype runStart = -1;
         if (wordLength > vinLength) {
-            runStart = wordStarts[w + 1] - vinLength;
+            if (isLabel(line.mid(start, wordLength - vinLength)))
+                runStart = wordStarts[w + 1] - vinLength;
         } else {
             // Whole words from this one on that make exactly 17 characters.
             for (qsizetype end = w + 1; end < wordStarts.size() && wordStarts[end] - start <= vinLength; ++end) {
@@ -230,12 +256,34 @@ std::optional<VINTextCandidate> VINTextConsensus::add(const QList<VINTextCandida
                 return other.vin == candidate.vin && other.checkDigitValid == candidate.checkDigitValid && counts(other);
             });
         }
-        if (frames >= (candidate.checkDigitValid ? validFrames : shapedFrames)) {
+        if (frames >= (candidate.checkDigitValid ? validFrames : shapedFrames) && isMostReadAtEveryPlace(candidate.vin)) {
             m_attempts.clear();
             return candidate;
         }
     }
     return std::nullopt;
+}
+
+bool VINTextConsensus::isMostReadAtEveryPlace(const QString &vin) const
+{
+    std::array<QHash<QChar, int>, vinLength> counts;
+    for (const QList<VINTextCandidate> &attempt : m_attempts) {
+        for (const VINTextCandidate &other : attempt) {
+            if (differences(other.vin, vin) > maxDifferencesOfOneLine)
+                continue;
+            for (int index = 0; index < vinLength; ++index)
+                ++counts[size_t(index)][other.vin.at(index)];
+        }
+    }
+    for (int index = 0; index < vinLength; ++index) {
+        const QHash<QChar, int> &place = counts[size_t(index)];
+        const int own = place.value(vin.at(index));
+        for (auto it = place.begin(); it != place.end(); ++it) {
+            if (it.key() != vin.at(index) && it.value() >= own)
+                return false;
+        }
+    }
+    return true;
 }
 
 void VINTextConsensus::clear()

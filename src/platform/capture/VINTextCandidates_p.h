@@ -30,9 +30,9 @@ void setVINCheckDigitTest(VINCheckDigitTest test);
 
 // The candidates of one line, at most one per run of 17 characters. A run is taken from whole
 // words only: it starts where a word starts and ends where a word ends, words joined across the
-// gaps (a VIN printed in groups, "WVWZZZ 1JZ 3W 386752"), or it is the end of a longer word (a
-// label glued on, "VIN:1HG..."). A window cut from the middle of a longer word would give a
-// shifted reading, which passes the check digit one time in eleven by chance.
+// gaps (a VIN printed in groups, "WVWZZZ 1JZ 3W 386752"), or it is the end of a longer word whose
+// start is the label "VIN" glued on ("VIN:1HG..."). A window cut from any other longer word would
+// give a shifted reading, which passes the check digit one time in eleven by chance.
 QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line);
 
 // The VIN the check digit picks among the look-alikes of a run of 17 characters, when exactly one
@@ -54,12 +54,21 @@ public:
     static constexpr float shapedConfidence = 80;
     // How many attempts are remembered.
     static constexpr int window = 6;
+    // Readings that differ in at most this many places are taken as readings of the same line.
+    static constexpr int maxDifferencesOfOneLine = 5;
 
     // The candidates of one attempt; returns the VIN when it is now read.
     std::optional<VINTextCandidate> add(const QList<VINTextCandidate> &frame);
     void clear();
 
 private:
+    // Whether at every place the VIN has the character most readings of its line in the
+    // remembered attempts have there (more than any other character). Agreeing frames alone are
+    // not enough: a font whose glyph the engine reads three ways (a zero with a dot: 0, 8 or 9)
+    // gives now and then a reading that passes the check digit, and sometimes twice; the other
+    // readings of the same line then outvote it.
+    bool isMostReadAtEveryPlace(const QString &vin) const;
+
     std::deque<QList<VINTextCandidate>> m_attempts;
 };
 
