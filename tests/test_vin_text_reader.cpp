@@ -93,7 +93,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(FrameCase{"StickerOcrB", VinTextArt::Carrier::DoorSticker, "OCR B", 0, 0, 0.4, 0, 85},
                       FrameCase{"PlateBehindGlass", VinTextArt::Carrier::EmbossedPlate, "OCR B", -3, 0.05, 0.8, 0.4, 70},
                       FrameCase{"FormField", VinTextArt::Carrier::FormField, "Liberation Mono", 4, 0.1, 0.4, 0, 60},
-                      FrameCase{"StickerTiltedWithGlare", VinTextArt::Carrier::DoorSticker, "DejaVu Sans Mono", -4, 0.1, 0.4, 0.4, 60}),
+                      FrameCase{"StickerTiltedWithGlare", VinTextArt::Carrier::DoorSticker, "DejaVu Sans Mono", -4, 0.1, 0.4, 0.4, 60},
+                      FrameCase{"PlateSansSerif", VinTextArt::Carrier::EmbossedPlate, "Liberation Sans", -1, 0.1, 0, 0, 85}),
     [](const ::testing::TestParamInfo<FrameCase> &info) { return std::string(info.param.name); });
 
 // A printed VIN seen in one frame only, then gone: never a read, however well it was read.
