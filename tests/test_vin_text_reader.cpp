@@ -217,6 +217,7 @@ const VINTextCandidate honda = candidate(hondaVin, true);
 const VINTextCandidate wrongButValid = candidate(QStringLiteral("1HGCM82633A004318"), true);
 // The same line read with one place otherwise; fails the check digit.
 const VINTextCandidate hondaMisread = candidate(QStringLiteral("1HGCM82638A004352"), false);
+const VINTextCandidate hondaMisread92 = candidate(QStringLiteral("1HGCM82638A004352"), false, 92);
 const VINTextCandidate toyotaNoCheck = candidate(QStringLiteral("JTMW53FV60D023016"), false, 92);
 const VINTextCandidate toyotaUnsure = candidate(QStringLiteral("JTMW53FV60D023016"), false, 60);
 
@@ -229,6 +230,8 @@ INSTANTIATE_TEST_SUITE_P(
         ConsensusCase{"NoCheckDigitTwice", {{toyotaNoCheck}, {toyotaNoCheck}}, std::nullopt},
         ConsensusCase{"NoCheckDigitThrice", {{toyotaNoCheck}, {toyotaNoCheck}, {toyotaNoCheck}},
                       QStringLiteral("JTMW53FV60D023016")},
+        // A North-American VIN always carries the check digit: without it, it is a misreading.
+        ConsensusCase{"NorthAmericanWithoutCheckDigit", {{hondaMisread92}, {hondaMisread92}, {hondaMisread92}}, std::nullopt},
         ConsensusCase{"NoCheckDigitUnsure", {{toyotaUnsure}, {toyotaUnsure}, {toyotaUnsure}}, std::nullopt},
         // Twice in one frame (two lines) is one frame.
         ConsensusCase{"OneFrameTwoLines", {{honda, honda}}, std::nullopt},

@@ -241,8 +241,14 @@ std::optional<VINTextCandidate> VINTextConsensus::add(const QList<VINTextCandida
     if (int(m_attempts.size()) > window)
         m_attempts.pop_front();
 
+    // A VIN without the check digit counts only when read confidently, and never when it starts
+    // with 1 to 5: those VINs are assigned in North America, where every VIN carries the check
+    // digit, so such a reading is a misreading of one.
     const auto counts = [](const VINTextCandidate &candidate) {
-        return candidate.checkDigitValid || candidate.confidence >= shapedConfidence;
+        if (candidate.checkDigitValid)
+            return true;
+        const QChar region = candidate.vin.front();
+        return candidate.confidence >= shapedConfidence && !(region >= QLatin1Char('1') && region <= QLatin1Char('5'));
     };
     // Check-digit VINs first: their agreement is the stronger evidence.
     std::stable_sort(distinct.begin(), distinct.end(),
