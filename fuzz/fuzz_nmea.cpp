@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTemporaryDir>
 
 using ZQTPlatform::LocationManager;
@@ -35,11 +34,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    QFile file(nmeaPath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        std::abort();
-    file.write(reinterpret_cast<const char *>(data), qint64(size));
-    file.close();
+    Fuzz::writeFile(nmeaPath, Fuzz::bytesOf(data, size));
 
     Answer answer;
     auto *manager = new LocationManager;

@@ -10,7 +10,6 @@
 #include "platform/foundation/PropertyList.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 using Constants = ZQTVINScanComponentConstants;
@@ -65,11 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             PropertyList::fromData(PropertyList::toData(root, format));
     }
 
-    QFile file(QDir(hostFolder->path()).filePath(QStringLiteral("Default_Settings.plist")));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        std::abort();
-    file.write(bytes);
-    file.close();
+    Fuzz::writeFile(QDir(hostFolder->path()).filePath(QStringLiteral("Default_Settings.plist")), bytes);
     for (const QString &key : keysOf(root)) {
         readGuarded([&] { Constants::getConfigStringForKey(key); });
         readGuarded([&] { Constants::getConfigArrayForKey(key); });

@@ -3,7 +3,6 @@
 
 #include "Utils/VINUtility.h"
 
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace ZqtVin {
@@ -25,8 +24,7 @@ int runCheck(const QStringList &args, Streams io)
         const bool valid = VINUtility::checkVINValidity(vin);
         allValid = allValid && valid;
         if (json) {
-            const QJsonObject line{{"input", vin}, {"valid", valid}};
-            io.out << QJsonDocument(line).toJson(QJsonDocument::Compact) << "\n";
+            printJson(QJsonObject{{"input", vin}, {"valid", valid}}, io.out);
         } else {
             io.out << escapedForLine(vin) << '\t' << (valid ? "valid" : "invalid") << "\n";
         }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QHash>
+#include <QJsonValue>
 #include <QSet>
 #include <QStringList>
 #include <QTextStream>
@@ -51,6 +52,9 @@ QString escapedForLine(const QString &text);
 // none ("Unknown error"), else what the folder tells ("Documents is read-only", "No space left
 // on device").
 QString writeFailure(const QString &path, const QString &writerError = QString());
+
+// Prints the value as one line of compact JSON; a string, number or null is printed as itself.
+void printJson(const QJsonValue &value, QTextStream &out);
 
 int runCheck(const QStringList &args, Streams io);
 int runConfig(const QStringList &args, Streams io);

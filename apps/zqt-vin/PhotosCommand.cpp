@@ -19,7 +19,6 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace ZqtVin {
@@ -67,12 +66,6 @@ QString parseRequest(const QStringList &args, Request &request)
     if (byTitle)
         return count == 1 ? QString() : QStringLiteral("\"%1\" takes one TITLE").arg(request.action);
     return count == 0 ? QString() : QStringLiteral("\"list\" takes no arguments");
-}
-
-void printJson(const QJsonValue &value, QTextStream &out)
-{
-    const QByteArray wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    out << wrapped.mid(1, wrapped.size() - 2) << "\n";
 }
 
 int list(const QString &claimId, const QString &folder, QTextStream &out)

@@ -6,7 +6,6 @@
 #include "platform/capture/CaptureDevice.h"
 
 #include <QEventLoop>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTimer>
 
@@ -108,7 +107,7 @@ int runScan(const QStringList &args, Streams io)
                                                                               : QJsonValue(outcome.photoPath));
             if (!outcome.result)
                 line.insert(QStringLiteral("result"), outcome.problem.isEmpty() ? QStringLiteral("no barcode") : outcome.problem);
-            io.out << QJsonDocument(line).toJson(QJsonDocument::Compact) << "\n";
+            printJson(line, io.out);
         } else if (outcome.result) {
             io.out << escapedForLine(file) << "\t" << escapedForLine(outcome.result->vin) << "\t"
                    << (outcome.result->isVINValid ? "valid" : "invalid") << "\t"

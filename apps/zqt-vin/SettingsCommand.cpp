@@ -99,12 +99,6 @@ QJsonValue toJson(const QVariant &value)
     }
 }
 
-void printJson(const QVariant &value, QTextStream &out)
-{
-    const QByteArray wrapped = QJsonDocument(QJsonArray{toJson(value)}).toJson(QJsonDocument::Compact);
-    out << wrapped.mid(1, wrapped.size() - 2) << "\n";
-}
-
 int get(const Request &request, QTextStream &out)
 {
     QVariant value;
@@ -113,7 +107,7 @@ int get(const Request &request, QTextStream &out)
                                          : ZQTUserDefaults::getDictionaryForClaim(request.claimID);
     else
         value = ZQTUserDefaults::getObjectForKey(request.operands.first(), request.claimID);
-    printJson(value, out);
+    printJson(toJson(value), out);
     return value.isValid() ? Success : Negative;
 }
 

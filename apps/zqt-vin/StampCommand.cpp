@@ -14,7 +14,6 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
 #include <QTimer>
@@ -123,11 +122,6 @@ bool writeImage(const QImage &bitmap, const Request &request, QString &error)
         return false;
     }
     return true;
-}
-
-void printJson(const QJsonObject &object, QTextStream &out)
-{
-    out << QJsonDocument(object).toJson(QJsonDocument::Compact) << "\n";
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "Commands.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QStorageInfo>
 
 #include <unistd.h>
@@ -57,6 +59,13 @@ QString writeFailure(const QString &path, const QString &writerError)
     if (QStorageInfo(folder.filePath()).bytesAvailable() == 0)
         return QStringLiteral("No space left on device");
     return QStringLiteral("the file system refused the write");
+}
+
+void printJson(const QJsonValue &value, QTextStream &out)
+{
+    // A document holds only an object or an array: the value is printed as the one item of an array.
+    const QByteArray wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    out << wrapped.mid(1, wrapped.size() - 2) << "\n";
 }
 
 int usageError(Streams io, const QString &problem, const char *usage)

@@ -154,17 +154,34 @@ bool isPlainAddress(const QString &address)
     return plain.match(address).hasMatch();
 }
 
+// A header of an e-mail request, its value percent-encoded.
+struct MailHeader
+{
+    QString name;
+    QString value;
+};
+
 // Why the e-mail request must not be opened: a recipient that is not one plain address, or a
 // header value (subject, copy address) that still holds the header separator "&" once encoded.
-QString mailRequestRefusal(const QString &address, const QStringList &encodedValues)
+QString mailRequestRefusal(const QString &address, const QList<MailHeader> &headers)
 {
     if (!isPlainAddress(address))
         return QStringLiteral("the recipient \"%1\" is not one plain e-mail address").arg(address);
-    for (const QString &value : encodedValues) {
-        if (value.contains(QLatin1Char('&')))
-            return QStringLiteral("the header value \"%1\" would carry a header separator").arg(value);
+    for (const MailHeader &header : headers) {
+        if (header.value.contains(QLatin1Char('&')))
+            return QStringLiteral("the header value \"%1\" would carry a header separator").arg(header.value);
     }
     return QString();
+}
+
+// "mailto:ADDRESS", with "?name=value&..." when there are headers.
+QString mailRequest(const QString &address, const QList<MailHeader> &headers)
+{
+    QStringList fields;
+    for (const MailHeader &header : headers)
+        fields << header.name + QLatin1Char('=') + header.value;
+    const QString query = fields.join(QLatin1Char('&'));
+    return QStringLiteral("mailto:") + address + (query.isEmpty() ? QString() : QLatin1Char('?') + query);
 }
 
 } // namespace
@@ -316,27 +333,21 @@ void ZQTVINScanAdjusterInfo::sendEmail()
         subject.remove(formatPlaceholder);
     }
 
-    QString query;
-    QStringList values;
-    if (!subject.isEmpty()) {
-        values << percentEncodedForURLHost(subject);
-        query = QStringLiteral("subject=%1").arg(values.last());
-    }
+    QList<MailHeader> headers;
+    if (!subject.isEmpty())
+        headers.append({QStringLiteral("subject"), percentEncodedForURLHost(subject)});
     const QString copyAddress = Constants::getConfigStringForKey(QStringLiteral("AdjusterInfoGenericInboxEmail"));
-    if (!copyAddress.isEmpty()) {
-        values << percentEncodedForURLHost(copyAddress);
-        const QString before = query.isEmpty() ? QString() : query + QLatin1Char('&');
-        query = before + QStringLiteral("cc=") + values.last();
-    }
+    if (!copyAddress.isEmpty())
+        headers.append({QStringLiteral("cc"), percentEncodedForURLHost(copyAddress)});
 
     // The address goes in as it is shown, not encoded, so it must be one plain address; the host
     // and the claim reference may not add headers or recipients.
     const QString address = m_labelEmail->text();
-    const QString refusal = mailRequestRefusal(address, values);
+    const QString refusal = mailRequestRefusal(address, headers);
     if (!refusal.isEmpty()) {
         log(QStringLiteral("Not opening the e-mail request: %1").arg(refusal));
         return;
     }
     // A request that cannot be opened is dropped.
-    openURL(QStringLiteral("mailto:") + address + (query.isEmpty() ? QString() : QLatin1Char('?') + query));
+    openURL(mailRequest(address, headers));
 }

@@ -115,7 +115,6 @@ void TextField::noteTextChange()
     if (!std::exchange(m_editEnding, false)) {
         // Made by code, or by the clear button, which announces its edit afterwards.
         m_textBeforeUnaskedChange = m_shownText;
-        m_unaskedChange = true;
     }
     m_shownText = text();
 }
@@ -127,9 +126,9 @@ void TextField::userChangedText()
     if (after != m_shownText) {
         before = m_shownText;
         m_editEnding = true; // its textChanged follows
-        m_unaskedChange = false;
-    } else if (after.isEmpty() && std::exchange(m_unaskedChange, false)) {
-        before = m_textBeforeUnaskedChange; // the clear button's edit
+        m_textBeforeUnaskedChange.reset();
+    } else if (after.isEmpty() && m_textBeforeUnaskedChange) {
+        before = *std::exchange(m_textBeforeUnaskedChange, std::nullopt); // the clear button's edit
     }
     if (after == before)
         return;

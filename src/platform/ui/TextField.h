@@ -12,6 +12,7 @@
 
 #include <QLineEdit>
 #include <functional>
+#include <optional>
 
 class QMenu;
 
@@ -75,10 +76,9 @@ private:
     BorderStyle m_borderStyle = BorderStyle::None;
     // The text as it stood after the last change, by the user or by code.
     QString m_shownText;
-    // A change that no textEdited came before (by code, or the clear button's) and the text
-    // before it.
-    bool m_unaskedChange = false;
-    QString m_textBeforeUnaskedChange;
+    // The text before the last change that no textEdited came before (by code, or the clear
+    // button's); nothing once a user's edit has followed.
+    std::optional<QString> m_textBeforeUnaskedChange;
     // A user's edit was handled and its textChanged is still to come.
     bool m_editEnding = false;
     bool m_askedBeforehand = false;
