@@ -144,6 +144,9 @@ INSTANTIATE_TEST_SUITE_P(
         LookAlikeCase{"EnginesAlternative", "1HGCM8Z633A004352", 60, {{6, '2'}}, hondaVin},
         // Unsure characters are tried as their look-alikes: B for 8, G for 6.
         LookAlikeCase{"UnsureLookAlike", "1HGCMB2633A004352", 70, {}, hondaVin},
+        // An S read as surely as the rest, with 5 among the engine's guesses, and a K for the R:
+        // both pass the check digit, only the first is a look-alike (a reading of a real label).
+        LookAlikeCase{"LookAlikeBeforeGuess", "3CZRUSH35GM739695", 98, {{3, 'K'}, {5, '5'}}, QStringLiteral("3CZRU5H35GM739695")},
         // Two unsure places where more than one pair of look-alikes passes: no guess.
         LookAlikeCase{"TwoLookAlikesAmbiguous", "1HGCMB2G33A004352", 70, {}, std::nullopt},
         // The check digit is a digit: an S there can only be a 5, however sure the engine was.

@@ -86,11 +86,9 @@ bool isValid(const QString &vin)
 }
 
 // Every reading with exactly `changes` places changed, from place `from` on, that passes the
-// check digit, collected until two are found (two mean the run is ambiguous).
+// check digit.
 void search(QString &reading, const QList<QString> &options, int from, int changes, QStringList &found)
 {
-    if (found.size() > 1)
-        return;
     if (changes == 0) {
         if (isValid(reading) && !found.contains(reading))
             found.append(reading);
@@ -106,6 +104,16 @@ void search(QString &reading, const QList<QString> &options, int from, int chang
         }
         reading[index] = original;
     }
+}
+
+// Whether every place at which two readings differ holds a look-alike pair.
+bool onlyLookAlikesChanged(const QString &reading, const QString &other)
+{
+    for (int index = 0; index < vinLength; ++index) {
+        if (reading.at(index) != other.at(index) && !lookAlikes(reading.at(index)).contains(other.at(index)))
+            return false;
+    }
+    return true;
 }
 
 QString bestReading(const QList<ReadCharacter> &run)
@@ -188,10 +196,18 @@ std::optional<QString> resolveByCheckDigit(const QList<ReadCharacter> &run)
     for (int changes = 0; changes <= maxChanges; ++changes) {
         QStringList found;
         search(reading, options, 0, changes, found);
-        if (found.size() == 1)
-            return found.first();
-        if (found.size() > 1)
-            return std::nullopt;
+        if (found.isEmpty())
+            continue;
+        // Several readings pass: the check digit alone cannot choose. The engine gives its other
+        // guesses mostly at no confidence at all, so a reading whose every change is a look-alike
+        // pair (5 for S, G for 6) is far likelier than one that takes such a guess; when exactly
+        // one reading is of that kind, it is the one.
+        if (found.size() > 1) {
+            found.erase(std::remove_if(found.begin(), found.end(),
+                                       [&reading](const QString &other) { return !onlyLookAlikesChanged(reading, other); }),
+                        found.end());
+        }
+        return found.size() == 1 ? std::optional<QString>(found.first()) : std::nullopt;
     }
     return std::nullopt;
 }
