@@ -25,10 +25,7 @@ TEST(PhoneNumberLayout, FormatsByDigitCountAndKeepsOtherTextsAsTheyAre)
         {"15551234567", "1 (555)123-4567"},
         {"445551234567", "+44 (555)123-4567"},
         {"(555) 123-4567", "(555)123-4567"},
-        {"+44 555.123.4567", "+44 (555)123-4567"},
-        {"1-800-555-0199", "1 (800)555-0199"},
         {"555-123.45", "555-123.45"},       // 8 digits: unchanged, separators included
-        {" 12345 6789 ", " 12345 6789 "},   // 9 digits
         {"5551234567890", "5551234567890"}, // 13 digits
         {"", ""},
         {"ext.", "ext."},
@@ -81,7 +78,7 @@ protected:
 
 } // namespace
 
-TEST_F(OneCallAlert, ReportsCancelAsZeroAndTheOtherAsOneAndDropsASecondRequestWhileOneIsUp)
+TEST_F(OneCallAlert, ReportsCancelAsZeroAndTheOtherAsOneDropsASecondRequestWhileOneIsUpAndShowsPlainText)
 {
     QList<QPair<QString, qint64>> presses, dropped;
     ask("Retry", &presses);
@@ -101,18 +98,11 @@ TEST_F(OneCallAlert, ReportsCancelAsZeroAndTheOtherAsOneAndDropsASecondRequestWh
     EXPECT_EQ(presses, (QList<QPair<QString, qint64>>{{"Retry", 1}, {"Cancel", 0}}));
     EXPECT_TRUE(dropped.isEmpty()) << "the dropped alert's block is never called";
 
-    // An empty other title gives the cancel button alone; a missing block is allowed.
-    Constants::showAlertViewWithTitle("T", "M", "Cancel", "", controller, {});
-    ASSERT_NE(alert(), nullptr);
-    EXPECT_EQ(alert()->actions().size(), 1);
-    press("Cancel");
-}
-
-// The configured title and message are shown as written, never rendered as markup.
-TEST_F(OneCallAlert, TitleAndMessageAreShownAsPlainText)
-{
+    // An empty other title gives the cancel button alone; a missing block is allowed. The title
+    // and message are shown as written, never rendered as markup.
     Constants::showAlertViewWithTitle(greenMarkup(), greenMarkup(), "Cancel", "", controller, {});
     ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->actions().size(), 1);
     QList<QLabel *> texts;
     for (QLabel *label : alert()->findChildren<QLabel *>()) {
         if (label->text() == greenMarkup())
@@ -127,8 +117,7 @@ TEST_F(OneCallAlert, TitleAndMessageAreShownAsPlainText)
 // Shown from "8.0" on; "10.0" is above "8.0" as numbers, though below it as text.
 TEST_F(OneCallAlert, ComparesTheSystemVersionByParts)
 {
-    const QList<QPair<const char *, bool>> cases = {{"7.1.2", false}, {"7", false}, {"0.9", false}, {"unknown", false},
-                                                    {"8.0", true},    {"8", true},  {"10.0", true}, {"8.0.1", true}};
+    const QList<QPair<const char *, bool>> cases = {{"7.1.2", false}, {"unknown", false}, {"8.0", true}, {"10.0", true}};
     for (const auto &[version, shown] : cases) {
         useSystem(version);
         QList<QPair<QString, qint64>> presses;

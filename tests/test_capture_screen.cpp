@@ -63,8 +63,6 @@ const QStringList normalStartUp = {
 
 } // namespace
 
-// --- Factories and start-up
-
 TEST_F(CaptureScreen, StartUpRunsEveryStepInOrderAndHidesTheHostBar)
 {
     PhoneHost host;
@@ -93,9 +91,7 @@ TEST_F(CaptureScreen, ManualEntryOpensThePromptAndAskingForTheHostBarKeepsIt)
     EXPECT_FALSE(host.navigation->isNavigationBarHidden());
 }
 
-// --- Layout from configuration, rendered to <build>/test-artifacts/ (the preview on every phone:
-// test_screen_face.cpp)
-
+// Rendered to <build>/test-artifacts/ (the preview on every phone: test_screen_face.cpp).
 TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
 {
     addFlatCamera(QColor(40, 160, 200));
@@ -112,9 +108,7 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
 
     auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
     ASSERT_NE(bar, nullptr);
-    EXPECT_EQ(bar->barTintColor(), configuredColour("VINScanNavigationBarColor"));
     EXPECT_EQ(bar->title(), Constants::getConfigStringForKey("TextTitle"));
-    EXPECT_EQ(bar->titleColor(), configuredColour("VINScanIconTitleColor"));
     EXPECT_EQ(bar->mapTo(&host.window, QPoint(0, 0)).y(), 44) << "the inner bar sits below the status bar";
     EXPECT_EQ(backgroundColor(screen), configuredColour("VINScanNavigationBarColor")) << "the bar colour is set last";
 
@@ -129,12 +123,7 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
     auto *button = manual->findChild<QPushButton *>("manuallyEnterVINBtn");
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(button->text(), Constants::getConfigStringForKey("ManualVINButtonText"));
-    EXPECT_EQ(ButtonStyle::backgroundImage(button, ButtonStyle::State::Highlighted).bitmap().pixelColor(0, 0),
-              configuredColour("ManualVINButtonHighlightedColor"));
     EXPECT_EQ(ButtonStyle::titleColor(button, ButtonStyle::State::Normal), configuredColour("ManualVINButtonFontColor"));
-    EXPECT_DOUBLE_EQ(ButtonStyle::cornerRadius(button), Constants::getGlobalFloatForKey("ManualVINButtonCornerRadius"));
-    EXPECT_EQ(manual->findChild<QLabel *>("carouselLbl")->palette().color(QPalette::WindowText),
-              configuredColour("CarouselLabelColor"));
     const QImage withStrip = manualHost.window.grab().toImage();
     ASSERT_TRUE(withStrip.save(TestData::artifactPath("capture_manual_375x812.png")));
     EXPECT_EQ(withStrip.pixelColor(button->mapTo(&manualHost.window, QPoint(button->width() / 2, 3))),
@@ -142,8 +131,6 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
     EXPECT_EQ(button->mapTo(&manualHost.window, QPoint(0, button->height())).y(), 812 - 15)
         << "the manual-entry strip ends the screen";
 }
-
-// --- Modal test
 
 TEST_F(CaptureScreen, IsModalOnlyWhenPresented)
 {
@@ -184,11 +171,9 @@ TEST_F(CaptureScreen, IsModalOnlyWhenPresented)
     EXPECT_FALSE(alone->isModal());
 }
 
-// --- Orientation and status bar
-
-TEST_F(CaptureScreen, OrientationPolicyFollowsLandscapeMode)
+TEST_F(CaptureScreen, OrientationPolicyAndTheDeviceOrientationFollowLandscapeMode)
 {
-    std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
+    ZQTVINCaptureVC *screen = plainScreen();
     for (const bool landscape : {false, true}) {
         screen->setEnableLandscapeMode(landscape);
         EXPECT_EQ(screen->supportedInterfaceOrientations(), landscape ? 24u : 2u);
@@ -198,37 +183,27 @@ TEST_F(CaptureScreen, OrientationPolicyFollowsLandscapeMode)
             EXPECT_EQ(screen->shouldAutorotateToInterfaceOrientation(o), landscape ? o == 3 || o == 4 : o == 1 || o == 2)
                 << o;
     }
-}
-
-TEST_F(CaptureScreen, DeviceOrientationIsForcedByTheMode)
-{
-    ZQTVINCaptureVC *screen = plainScreen();
-    screen->setEnableLandscapeMode(true);
     EXPECT_EQ(DeviceProfile::current().deviceOrientation, 1) << "waking from the scene forces portrait";
     PhoneHost host;
     push(host, screen);
     EXPECT_EQ(DeviceProfile::current().deviceOrientation, 3);
 }
 
-TEST_F(CaptureScreen, StatusBarHiddenExceptOnPhonesWithAn812PointSide)
+TEST_F(CaptureScreen, StatusBarHiddenExceptOnPhonesWithAn812PointSideAndLightOnlyForTheExactText)
 {
     std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
     using Idiom = DeviceProfile::Idiom;
-    const QList<std::tuple<QSizeF, Idiom, bool>> cases = {
-        {{375, 812}, Idiom::Phone, false}, {{812, 375}, Idiom::Phone, false}, {{414, 896}, Idiom::Phone, true},
-        {{375, 667}, Idiom::Phone, true},  {{1024, 1366}, Idiom::Pad, true},  {{375, 812}, Idiom::Pad, true},
-        {{375, 812}, Idiom::Unspecified, true}};
+    const QList<std::tuple<QSizeF, Idiom, bool>> cases = {{{375, 812}, Idiom::Phone, false},
+                                                          {{812, 375}, Idiom::Phone, false},
+                                                          {{414, 896}, Idiom::Phone, true},
+                                                          {{375, 812}, Idiom::Pad, true}};
     for (const auto &[size, idiom, hidden] : cases) {
         DeviceProfile device = phoneProfile(size);
         device.interfaceIdiom = idiom;
         DeviceProfile::setCurrent(device);
         EXPECT_EQ(screen->prefersStatusBarHidden(), hidden) << size.width() << "x" << size.height() << " idiom " << int(idiom);
     }
-}
-
-TEST_F(CaptureScreen, StatusBarIsLightOnlyForTheExactText)
-{
-    std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
+    // Light only for the exact configured text.
     EXPECT_EQ(screen->preferredStatusBarStyle(), StatusBarStyle::LightContent) << "the shipped \"LIGHT\"";
     TemporaryMainBundle host;
     host.writeSettings("<key>VinScanControllerStatusbarType</key><string>light</string>");
@@ -247,9 +222,7 @@ TEST_F(CaptureScreen, LeavingRestoresTheStatusBarAndStopsTheTorch)
     EXPECT_FALSE(Application::sharedApplication()->isStatusBarHidden());
 }
 
-// --- Back button
-
-TEST_F(CaptureScreen, BackButtonPopsAPushedScreenAndDismissesAPresentedOneWithoutReporting)
+TEST_F(CaptureScreen, TheBackButtonPopsAPushedScreenAndDismissesAPresentedOneWithoutReporting)
 {
     for (const bool presented : {false, true}) {
         SCOPED_TRACE(presented ? "presented" : "pushed");
@@ -257,43 +230,25 @@ TEST_F(CaptureScreen, BackButtonPopsAPushedScreenAndDismissesAPresentedOneWithou
         host.navigation->pushViewController(new ViewController, false);
         host.window.makeKeyAndVisible();
         QPointer<ZQTVINCaptureVC> screen = plainScreen();
+        screen->setHasBackButton(true);
         const qsizetype before = startUps(capture);
         if (presented)
             host.navigation->presentViewController(screen, true);
         else
             host.navigation->pushViewController(screen, false);
         ASSERT_TRUE(QTest::qWaitFor([&] { return startUps(capture) > before; }, 3000));
+        ASSERT_EQ(host.navigation->isNavigationBarHidden(), !presented);
         capture.clear();
-        screen->handleBackBtn();
+        QTest::mouseClick(screen->findChild<QPushButton *>("backButton"), Qt::LeftButton);
         EXPECT_EQ(steps().mid(0, 2), QStringList({"handleBackBtn", "stopBarCodeScanner"}));
         EXPECT_TRUE(QTest::qWaitFor([&] { return screen.isNull(); }, 2000));
         EXPECT_TRUE(steps().contains("deinitCameraRig"));
         EXPECT_EQ(host.navigation->presentedViewController(), nullptr);
         EXPECT_EQ(host.navigation->viewControllers().size(), 1);
+        EXPECT_FALSE(host.navigation->isNavigationBarHidden()) << "the host's bar is back";
         EXPECT_TRUE(delegate.calls().isEmpty());
     }
 }
-
-// The host's bar comes back whichever way the screen leaves: popped, or deleted by the host.
-TEST_F(CaptureScreen, TheHostBarIsShownAgainWhenTheScreenIsPoppedOrDeleted)
-{
-    PhoneHost host;
-    host.navigation->pushViewController(new ViewController, false);
-    host.window.makeKeyAndVisible();
-    for (const bool popped : {true, false}) {
-        SCOPED_TRACE(popped ? "popped" : "deleted");
-        QPointer<ZQTVINCaptureVC> screen = push(host, plainScreen());
-        ASSERT_TRUE(host.navigation->isNavigationBarHidden());
-        if (popped)
-            host.navigation->popViewControllerAnimated(false);
-        else
-            delete screen.data();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return screen.isNull(); }, 2000));
-        EXPECT_FALSE(host.navigation->isNavigationBarHidden());
-    }
-}
-
-// --- Notifications
 
 TEST_F(CaptureScreen, ApplicationAndKeyboardNotificationsReachTheScreenWhileObserved)
 {
@@ -303,8 +258,10 @@ TEST_F(CaptureScreen, ApplicationAndKeyboardNotificationsReachTheScreenWhileObse
     Application *app = Application::sharedApplication();
     const auto notify = [&] {
         capture.clear();
+        app->enterForeground(); // not in the background: nothing to announce
         app->keyboardWillHide();
         app->enterBackground();
+        app->enterBackground(); // announced once
         app->enterForeground();
         return steps();
     };
@@ -316,8 +273,6 @@ TEST_F(CaptureScreen, ApplicationAndKeyboardNotificationsReachTheScreenWhileObse
     delete screen.data();
     EXPECT_TRUE(notify().isEmpty()) << "a destroyed screen observes nothing";
 }
-
-// --- The VIN rule and the reports
 
 TEST_F(CaptureScreen, ValidateVINFollowsTheLeadingIAndSeventeenCharacterRules)
 {
@@ -332,7 +287,6 @@ TEST_F(CaptureScreen, ValidateVINFollowsTheLeadingIAndSeventeenCharacterRules)
         {validVin.left(16), validVin.left(16), false},
         {"i" + validVin, validVin, true},                        // lower-case i stays, then last 17
         {"1HGCM-82633A004352", "1HGCM-82633A004352", true},      // passes whole, hyphen kept
-        {"II" + validVin, validVin, true},                       // one I dropped, then last 17
         {"1HGCM82633A004353", "1HGCM82633A004353", false},       // wrong check digit
         {QString(), QString(), false}};
     for (const auto &[payload, vin, valid] : cases) {

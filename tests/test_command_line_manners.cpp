@@ -39,7 +39,6 @@ std::string describe(const Invocation &invocation)
 TEST(CommandLineManners, EveryProgramAndSubcommandAnswersHelpOnStandardOutput)
 {
     const Invocation helps[] = {
-        {false, {"--help"}, "usage: zqt-vin <command>"},
         {false, {"-h"}, "usage: zqt-vin <command>"},
         {false, {"check", "--help"}, "usage: zqt-vin check"},
         {false, {"config", "get", "-h"}, "usage: zqt-vin config get"},
@@ -76,6 +75,7 @@ TEST(CommandLineManners, WrongInvocationsSayWhatWasWrongWithTheUsageAndExitTwo)
         {false, {"scan", "--claim", "C", "--read-fast", "label.png"}, "unknown option \"--read-fast\""},
         {false, {"stamp", "in.jpg", "out.jpg", "--lat", "north", "--lon", "3"}, "LAT must be decimal degrees"},
         {false, {"stamp", "in.jpg", "out.gif", "--lat", "1", "--lon", "3"}, "OUT must end in"},
+        {false, {"stamp", "in.jpg", "out.jpg", "--lat", "1", "--lon", "2", "--nmea", "x.nmea"}, "give either --lat and --lon, or --nmea"},
         {true, {"--exit-on-result"}, "--claim is required"},
         {true, {"--claim", "C", "--timeout", "abc"}, "--timeout needs a whole number of seconds"},
         {true, {"--claim", "C", "--device", "nonsense"}, "unknown device \"nonsense\""},

@@ -1,6 +1,6 @@
-// The capture screen's help card: showing by itself after appearing, its configured content and
-// animated picture, the help button, closing by a tap, direct dismissal, the landscape scene,
-// placeholders without a VIN slot, and the card rendered in both orientations.
+// The capture screen's help card: showing by itself after appearing (hiding the status bar), its
+// configured content and animated picture, the help button, closing by a tap, direct dismissal, the landscape scene
+// and the smallest phone, and placeholders without a VIN slot.
 #include "ZQTVINScanComponent.h"
 #include "ViewControllers/ZQTVINCaptureOverlayVC.h"
 #include "lib/StillCamera/StillCamera.h"
@@ -14,8 +14,6 @@
 #include "support/LogCapture.h"
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
-
-#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
@@ -55,10 +53,6 @@ protected:
         return qobject_cast<ZQTVINCaptureOverlayVC *>(screen->overlayView2());
     }
     static QWidget *cameraImageView(ZQTVINCaptureVC *screen) { return screen->findChild<QWidget *>("cameraImageView"); }
-    static void render(PhoneHost &host, const char *name)
-    {
-        EXPECT_TRUE(host.window.grab().save(TestData::artifactPath(name)));
-    }
 
     LogCapture capture;
     QElapsedTimer started;
@@ -82,9 +76,13 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
     PhoneHost host;
     ZQTVINCaptureVC *screen = push(host);
     EXPECT_EQ(screen->overlayView2(), nullptr) << "not before half a second";
+    Application *application = Application::sharedApplication();
+    EXPECT_FALSE(application->isStatusBarHidden()) << "the capture screen keeps it on a notched phone";
     ZQTVINCaptureOverlayVC *card = autoCard(screen);
     ASSERT_NE(card, nullptr);
     EXPECT_GE(started.elapsed(), 450);
+    EXPECT_TRUE(application->isStatusBarHidden()) << "the card hides it";
+    EXPECT_TRUE(application->statusBarFrame().isEmpty());
     EXPECT_TRUE(screen->vinScanItem()->hasBeenDisplayed());
     EXPECT_EQ(card->parentWidget(), screen);
     EXPECT_EQ(card->geometry(), screen->rect());
@@ -94,7 +92,6 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
     EXPECT_EQ(card->titleLbl()->text(), "Find the VIN barcode");
     EXPECT_TRUE(card->descrLbl()->text().startsWith("Look for the barcode"));
     EXPECT_EQ(card->lblTapAnyWhere()->text(), Constants::getConfigStringForKey("HelpOverlayTextCloseLabel"));
-    EXPECT_EQ(card->titleLbl()->font().family(), "Liberation Sans"); // colours on screen: tests/window/
     expectNothingClipped(card);
 
     ImageView *picture = card->imageView();
@@ -102,37 +99,26 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
     EXPECT_EQ(picture->animationImages().size(), 8) << "four frames forward and back";
     EXPECT_EQ(picture->animationDuration(), 5.0);
     ASSERT_TRUE(picture->isAnimating());
-    // Eight frames in five seconds: a new frame every 0.625 s, one of the configured ones (on a
-    // loaded machine the next one shown may already be a later frame).
+    // Eight frames in five seconds: a new frame every 0.625 s.
     const QImage first = picture->displayedImage().bitmap();
     EXPECT_TRUE(QTest::qWaitFor([&] { return picture->displayedImage().bitmap() != first; }, 2000));
-    QList<QImage> later;
-    for (const Image &frame : picture->animationImages().mid(1))
-        later << frame.bitmap();
-    EXPECT_TRUE(later.contains(picture->displayedImage().bitmap()));
-    render(host, "help_overlay_portrait.png");
+    EXPECT_TRUE(application->isStatusBarHidden()) << "nothing later shows the status bar again";
 }
 
-// On a notched phone the capture screen keeps the status bar; the card hides it while it is up.
-TEST_F(HelpOverlay, TheCardHidesTheStatusBarOnANotchedPhone)
-{
-    PhoneHost host; // 375 x 812
-    ZQTVINCaptureVC *screen = push(host);
-    Application *application = Application::sharedApplication();
-    EXPECT_FALSE(application->isStatusBarHidden()) << "the capture screen shows it";
-    ASSERT_NE(autoCard(screen), nullptr);
-    EXPECT_TRUE(application->isStatusBarHidden());
-    EXPECT_TRUE(application->statusBarFrame().isEmpty());
-    QTest::qWait(50); // nothing later shows it again
-    EXPECT_TRUE(application->isStatusBarHidden());
-}
-
-TEST_F(HelpOverlay, HelpWhileUpPostsTheEventWithoutASecondCard)
+TEST_F(HelpOverlay, HelpTapAndDismissTakeTheCardDownAndTheCameraFollows)
 {
     AnalyticsRecorder analytics;
     PhoneHost host;
     ZQTVINCaptureVC *screen = push(host);
-    QWidget *card = autoCard(screen);
+    screen->initCamera();
+    screen->camera()->start();
+    ASSERT_TRUE(screen->camera()->session()->isRunning());
+    const QPointer<QWidget> card = autoCard(screen);
+    StillCamera *camera = screen->camera();
+    EXPECT_TRUE(camera->isHidden());
+    EXPECT_FALSE(camera->session()->isRunning()) << "paused by the card";
+
+    // Help while the card is up posts the event without a second card.
     auto *help = screen->findChild<QPushButton *>("helpButton");
     ASSERT_NE(help, nullptr);
     QTest::mouseClick(help, Qt::LeftButton);
@@ -140,19 +126,8 @@ TEST_F(HelpOverlay, HelpWhileUpPostsTheEventWithoutASecondCard)
     EXPECT_EQ(analytics.events[0].value("eventType"), "helpOverlay");
     EXPECT_EQ(screen->overlayView2(), card);
     EXPECT_EQ(screen->findChildren<ZQTVINCaptureOverlayVC *>().size(), 1);
-}
 
-TEST_F(HelpOverlay, TapFadesTheCardOutAndStartsTheCameraAgain)
-{
-    PhoneHost host;
-    ZQTVINCaptureVC *screen = push(host);
-    screen->initCamera();
-    screen->camera()->start();
-    const QPointer<QWidget> card = autoCard(screen);
-    StillCamera *camera = screen->camera();
-    EXPECT_TRUE(camera->isHidden());
-    EXPECT_FALSE(camera->session()->isRunning());
-
+    // A tap fades it out and starts the camera again.
     QElapsedTimer fade;
     fade.start();
     QTest::mouseClick(card, Qt::LeftButton, {}, card->rect().center());
@@ -164,26 +139,15 @@ TEST_F(HelpOverlay, TapFadesTheCardOutAndStartsTheCameraAgain)
     EXPECT_FALSE(camera->isHidden());
     EXPECT_TRUE(camera->session()->isRunning());
 
-    // Help brings a new card.
-    QTest::mouseClick(screen->findChild<QPushButton *>("helpButton"), Qt::LeftButton);
-    EXPECT_NE(screen->overlayView2(), nullptr);
-}
-
-TEST_F(HelpOverlay, DismissTakesTheCardDownAtOnceAndLeavesTheCameraStopped)
-{
-    PhoneHost host;
-    ZQTVINCaptureVC *screen = push(host);
-    screen->initCamera();
-    screen->camera()->start();
-    ASSERT_TRUE(screen->camera()->session()->isRunning());
-    QWidget *card = autoCard(screen);
-    ASSERT_FALSE(screen->camera()->session()->isRunning()) << "paused by the card";
-
+    // Help brings a new card; dismissing takes it down at once and leaves the camera stopped.
+    QTest::mouseClick(help, Qt::LeftButton);
+    QWidget *second = autoCard(screen);
+    ASSERT_NE(second, nullptr);
     screen->dismissOverlayIfShown();
-    EXPECT_EQ(card->parentWidget(), nullptr);
-    EXPECT_EQ(screen->overlayView2(), card) << "kept until the next card";
-    EXPECT_FALSE(screen->camera()->session()->isRunning());
-    EXPECT_TRUE(screen->camera()->isHidden());
+    EXPECT_EQ(second->parentWidget(), nullptr);
+    EXPECT_EQ(screen->overlayView2(), second) << "kept until the next card";
+    EXPECT_FALSE(camera->session()->isRunning());
+    EXPECT_TRUE(camera->isHidden());
     EXPECT_TRUE(cameraImageView(screen)->isHidden());
 
     screen->showOverlay();
@@ -205,7 +169,6 @@ TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWhole)
         } else {
             EXPECT_GT(card->imageView()->height(), 80);
         }
-        render(host, landscape ? "help_overlay_landscape.png" : "help_overlay_320x480.png");
     }
 }
 
@@ -234,20 +197,4 @@ TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
         EXPECT_FALSE(card->imageView()->isAnimating());
         EXPECT_TRUE(card->imageView()->displayedImage().isNull()) << "not even the still picture";
     }
-}
-
-TEST_F(HelpOverlay, BlankWordAndSpareImageView)
-{
-    std::unique_ptr<ZQTVINCaptureVC> screen(ZQTVINCaptureVC::createVinScannerViewWithDelegate(nullptr, "C"));
-    for (const char *blank : {"blank", "BLANK", "Blank"})
-        EXPECT_TRUE(screen->isOverlayValueBlank(blank)) << blank;
-    for (const char *other : {"blank ", "", "blanks"})
-        EXPECT_FALSE(screen->isOverlayValueBlank(other)) << other;
-
-    QImage blue(4, 2, QImage::Format_RGB32);
-    blue.fill(Qt::blue);
-    ImageView *spare = screen->overlayImageViewWithImage(Image(QImage(8, 8, QImage::Format_RGB32)));
-    ASSERT_NE(spare, nullptr);
-    EXPECT_EQ(screen->overlayImageViewWithImage(Image(blue)), spare) << "made once";
-    EXPECT_EQ(spare->image().bitmap(), blue);
 }

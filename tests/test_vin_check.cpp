@@ -20,22 +20,17 @@ TEST(VINCheck, JudgesLengthCharactersAndCheckDigitAndLogsTheFirstOffender)
     const Case cases[] = {
         {"1M8GDM9AXKP042788", true, {}},  // remainder 10, check character X
         {"1HGCM82633A004352", true, {}},
-        {"11111111111111111", true, {}},
         {"1m8gdm9axkp042788", true, {}},  // upper-cased before the test
         {"1M8GDM9A-XKP042788", true, {}}, // hyphens removed before the length test
-        {"-1M8-GDM9AXKP04-2788-", true, {}},
         {"1M8GDM9A1KP042788", false, {}}, // remainder 10 with a digit
         {"1HGCM82634A004352", false, {}}, // wrong digit
         {"1HGCM8263", false, {}},
-        {"1HGCM82633A0043521", false, {}},
         {"I1HGCM82633A004352", false, {}}, // trimming is the scanner's business
         {"", false, {}},
         {"1M8GDM9AAKP042788", false, QString(kIllegalCheck) + "A"},
         {"1M8GDM9AXKP04278Q", false, QString(kIllegalLetter) + "Q"},
-        {"1M8GDM9AXKP0427O8", false, QString(kIllegalLetter) + "O"},
         {"1HGCM826I3A004352", false, QString(kIllegalLetter) + "I"}, // a letter is judged before the check digit
         {"1HGCM8263 A004352", false, QString(kIllegalChar) + " "},
-        {"1HGCM82633A0.4352", false, QString(kIllegalChar) + "."},
         {"1HGCM82633A00435\u00C9", false, QString(kIllegalChar) + QString::fromUtf8("\u00C9")},
         {"QHGCM82633A004352", false, QString(kIllegalLetter) + "Q"}, // the first offender, not the check digit
     };
