@@ -1,7 +1,5 @@
 #include "platform/capture/VINTextCandidates_p.h"
 
-#include <QHash>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -288,24 +286,18 @@ std::optional<VINTextCandidate> VINTextConsensus::add(const QList<VINTextCandida
 
 bool VINTextConsensus::isMostReadAtEveryPlace(const QString &vin) const
 {
-    std::array<QHash<QChar, int>, vinLength> counts;
+    int readings = 0;
+    std::array<int, vinLength> agreeing{};
     for (const QList<VINTextCandidate> &attempt : m_attempts) {
         for (const VINTextCandidate &other : attempt) {
             if (differences(other.vin, vin) > maxDifferencesOfOneLine)
                 continue;
+            ++readings;
             for (int index = 0; index < vinLength; ++index)
-                ++counts[size_t(index)][other.vin.at(index)];
+                agreeing[size_t(index)] += other.vin.at(index) == vin.at(index);
         }
     }
-    for (int index = 0; index < vinLength; ++index) {
-        const QHash<QChar, int> &place = counts[size_t(index)];
-        const int own = place.value(vin.at(index));
-        for (auto it = place.begin(); it != place.end(); ++it) {
-            if (it.key() != vin.at(index) && it.value() >= own)
-                return false;
-        }
-    }
-    return true;
+    return std::all_of(agreeing.begin(), agreeing.end(), [readings](int agree) { return 2 * agree > readings; });
 }
 
 void VINTextConsensus::clear()

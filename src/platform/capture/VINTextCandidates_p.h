@@ -62,11 +62,11 @@ public:
     void clear();
 
 private:
-    // Whether at every place the VIN has the character most readings of its line in the
-    // remembered attempts have there (more than any other character). Agreeing frames alone are
-    // not enough: a font whose glyph the engine reads three ways (a zero with a dot: 0, 8 or 9)
-    // gives now and then a reading that passes the check digit, and sometimes twice; the other
-    // readings of the same line then outvote it.
+    // Whether at every place the VIN has the character that more than half of the readings of
+    // its line in the remembered attempts have there. Agreeing frames alone are not enough: a
+    // font whose glyph the engine reads three ways (a zero with a dot: 0, 8 or 9) gives now and
+    // then a reading that passes the check digit, and sometimes twice; the other readings of the
+    // same line then outvote it, even when they disagree among themselves.
     bool isMostReadAtEveryPlace(const QString &vin) const;
 
     std::deque<QList<VINTextCandidate>> m_attempts;
