@@ -238,6 +238,16 @@ bool readsBefore(const DecodedBarcode &a, const DecodedBarcode &b)
     return first.y() != second.y() ? first.y() < second.y() : first.x() < second.x();
 }
 
+// Adds the code unless a code of its type with its text is there already.
+void addNew(QList<DecodedBarcode> &codes, const DecodedBarcode &code)
+{
+    const bool known = std::any_of(codes.begin(), codes.end(), [&code](const DecodedBarcode &other) {
+        return other.type == code.type && other.text == code.text;
+    });
+    if (!known)
+        codes.append(code);
+}
+
 // A valid ZXing result of a wanted type as a code, its corners mapped into the frame.
 std::optional<DecodedBarcode> decoded(const ZXing::Result &result, const QTransform &toFrame, const QStringList &wanted)
 {
@@ -302,6 +312,50 @@ QList<DecodedBarcode> decodeWith(const ZXing::ImageView &frame, const ReadStrate
     return codes;
 }
 
+// The 1-D code of a region: each band's pictures are read in turn until one gives a code. A text
+// that carries no check character of its own (Code 39) counts only when two bands read it alike.
+QList<DecodedBarcode> decodeLinearRegion(const cv::Mat &grey, const CodeRegion &region, int formats, const QStringList &wanted)
+{
+    const ZXing::DecodeHints hints = hintsFor(ReadStrategy{ReadStrategy::Binarizer::GlobalHistogram}, formats, 1);
+    const std::vector<std::vector<TurnedLuminance>> bands = barProfiles(grey, region);
+    // Per text, the bands that read it.
+    QList<QPair<DecodedBarcode, QSet<size_t>>> reads;
+    for (size_t band = 0; band < bands.size(); ++band) {
+        for (const TurnedLuminance &profile : bands[band]) {
+            const ZXing::ImageView view(profile.pixels.data(), profile.width, profile.height, ZXing::ImageFormat::Lum);
+            auto code = decoded(ZXing::ReadBarcode(view, hints), profile.toFrame, wanted);
+            if (!code)
+                code = decodedLine(profile, formats, wanted);
+            if (!code)
+                continue;
+            auto read = std::find_if(reads.begin(), reads.end(), [&code](const auto &entry) {
+                return entry.first.type == code->type && entry.first.text == code->text;
+            });
+            if (read == reads.end())
+                read = reads.insert(reads.end(), {*code, {}});
+            read->second.insert(band);
+            break; // the band is read
+        }
+    }
+    QList<DecodedBarcode> codes;
+    for (const auto &[code, readingBands] : std::as_const(reads)) {
+        if (code.type != MetadataObject::typeCode39 || readingBands.size() > 1)
+            codes.append(code);
+    }
+    return codes;
+}
+
+// The 2-D code of a region, read thoroughly from its level, evened copy.
+std::optional<DecodedBarcode> decodeMatrixRegion(const cv::Mat &grey, const CodeRegion &region, int formats,
+                                                 const QStringList &wanted)
+{
+    const TurnedLuminance view = matrixView(grey, region);
+    const ZXing::ImageView pixels(view.pixels.data(), view.width, view.height, ZXing::ImageFormat::Lum);
+    ReadStrategy thorough;
+    thorough.tryHarder = true;
+    return decoded(ZXing::ReadBarcode(pixels, hintsFor(thorough, formats, 1)), view.toFrame, wanted);
+}
+
 // The region pass: the places of the frame that look like codes, each read from level,
 // cleaned-up copies (RegionViews_p.h). It is in every frame's read, after the frame's own strategy
 // found nothing, because it is what reads labels as a hand holds them at a car: seen at an angle
@@ -318,53 +372,17 @@ QList<DecodedBarcode> decodeRegions(const ZXing::ImageView &frame, int formats, 
     constexpr int linear = formatBits(ZXing::BarcodeFormat::LinearCodes);
     const cv::Mat grey = greyMatrix(pixelLayout(frame));
     QList<DecodedBarcode> codes;
-    const auto add = [&codes](const DecodedBarcode &code) {
-        const bool known = std::any_of(codes.begin(), codes.end(), [&code](const DecodedBarcode &other) {
-            return other.type == code.type && other.text == code.text;
-        });
-        if (!known)
-            codes.append(code);
-    };
     try {
         for (const CodeRegion &region : findCodeRegions(grey, maxRegions)) {
             if (region.linear && (formats & linear)) {
-                const ZXing::DecodeHints hints = hintsFor(ReadStrategy{ReadStrategy::Binarizer::GlobalHistogram}, formats & linear, 1);
-                const std::vector<std::vector<TurnedLuminance>> bands = barProfiles(grey, region);
-                // Per text, the bands that read it.
-                QList<QPair<DecodedBarcode, QSet<size_t>>> reads;
-                for (size_t band = 0; band < bands.size(); ++band) {
-                    for (const TurnedLuminance &profile : bands[band]) {
-                        const ZXing::ImageView view(profile.pixels.data(), profile.width, profile.height, ZXing::ImageFormat::Lum);
-                        auto code = decoded(ZXing::ReadBarcode(view, hints), profile.toFrame, wanted);
-                        if (!code)
-                            code = decodedLine(profile, formats, wanted);
-                        if (!code)
-                            continue;
-                        auto read = std::find_if(reads.begin(), reads.end(), [&code](const auto &entry) {
-                            return entry.first.type == code->type && entry.first.text == code->text;
-                        });
-                        if (read == reads.end())
-                            read = reads.insert(reads.end(), {*code, {}});
-                        read->second.insert(band);
-                        break; // the band is read
-                    }
-                }
-                for (const auto &[code, bands] : std::as_const(reads)) {
-                    const bool checked = code.type != MetadataObject::typeCode39;
-                    if (checked || bands.size() > 1)
-                        add(code);
-                }
+                for (const DecodedBarcode &code : decodeLinearRegion(grey, region, formats & linear, wanted))
+                    addNew(codes, code);
             } else if (!region.linear && (formats & ~linear)) {
-                const TurnedLuminance view = matrixView(grey, region);
-                const ZXing::ImageView pixels(view.pixels.data(), view.width, view.height, ZXing::ImageFormat::Lum);
-                ReadStrategy thorough;
-                thorough.tryHarder = true;
-                if (const auto code = decoded(ZXing::ReadBarcode(pixels, hintsFor(thorough, formats & ~linear, 1)), view.toFrame, wanted))
-                    add(*code);
+                if (const auto code = decodeMatrixRegion(grey, region, formats & ~linear, wanted))
+                    addNew(codes, *code);
             }
         }
-    } catch (const std::exception &) { // OpenCV's errors too
-        return codes;
+    } catch (const std::exception &) { // OpenCV's errors too: the codes found so far
     }
     return codes;
 }
@@ -385,13 +403,8 @@ QList<DecodedBarcode> decode(const ZXing::ImageView &frame, quint64 frameNumber,
         codes = decodeRegions(frame, formats, wanted);
     for (int step = 1; byStrategy && step < ReadStrategy::cycleLength(); ++step) {
         const ReadStrategy strategy = ReadStrategy::forFrame(frameNumber + step);
-        for (const DecodedBarcode &code : decodeWith(frame, strategy, formats, wanted)) {
-            const bool known = std::any_of(codes.begin(), codes.end(), [&code](const DecodedBarcode &other) {
-                return other.type == code.type && other.text == code.text;
-            });
-            if (!known)
-                codes.append(code);
-        }
+        for (const DecodedBarcode &code : decodeWith(frame, strategy, formats, wanted))
+            addNew(codes, code);
     }
     std::stable_sort(codes.begin(), codes.end(), readsBefore);
     return codes;

@@ -146,12 +146,8 @@ cv::Mat greyMatrix(const PixelLayout &frame)
     if (frame.isGrey() && frame.pixelStride == 1)
         return cv::Mat(frame.height, frame.width, CV_8UC1, const_cast<uchar *>(frame.data), size_t(frame.rowStride));
     thread_local cv::Mat copy;
-    copy.create(frame.height, frame.width, CV_8UC1);
-    for (int y = 0; y < frame.height; ++y) {
-        uchar *out = copy.ptr<uchar>(y);
-        for (int x = 0; x < frame.width; ++x)
-            out[x] = uchar(frame.isGrey() ? luminanceAt<true>(frame, x, y) : luminanceAt<false>(frame, x, y));
-    }
+    copy.create(frame.height, frame.width, CV_8UC1); // continuous: rows without padding
+    copyLuminance(frame, copy.data);
     return copy;
 }
 

@@ -3,7 +3,6 @@
 #include <QPolygon>
 
 #include <algorithm>
-#include <cstring>
 
 namespace ZQTPlatform {
 
@@ -13,19 +12,6 @@ namespace {
 constexpr int blurMargin = 3;
 // Fewer edges than this on the line a code was read on: no bars to follow (every 1-D code has more).
 constexpr int fewestEdges = 8;
-
-template<bool grey>
-void copyLuminance(const PixelLayout &picture, uchar *out)
-{
-    for (int y = 0; y < picture.height; ++y, out += picture.width) {
-        if (grey && picture.pixelStride == 1) {
-            std::memcpy(out, picture.data + qsizetype(y) * picture.rowStride, size_t(picture.width));
-            continue;
-        }
-        for (int x = 0; x < picture.width; ++x)
-            out[x] = uchar(luminanceAt<grey>(picture, x, y));
-    }
-}
 
 // The lines of a grey picture that run along a code: rows for a code read along rows, columns for
 // one read along columns. A line is addressed by its place across the code ("over"), its samples
@@ -118,12 +104,8 @@ void MaskedLuminance::copy(const PixelLayout &picture)
     m_width = std::max(0, picture.width);
     m_height = std::max(0, picture.height);
     m_pixels.resize(size_t(m_width) * m_height);
-    if (m_pixels.empty())
-        return;
-    if (picture.isGrey())
-        copyLuminance<true>(picture, m_pixels.data());
-    else
-        copyLuminance<false>(picture, m_pixels.data());
+    if (!m_pixels.empty())
+        copyLuminance(picture, m_pixels.data());
 }
 
 PixelLayout MaskedLuminance::layout() const

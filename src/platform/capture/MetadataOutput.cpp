@@ -2,11 +2,11 @@
 // newest frame waits in a single slot, replacing (and dropping) the one that waited before it.
 #include "platform/capture/MetadataOutput.h"
 
-#include "platform/capture/MetadataOutput_p.h"
-#include "platform/foundation/WorkerPriority_p.h"
+#include "platform/capture/BarcodeReader_p.h"
+#include "platform/capture/ReadWorker_p.h"
 
 #include <QPointer>
-#include <QThread>
+#include <QVideoFrame>
 
 #include <algorithm>
 #include <optional>
@@ -28,12 +28,14 @@ const QString MetadataObject::typeAztec = QStringLiteral("org.iso.Aztec");
 const QString MetadataObject::typeITF14 = QStringLiteral("org.gs1.ITF14");
 const QString MetadataObject::typeInterleaved2of5 = QStringLiteral("org.ansi.Interleaved2of5");
 
-void MetadataReadWorker::read(const MetadataReadJob &job)
-{
-    Q_EMIT frameRead(job.reader->read(job.frame, job.frameNumber), QSizeF(job.frame.size()));
-}
-
 namespace {
+
+// A frame waiting for the worker, with the reader of the types wanted when it arrived.
+struct WaitingFrame
+{
+    QVideoFrame frame;
+    std::shared_ptr<const BarcodeReader> reader;
+};
 
 // A code in frame pixels as a code object in the frame's unit square.
 MetadataObject metadataObject(const DecodedBarcode &code, const QSizeF &frameSize)
@@ -78,7 +80,7 @@ struct MetadataOutput::Private
 
     // All of these run on the GUI thread.
     bool wantsCodes() const;
-    void handOver(MetadataReadJob job);
+    void handOver(WaitingFrame frame);
     void frameRead(const QList<DecodedBarcode> &codes, const QSizeF &frameSize);
 
     MetadataOutput *q;
@@ -88,14 +90,11 @@ struct MetadataOutput::Private
     Ranking ranking;
     QPointer<QObject> context;
     bool hasContext = false;
-    bool busy = false;
-    std::optional<MetadataReadJob> waiting;
+    std::optional<WaitingFrame> waiting;
     quint64 framesHandedOver = 0;
     quint64 framesRead = 0;
     quint64 framesDropped = 0;
-
-    QThread thread;
-    MetadataReadWorker worker; // lives on thread; destroyed once the thread has finished
+    ReadWorker worker{QStringLiteral("zqt.vin.metadata"), q};
 };
 
 bool MetadataOutput::Private::wantsCodes() const
@@ -103,20 +102,21 @@ bool MetadataOutput::Private::wantsCodes() const
     return delegate && !(hasContext && !context) && !types.isEmpty();
 }
 
-void MetadataOutput::Private::handOver(MetadataReadJob job)
+// The frame's number is its place in the reader's strategy cycle.
+void MetadataOutput::Private::handOver(WaitingFrame frame)
 {
-    busy = true;
-    job.frameNumber = framesHandedOver++;
-    QMetaObject::invokeMethod(&worker, [worker = &worker, job = std::move(job)] { worker->read(job); },
-                              Qt::QueuedConnection);
+    worker.start([this, frame = std::move(frame), frameNumber = framesHandedOver++] {
+        // Worker thread.
+        QList<DecodedBarcode> codes = frame.reader->read(frame.frame, frameNumber);
+        return [this, codes = std::move(codes), frameSize = QSizeF(frame.frame.size())] { frameRead(codes, frameSize); };
+    });
 }
 
 void MetadataOutput::Private::frameRead(const QList<DecodedBarcode> &codes, const QSizeF &frameSize)
 {
     ++framesRead;
-    busy = false;
     if (waiting) {
-        MetadataReadJob next = std::move(*waiting);
+        WaitingFrame next = std::move(*waiting);
         waiting.reset();
         handOver(std::move(next));
     }
@@ -140,22 +140,9 @@ void MetadataOutput::Private::frameRead(const QList<DecodedBarcode> &codes, cons
 
 MetadataOutput::MetadataOutput() : d(std::make_unique<Private>(this))
 {
-    d->thread.setObjectName(QStringLiteral("zqt.vin.metadata"));
-    // Runs on the new thread as it starts.
-    connect(&d->thread, &QThread::started, [] { lowerCurrentThreadPriority(); });
-    d->worker.moveToThread(&d->thread);
-    // Runs on the GUI thread, after the worker finished a frame.
-    connect(&d->worker, &MetadataReadWorker::frameRead, this,
-            [this](const QList<DecodedBarcode> &codes, const QSizeF &frameSize) { d->frameRead(codes, frameSize); },
-            Qt::QueuedConnection);
-    d->thread.start();
 }
 
-MetadataOutput::~MetadataOutput()
-{
-    d->thread.quit();
-    d->thread.wait();
-}
+MetadataOutput::~MetadataOutput() = default;
 
 QStringList MetadataOutput::availableMetadataObjectTypes() const
 {
@@ -205,14 +192,14 @@ void MetadataOutput::videoFrameArrived(const QVideoFrame &frame)
 {
     if (!d->wantsCodes() || !frame.isValid())
         return;
-    MetadataReadJob job{frame, d->reader, 0};
-    if (!d->busy) {
-        d->handOver(std::move(job));
+    WaitingFrame next{frame, d->reader};
+    if (!d->worker.isBusy()) {
+        d->handOver(std::move(next));
         return;
     }
     if (d->waiting)
         ++d->framesDropped;
-    d->waiting = std::move(job);
+    d->waiting = std::move(next);
 }
 
 } // namespace ZQTPlatform

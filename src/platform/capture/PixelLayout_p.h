@@ -1,5 +1,5 @@
-// Where the pixels of a frame lie in memory, and the luminance of one pixel, for the code that
-// reads frames in place.
+// Where the pixels of a frame lie in memory, the luminance of one pixel and a grey copy of a
+// frame, for the code that reads frames in place.
 #pragma once
 
 #include <QtGlobal>
@@ -32,5 +32,9 @@ inline int luminanceAt(const PixelLayout &frame, int x, int y)
     else
         return (306 * pixel[frame.red] + 601 * pixel[frame.green] + 117 * pixel[frame.blue] + 512) >> 10;
 }
+
+// Copies the picture's luminance (the byte itself in a luminance plane, BT.601 of packed RGB)
+// to out: width x height bytes, rows without padding.
+void copyLuminance(const PixelLayout &picture, uchar *out);
 
 } // namespace ZQTPlatform

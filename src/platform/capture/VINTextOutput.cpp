@@ -1,30 +1,14 @@
 #include "platform/capture/VINTextOutput.h"
 
-#include "platform/capture/VINTextOutput_p.h"
+#include "platform/capture/ReadWorker_p.h"
 #include "platform/capture/VINTextReader_p.h"
 #include "platform/capture/VideoFrames_p.h"
-#include "platform/foundation/WorkerPriority_p.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
-#include <QThread>
+#include <QVideoFrame>
 
 namespace ZQTPlatform {
-
-VINTextReadWorker::VINTextReadWorker() = default;
-VINTextReadWorker::~VINTextReadWorker() = default;
-
-void VINTextReadWorker::prepare()
-{
-    if (!m_reader)
-        m_reader = std::make_unique<VINTextReader>();
-}
-
-void VINTextReadWorker::read(const QVideoFrame &frame, quint64 generation)
-{
-    prepare();
-    Q_EMIT frameRead(m_reader->read(imageFromVideoFrame(frame)), QSizeF(frame.size()), generation);
-}
 
 struct VINTextOutput::Private
 {
@@ -41,13 +25,13 @@ struct VINTextOutput::Private
     double readingDelay = 1.0;
     QElapsedTimer sinceRestart;
     VINTextConsensus consensus;
-    bool busy = false;
     // Frames of a reading started before the last restart are not counted.
     quint64 generation = 0;
     quint64 framesRead = 0;
 
-    QThread thread;
-    VINTextReadWorker worker; // lives on thread; destroyed once the thread has finished
+    // Made and used on the worker thread only; destroyed after it, since the worker goes first.
+    std::unique_ptr<VINTextReader> reader;
+    ReadWorker worker{QStringLiteral("zqt.vin.text"), q};
 };
 
 bool VINTextOutput::Private::wantsText() const
@@ -76,26 +60,12 @@ void VINTextOutput::Private::frameRead(const QList<VINTextCandidate> &candidates
 
 VINTextOutput::VINTextOutput() : d(std::make_unique<Private>(this))
 {
-    d->thread.setObjectName(QStringLiteral("zqt.vin.text"));
-    connect(&d->thread, &QThread::started, [] { lowerCurrentThreadPriority(); });
-    d->worker.moveToThread(&d->thread);
-    connect(&d->worker, &VINTextReadWorker::frameRead, this,
-            [this](const QList<VINTextCandidate> &candidates, const QSizeF &frameSize, quint64 generation) {
-                d->busy = false;
-                if (generation == d->generation)
-                    d->frameRead(candidates, frameSize);
-            },
-            Qt::QueuedConnection);
-    d->thread.start();
-    QMetaObject::invokeMethod(&d->worker, [worker = &d->worker] { worker->prepare(); }, Qt::QueuedConnection);
+    // The engine's model loads before the first frame comes.
+    d->worker.prepare([d = d.get()] { d->reader = std::make_unique<VINTextReader>(); });
     d->sinceRestart.start();
 }
 
-VINTextOutput::~VINTextOutput()
-{
-    d->thread.quit();
-    d->thread.wait();
-}
+VINTextOutput::~VINTextOutput() = default;
 
 void VINTextOutput::setDelegate(Delegate delegate, QObject *context)
 {
@@ -129,13 +99,17 @@ quint64 VINTextOutput::framesRead() const
 // Runs on the GUI thread (called by the session): only hands the frame over.
 void VINTextOutput::videoFrameArrived(const QVideoFrame &frame)
 {
-    if (d->busy || !d->wantsText() || !frame.isValid()
+    if (d->worker.isBusy() || !d->wantsText() || !frame.isValid()
         || d->sinceRestart.elapsed() < qint64(d->readingDelay * 1000))
         return;
-    d->busy = true;
-    QMetaObject::invokeMethod(&d->worker,
-                              [worker = &d->worker, frame, generation = d->generation] { worker->read(frame, generation); },
-                              Qt::QueuedConnection);
+    d->worker.start([d = d.get(), frame, generation = d->generation] {
+        // Worker thread: only the reader of the private part is touched here.
+        QList<VINTextCandidate> candidates = d->reader->read(imageFromVideoFrame(frame));
+        return [d, candidates = std::move(candidates), frameSize = QSizeF(frame.size()), generation] {
+            if (generation == d->generation)
+                d->frameRead(candidates, frameSize);
+        };
+    });
 }
 
 } // namespace ZQTPlatform

@@ -1,8 +1,11 @@
 // The picture work before the engine reads: strokes told from everything else by grey-scale
-// morphology, the slant of the lines found from the strokes.
+// morphology (OpenCV's, as in the barcode reader's region pass), the slant of the lines found
+// from the strokes.
 #include "platform/capture/VINTextPicture_p.h"
 
 #include <QtMath>
+
+#include <opencv2/imgproc.hpp>
 
 #include <algorithm>
 #include <array>
@@ -24,68 +27,35 @@ constexpr int ruleRadius = 30;
 // Labels are held at most this far off level (degrees); beyond, the person turns the phone.
 constexpr double maxSkewDegrees = 12;
 
-// The largest (or smallest) value in each window of 2 * radius + 1 along a line of count values
-// spaced stride apart, in three comparisons per value whatever the radius (van Herk / Gil-Werman:
-// running extremes from the start and from the end of each block of the window's length).
-void lineExtremum(const uchar *in, uchar *out, int count, int stride, int radius, bool takeMax,
-                  std::vector<uchar> &forward, std::vector<uchar> &backward)
+// The picture's pixels as an 8-bit matrix, without a copy.
+cv::Mat pixelsOf(const QImage &grey)
 {
-    const int window = 2 * radius + 1;
-    const auto better = [takeMax](uchar a, uchar b) { return takeMax ? std::max(a, b) : std::min(a, b); };
-    forward.resize(count);
-    backward.resize(count);
-    for (int i = 0; i < count; ++i) {
-        const uchar v = in[qsizetype(i) * stride];
-        forward[i] = i % window == 0 ? v : better(forward[i - 1], v);
-    }
-    for (int i = count - 1; i >= 0; --i) {
-        const uchar v = in[qsizetype(i) * stride];
-        backward[i] = (i % window == window - 1 || i == count - 1) ? v : better(backward[i + 1], v);
-    }
-    for (int i = 0; i < count; ++i) {
-        const int low = std::max(0, i - radius);
-        const int high = std::min(count - 1, i + radius);
-        out[qsizetype(i) * stride] = better(backward[low], forward[high]);
-    }
+    return cv::Mat(grey.height(), grey.width(), CV_8UC1, const_cast<uchar *>(grey.constBits()), size_t(grey.bytesPerLine()));
 }
 
-// The picture's largest (dilation) or smallest (erosion) value in each window of 2 * radius + 1
-// pixels, along rows, along columns or (both) in squares.
-enum class Along { Rows, Columns, Both };
-
-QImage extremum(const QImage &grey, int radius, bool takeMax, Along along = Along::Both)
+// A grey picture of the matrix (a copy).
+QImage pictureOf(const cv::Mat &pixels)
 {
-    QImage out = grey.copy();
-    std::vector<uchar> forward, backward;
-    const QImage in = grey;
-    if (along != Along::Columns) {
-        for (int y = 0; y < grey.height(); ++y)
-            lineExtremum(in.constScanLine(y), out.scanLine(y), grey.width(), 1, radius, takeMax, forward, backward);
-    }
-    if (along != Along::Rows) {
-        const QImage rows = out.copy();
-        const int stride = int(rows.bytesPerLine());
-        for (int x = 0; x < grey.width(); ++x)
-            lineExtremum(rows.constBits() + x, out.bits() + x, grey.height(), stride, radius, takeMax, forward, backward);
-    }
+    QImage picture(pixels.cols, pixels.rows, QImage::Format_Grayscale8);
+    pixels.copyTo(cv::Mat(picture.height(), picture.width(), CV_8UC1, picture.bits(), size_t(picture.bytesPerLine())));
+    return picture;
+}
+
+// A dilation, erosion, opening or closing of a grey picture (cv::MORPH_DILATE and so on) over
+// windows of width x height pixels; windows end at the picture's edges.
+cv::Mat morphology(const cv::Mat &grey, int operation, int width, int height)
+{
+    cv::Mat out;
+    cv::morphologyEx(grey, out, operation, cv::getStructuringElement(cv::MORPH_RECT, cv::Size(width, height)));
     return out;
 }
 
 // The depth of the ruled lines among the strokes: what stays of them after an opening along rows
 // (and along columns) longer than any character, the borders of form fields and of boxes.
-QImage ruledLines(const QImage &depth)
+cv::Mat ruledLines(const cv::Mat &depth)
 {
-    const QImage across = extremum(extremum(depth, ruleRadius, false, Along::Rows), ruleRadius, true, Along::Rows);
-    const QImage down = extremum(extremum(depth, ruleRadius, false, Along::Columns), ruleRadius, true, Along::Columns);
-    QImage rules(depth.size(), QImage::Format_Grayscale8);
-    for (int y = 0; y < depth.height(); ++y) {
-        const uchar *a = across.constScanLine(y);
-        const uchar *b = down.constScanLine(y);
-        uchar *out = rules.scanLine(y);
-        for (int x = 0; x < depth.width(); ++x)
-            out[x] = std::max(a[x], b[x]);
-    }
-    return rules;
+    constexpr int length = 2 * ruleRadius + 1;
+    return cv::max(morphology(depth, cv::MORPH_OPEN, length, 1), morphology(depth, cv::MORPH_OPEN, 1, length));
 }
 
 } // namespace
@@ -95,38 +65,32 @@ QImage strokeDepth(const QImage &grey)
     // A closing (dilation, then erosion) fills every dark feature narrower than the square and
     // keeps wider shapes as they are: paper, plates, glare, shadows, the edges of a sticker. An
     // opening does the same for light features.
-    const QImage dilated = extremum(grey, strokeRadius, true);
-    const QImage eroded = extremum(grey, strokeRadius, false);
-    const QImage closed = extremum(dilated, strokeRadius, false);
-    const QImage opened = extremum(eroded, strokeRadius, true);
+    constexpr int side = 2 * strokeRadius + 1;
+    const cv::Mat in = pixelsOf(grey);
+    const cv::Mat dilated = morphology(in, cv::MORPH_DILATE, side, side);
+    const cv::Mat eroded = morphology(in, cv::MORPH_ERODE, side, side);
+    const cv::Mat closed = morphology(dilated, cv::MORPH_ERODE, side, side);
+    const cv::Mat opened = morphology(eroded, cv::MORPH_DILATE, side, side);
     // Which are the strokes: near print (where the lightest and darkest pixels of the square
     // differ widely) the ground covers more of the picture than the strokes do, so the fewer
     // pixels are the strokes. The square's own extremes, not the closing and opening: those
     // differ only where ground is narrow too (inside and between characters), where strokes and
     // ground are about even, and the count then picks the wrong side as often as the right one.
     qint64 darker = 0, lighter = 0;
-    for (int y = 0; y < grey.height(); ++y) {
-        const uchar *in = grey.constScanLine(y);
-        const uchar *high = dilated.constScanLine(y);
-        const uchar *low = eroded.constScanLine(y);
-        for (int x = 0; x < grey.width(); ++x) {
+    for (int y = 0; y < in.rows; ++y) {
+        const uchar *pixel = in.ptr<uchar>(y);
+        const uchar *high = dilated.ptr<uchar>(y);
+        const uchar *low = eroded.ptr<uchar>(y);
+        for (int x = 0; x < in.cols; ++x) {
             if (high[x] - low[x] < 2 * standsOut)
                 continue;
             const int middle = (high[x] + low[x]) / 2;
-            darker += in[x] < middle;
-            lighter += in[x] > middle;
+            darker += pixel[x] < middle;
+            lighter += pixel[x] > middle;
         }
     }
-    const bool lightStrokes = lighter < darker;
-    QImage depth(grey.size(), QImage::Format_Grayscale8);
-    for (int y = 0; y < grey.height(); ++y) {
-        const uchar *in = grey.constScanLine(y);
-        const uchar *around = lightStrokes ? opened.constScanLine(y) : closed.constScanLine(y);
-        uchar *out = depth.scanLine(y);
-        for (int x = 0; x < grey.width(); ++x)
-            out[x] = uchar(lightStrokes ? in[x] - around[x] : around[x] - in[x]);
-    }
-    return depth;
+    // The opening lies at or below the picture, the closing at or above it.
+    return pictureOf(lighter < darker ? cv::Mat(in - opened) : cv::Mat(closed - in));
 }
 
 double skewOf(const QImage &evened)
@@ -170,18 +134,10 @@ double skewOf(const QImage &evened)
 
 QImage withoutRuledLines(const QImage &level)
 {
-    QImage ink = level.convertToFormat(QImage::Format_Grayscale8);
-    ink.invertPixels();
-    const QImage rules = ruledLines(ink);
-    QImage out(level.size(), QImage::Format_Grayscale8);
-    for (int y = 0; y < out.height(); ++y) {
-        const uchar *in = ink.constScanLine(y);
-        const uchar *rule = rules.constScanLine(y);
-        uchar *paper = out.scanLine(y);
-        for (int x = 0; x < out.width(); ++x)
-            paper[x] = uchar(255 - std::max(0, in[x] - rule[x]));
-    }
-    return out;
+    const QImage grey = level.convertToFormat(QImage::Format_Grayscale8);
+    const cv::Mat ink = 255 - pixelsOf(grey);
+    // Saturating: ink that is all rule becomes paper.
+    return pictureOf(255 - (ink - ruledLines(ink)));
 }
 
 QImage evenedForReading(const QImage &depth)
