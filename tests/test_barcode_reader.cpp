@@ -274,20 +274,12 @@ TEST(BarcodeReader, Code39KeepsEveryCharacterAndTellsMod43Apart)
     EXPECT_TRUE(mod43Only.read(prefixed, 0).isEmpty());
 }
 
-// A 1-D and a 2-D code are both reported; the same 1-D label twice is one code (and must not
-// bring ZXing's assertion on merged rows down on the process).
-TEST(BarcodeReader, ReadsTwoCodesOfOneFrameAndOneOfALabelShownTwice)
+// The same 1-D label twice, one above the other or side by side, is one code (asked for both at
+// once, ZXing-cpp aborts on the latter: that must not bring the process down).
+TEST(BarcodeReader, ReadsALabelShownTwiceAsOneCode)
 {
     const QImage linear = BarcodeArt::renderSymbol(Symbology::Code128, vin, 2);
-    const QImage matrix = BarcodeArt::renderSymbol(Symbology::DataMatrix, vin + "-B", 6);
     const BarcodeReader reader(vinTypes);
-    QStringList texts;
-    for (const DecodedBarcode &code : reader.read(videoFrameFromImage(BarcodeArt::renderScene(sideBySide(linear, matrix), {})), 0))
-        texts.append(code.text);
-    texts.sort();
-    EXPECT_EQ(texts, QStringList({vin, vin + "-B"}));
-
-    // One above the other and side by side (asked for both at once, ZXing-cpp aborts on the latter).
     BarcodeArt::Scene fullHd;
     fullHd.frameSize = QSize(1920, 1080);
     const QImage stacked = BarcodeArt::composeSymbols({{linear, QPoint(0, 0)}, {linear, QPoint(0, 2 * linear.height())}});
