@@ -96,24 +96,6 @@ INSTANTIATE_TEST_SUITE_P(
                       FrameCase{"StickerTiltedWithGlare", VinTextArt::Carrier::DoorSticker, "DejaVu Sans Mono", -4, 0.1, 0.4, 0.4, 60}),
     [](const ::testing::TestParamInfo<FrameCase> &info) { return std::string(info.param.name); });
 
-// A printed VIN seen in one frame only, then gone: never a read, however well it was read.
-TEST(PrintedVinReader, AVinInOneFrameOnlyIsNotAccepted)
-{
-    VINTextReader reader;
-    ASSERT_TRUE(reader.isReady());
-    VinTextArt::Scene scene;
-    scene.vin = QStringLiteral("2HGES16575H591294"); // valid, and not the VIN of the later frames
-    scene.noiseSigma = 3;
-    VINTextConsensus consensus;
-    const QList<VINTextCandidate> first = reader.read(VinTextArt::renderScene(scene));
-    ASSERT_FALSE(first.isEmpty());
-    EXPECT_FALSE(consensus.add(first));
-    QImage empty(1280, 720, QImage::Format_RGB32);
-    empty.fill(QColor(90, 20, 20));
-    for (int frame = 0; frame < 3; ++frame)
-        EXPECT_FALSE(consensus.add(reader.read(empty)));
-}
-
 // --- The look-alike choice by the check digit.
 
 struct LookAlikeCase
