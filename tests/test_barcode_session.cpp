@@ -74,9 +74,7 @@ protected:
         screen = manualOption ? ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, claimId)
                               : ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, claimId);
         ASSERT_TRUE(screen);
-        host.navigation->pushViewController(screen, false);
-        host.window.makeKeyAndVisible();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return capture.steps().contains("startBarCodeScanner"); }, 5000));
+        pushAndWait(host, screen, capture);
     }
     // Waits for the first report and a moment more, so that a second one would show.
     QList<RecordingDelegate::Call> reports()

@@ -1,6 +1,7 @@
 // The claim photo store: its folders and file names, the stored size and encoding, the log
 // lines, the listings and capture items, the completion forms and the small helpers.
 #include "support/LogCapture.h"
+#include "support/TemporaryMainBundle.h"
 
 #include "Utils/ZQTVINScanUtils.h"
 #include "Utils/ZQTVINScanUtils_p.h"
@@ -201,9 +202,7 @@ TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)
         ZQTVINScanUtils::deletePhotoWithClaimId("CLM-1", "a.jpg.jpg", [&](bool deleted) { answers << deleted; });
     EXPECT_EQ(answers, QList<bool>({true, false}));
 
-    QFile text(folder + "/notes.txt"); // not a picture: the photo listing fails on it
-    ASSERT_TRUE(text.open(QIODevice::WriteOnly) && text.write("notes") == 5);
-    text.close();
+    writeTestFile(folder + "/notes.txt", "notes"); // not a picture: the photo listing fails on it
     EXPECT_THROW(ZQTVINScanUtils::allPhotosWithClaimId("CLM-1"), ZQTPlatform::Exception);
 }
 
