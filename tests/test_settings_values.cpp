@@ -41,7 +41,6 @@ const Value kValues[] = {
     {"LastDateBefore2069Limit", utc(2069, 1, 19, 3, 14, 7)},
     {"FirstDateAfter1932Limit", utc(1932, 12, 13, 20, 45, 53)},
     {"FractionJustBefore2001", utc(2000, 12, 31, 23, 59, 59, 250)},
-    {"FractionBefore2001", utc(2000, 12, 31, 23, 59, 58, 750)},
     {"FractionAfter2001", utc(2001, 1, 1, 0, 0, 0, 250)},
 };
 
