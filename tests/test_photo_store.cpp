@@ -89,30 +89,6 @@ TEST(PhotoStore, StoredSizeFollowsTheLongSideRuleAndIsDrawnUpright)
     EXPECT_NE(ZQTVINScanUtils::compressImage(small).bitmap().convertToFormat(QImage::Format_RGB32), small.bitmap());
 }
 
-TEST(PhotoStore, BoxReductionAveragesEachChannelOfEachBlock)
-{
-    QImage bitmap(4, 2, QImage::Format_ARGB32_Premultiplied);
-    const QRgb block[] = {qRgba(0, 0, 0, 0), qRgba(100, 20, 4, 255), qRgba(10, 200, 40, 255), qRgba(6, 8, 252, 255)};
-    for (int i = 0; i < 4; ++i) {
-        bitmap.setPixel(i % 2, i / 2, block[i]);
-        bitmap.setPixel(2 + i % 2, i / 2, qRgba(255, 255, 255, 255));
-    }
-    const QImage reduced = P::boxReduced(bitmap, 2);
-    ASSERT_EQ(reduced.size(), QSize(2, 1));
-    EXPECT_EQ(reduced.pixel(0, 0), qRgba(29, 57, 74, 191));
-    EXPECT_EQ(reduced.pixel(1, 0), qRgba(255, 255, 255, 255));
-
-    QImage grey(7, 7, QImage::Format_Grayscale8); // converted; the odd row and column are dropped
-    grey.fill(90);
-    const QImage greyReduced = P::boxReduced(grey, 3);
-    EXPECT_EQ(greyReduced.size(), QSize(2, 2));
-    EXPECT_EQ(greyReduced.pixel(1, 1), qRgb(90, 90, 90));
-
-    EXPECT_EQ(P::boxReductionFactor({4032, 3024}, {800, 600}), 5);
-    EXPECT_EQ(P::boxReductionFactor({1000, 1000}, {800, 800}), 1);
-    EXPECT_EQ(P::boxReductionFactor({20000, 20000}, {100, 100}), 16);
-}
-
 TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndLogs)
 {
     const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-1", "door");

@@ -15,8 +15,6 @@
 #include <QPoint>
 #include <QUrl>
 
-#include <functional>
-
 namespace {
 
 using U = ZQTUserDefaults;
@@ -34,50 +32,39 @@ protected:
     TemporarySettingsStore store;
 };
 
-// A value written through one typed setter and what must be read back, before and after a restart.
-struct TypedCase { const char *key; std::function<void(const QString &)> write, expectReadBack; QMetaType::Type typeOnDisk; };
-
-QList<TypedCase> scopedCases(const QString &claimID)
-{
-    const QDateTime when = QDateTime(QDate(2024, 5, 17), QTime(9, 30, 12, 250), Qt::UTC);
-    const QVariantMap photos{{"VIN", true}, {"Front", false}};
-    return {
-        {"integer", [=](const QString &k) { U::setInteger(-42, k, claimID); },
-         [=](const QString &k) { EXPECT_EQ(U::integerForKey(k, claimID), -42); }, QMetaType::LongLong},
-        {"float", [=](const QString &k) { U::setFloat(0.1f, k, claimID); },
-         [=](const QString &k) { EXPECT_EQ(U::floatForKey(k, claimID), 0.1f); }, QMetaType::Double},
-        {"double", [=](const QString &k) { U::setDouble(1.0 / 3.0, k, claimID); },
-         [=](const QString &k) { EXPECT_EQ(U::doubleForKey(k, claimID), 1.0 / 3.0); }, QMetaType::Double},
-        {"SAVE_IMAGE_COMPLETED", [=](const QString &k) { U::setBool(true, k, claimID); },
-         [=](const QString &k) { EXPECT_TRUE(U::boolForKey(k, claimID)); }, QMetaType::Bool},
-        {"PHOTOS_NAMES_TO_BE_SAVED", [=](const QString &k) { U::setObject(photos, k, claimID); },
-         [=](const QString &k) { EXPECT_EQ(U::objectForKey(k, claimID), QVariant(photos)); }, QMetaType::QVariantMap},
-        {"date", [=](const QString &k) { U::setObjectForKeyWithClaimID(when, k, claimID); },
-         [=](const QString &k) { EXPECT_EQ(U::objectForKey(k, claimID).toDateTime(), when); }, QMetaType::QDateTime},
-    };
-}
-
 } // namespace
 
 TEST_F(ZQTUserDefaultsTest, ScopedValuesOfEveryKindAreFlushedUnderClaimListAndSurviveARestart)
 {
-    const QList<TypedCase> cases = scopedCases(kClaim);
-    for (const TypedCase &c : cases) {
-        SCOPED_TRACE(c.key);
-        c.write(c.key);
-        // Flushed at once: the file already holds the value, under ClaimList / claim id.
-        EXPECT_EQ(claimOnDisk(kClaim).value(c.key).typeId(), int(c.typeOnDisk));
-        c.expectReadBack(c.key);
-    }
-    EXPECT_EQ(store.onDisk().keys(), QStringList{"ClaimList"});
+    const QDateTime when = QDateTime(QDate(2024, 5, 17), QTime(9, 30, 12, 250), Qt::UTC);
+    const QVariantMap photos{{"VIN", true}, {"Front", false}};
+    // Each setter flushes at once: the file already holds the value, under ClaimList / claim id.
+    const auto typeOnDisk = [this](const char *key) { return QMetaType::Type(claimOnDisk(kClaim).value(key).typeId()); };
+    U::setInteger(-42, "integer", kClaim);
+    EXPECT_EQ(typeOnDisk("integer"), QMetaType::LongLong);
+    U::setFloat(0.1f, "float", kClaim);
+    EXPECT_EQ(typeOnDisk("float"), QMetaType::Double);
+    U::setDouble(1.0 / 3.0, "double", kClaim);
+    EXPECT_EQ(typeOnDisk("double"), QMetaType::Double);
+    U::setBool(true, "SAVE_IMAGE_COMPLETED", kClaim);
+    EXPECT_EQ(typeOnDisk("SAVE_IMAGE_COMPLETED"), QMetaType::Bool);
+    U::setObject(photos, "PHOTOS_NAMES_TO_BE_SAVED", kClaim);
+    EXPECT_EQ(typeOnDisk("PHOTOS_NAMES_TO_BE_SAVED"), QMetaType::QVariantMap);
+    U::setObjectForKeyWithClaimID(when, "date", kClaim);
+    EXPECT_EQ(typeOnDisk("date"), QMetaType::QDateTime);
+    EXPECT_EQ(store.onDisk().keys(), QStringList{"ClaimList"}) << "scoped values stay out of the top level";
     EXPECT_EQ(claimListOnDisk().keys(), QStringList{kClaim});
-    EXPECT_EQ(U::getDictionaryForClaim(kClaim).size(), cases.size());
+    EXPECT_EQ(U::getDictionaryForClaim(kClaim).size(), 6);
 
-    store.restart();
-    for (const TypedCase &c : cases) {
-        SCOPED_TRACE(c.key);
-        c.expectReadBack(c.key);
-        EXPECT_FALSE(U::objectForKey(c.key).isValid()) << "scoped values stay out of the top level";
+    for (const char *moment : {"as written", "after a restart"}) {
+        SCOPED_TRACE(moment);
+        EXPECT_EQ(U::integerForKey("integer", kClaim), -42);
+        EXPECT_EQ(U::floatForKey("float", kClaim), 0.1f);
+        EXPECT_EQ(U::doubleForKey("double", kClaim), 1.0 / 3.0);
+        EXPECT_TRUE(U::boolForKey("SAVE_IMAGE_COMPLETED", kClaim));
+        EXPECT_EQ(U::objectForKey("PHOTOS_NAMES_TO_BE_SAVED", kClaim), QVariant(photos));
+        EXPECT_EQ(U::objectForKey("date", kClaim).toDateTime(), when);
+        store.restart();
     }
 }
 
