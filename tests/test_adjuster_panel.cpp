@@ -155,8 +155,6 @@ TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
     EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
 }
 
-// The record's fields are shown as written: a name or an address that looks like markup is
-// never rendered.
 TEST_F(AdjusterPanel, RecordFieldsAreShownAsPlainText)
 {
     ZQTVINScanAdjuster marked;

@@ -206,7 +206,6 @@ TEST_F(BarcodeSession, AStillWithoutAPictureReportsTheCamerasError)
     EXPECT_TRUE(screen->vinBarCodeImage().isNull());
 }
 
-// A payload that looks like markup is shown as read, character for character.
 TEST_F(BarcodeSession, APayloadIsShownAsPlainText)
 {
     QLabel rich(greenMarkup());

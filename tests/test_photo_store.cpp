@@ -99,7 +99,6 @@ TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndLogs)
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray jpeg = file.readAll();
-    EXPECT_EQ(QImage::fromData(jpeg).size(), QSize(800, 600));
     // Quality 1.0: every value of the first quantisation table (after marker, length, id) is 1.
     const qsizetype table = jpeg.indexOf("\xFF\xDB");
     ASSERT_GE(table, 0);

@@ -58,7 +58,6 @@ TEST(CaptureApp, RefusesMissingClaimsAndUnreadableSourcesAndGivesUpAfterItsTimeo
     EXPECT_TRUE(nothing.out.isEmpty());
 }
 
-// The printed-VIN clip the project ships: read as text, with the option only.
 TEST(CaptureApp, ReadTextReadsThePrintedSampleClip)
 {
     const ZqtVinRun run = runZqtVinCapture({"--claim", "CLM-TEXT", "--source", ZQT_PRINTED_SAMPLE_CLIP, "--read-text",
@@ -71,7 +70,6 @@ TEST(CaptureApp, ReadTextReadsThePrintedSampleClip)
     EXPECT_EQ(report.value("source").toString(), "text");
 }
 
-// A photo of a VIN plate behind the windscreen: read as text with --read-text, the source named.
 TEST(ZqtVinScan, ReadTextReadsAPrintedVinPhoto)
 {
     QTemporaryDir dir;
