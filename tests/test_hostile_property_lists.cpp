@@ -1,11 +1,10 @@
 // Property lists made to hurt the reader: none may end the process, and each is treated as an
-// unreadable file (configuration: ignored with one log line; preferences: kept aside).
+// unreadable file (preferences: kept aside, the reason logged).
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/UserDefaults.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/TemporarySettingsStore.h"
-#include "support/ZqtVinRun.h"
 
 #include <gtest/gtest.h>
 
@@ -61,16 +60,6 @@ TEST(HostilePropertyLists, AreRefusedWithoutEndingTheProcess)
         EXPECT_FALSE(PropertyList::fromData(list.data, &error).isValid()) << list.name;
         EXPECT_FALSE(error.isEmpty()) << list.name;
     }
-}
-
-TEST(HostilePropertyLists, AsHostConfigurationCountAsMissing)
-{
-    const TemporaryMainBundle host;
-    host.writeFile("Default_Settings.plist", hostileLists().front().data);
-    const ZqtVinRun run = runZqtVin({"config", "get", "TextTitle", "--bundle", host.path()});
-    EXPECT_EQ(run.status, 0) << run.err.toStdString();
-    EXPECT_EQ(runZqtVin({"config", "get", "TextTitle"}).out, run.out);
-    EXPECT_EQ(run.err.count("Default_Settings.plist"), 1) << run.err.toStdString();
 }
 
 TEST(HostilePropertyLists, AsPreferencesAreKeptAside)

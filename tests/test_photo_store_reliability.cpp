@@ -1,6 +1,7 @@
 // The claim photo store under abuse: a saving process killed at random moments, and claim ids
 // and titles that try to leave the claim's folder. Both check what is on disk afterwards.
 #include "Utils/ZQTVINScanUtils.h"
+#include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
 
@@ -34,14 +35,6 @@ QMap<QString, QString> snapshot(const QString &top)
         entries.insert(info.filePath(), state);
     }
     return entries;
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
 }
 
 } // namespace
@@ -89,7 +82,7 @@ TEST(PhotoStoreReliability, HostileClaimIdsAndTitlesTouchNothing)
     // Targets a hostile name could reach: the photo root, the documents folder, the home.
     for (const QString &path : {root + "/x.jpg", root + "/../x.jpg", root + "/../../x.jpg", root + "/a/b.jpg",
                                 claimFolder + "/x.jpg", root + "/victim/door.jpg"})
-        writeFile(path, "photo");
+        writeTestFile(path, "photo");
     const QString home = QDir::homePath();
     const QMap<QString, QString> before = snapshot(home);
 

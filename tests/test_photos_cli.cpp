@@ -1,5 +1,6 @@
 // zqt-vin photos, run as a separate process: it shares the test's home, so the tool's photos
 // are the ones the store in this process sees.
+#include "support/TemporaryMainBundle.h"
 #include "support/ZqtVinRun.h"
 
 #include "Utils/ZQTVINScanUtils.h"
@@ -63,13 +64,11 @@ TEST(ZqtVinPhotos, AddStoresAnyImageThroughTheSavePathThenListPathAndDeleteFindI
 TEST(ZqtVinPhotos, BadArgumentsAreUsageErrorsAndUnreadableImagesFailures)
 {
     QTemporaryDir dir;
-    const QString notAnImage = dir.filePath("notes.png");
-    QFile file(notAnImage);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("notes") == 5 && file.flush());
+    const QString notAnImage = writeTestFile(dir.filePath("notes.png"), "notes");
 
     struct Case { QStringList args; int status; };
     const Case cases[] = {
-        {{"photos", "list"}, 2},                               {{"photos", "list", "--claim", "C", "door"}, 2},
+        {{"photos", "list", "--claim", "C", "door"}, 2},
         {{"photos", "path", "--claim", "C"}, 2},               {{"photos", "add", "--claim", "C", notAnImage}, 2},
         {{"photos", "list", "--claim", "../C"}, 2},            {{"photos", "add", "--claim", "C", "--title", "a/b", notAnImage}, 2},
         {{"photos", "add", "--claim", "C", "--title", "door", notAnImage}, 3},

@@ -34,11 +34,6 @@ ProbeLabels probeLabels(QWidget *root)
     return found;
 }
 
-struct NoDelegate : VinScannerVCDelegate
-{
-    void didCompleteScanning(const QString &, bool, bool, const ZQTError &) override {}
-};
-
 } // namespace
 
 TEST(PlainTextLabels, CaptureScreenShowsConfiguredTextsAsWritten)
@@ -50,7 +45,7 @@ TEST(PlainTextLabels, CaptureScreenShowsConfiguredTextsAsWritten)
         entries += "<key>" + QByteArray(key) + "</key><string>" + greenMarkup().toHtmlEscaped().toUtf8() + "</string>";
     host.writeSettings(entries);
     PhoneHost phone;
-    NoDelegate delegate;
+    RecordingDelegate delegate;
     QPointer<ZQTVINCaptureVC> screen = ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, "C-1");
     phone.navigation->pushViewController(screen, false);
     phone.window.makeKeyAndVisible();

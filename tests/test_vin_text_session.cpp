@@ -65,9 +65,7 @@ TEST_P(TextReadingSession, APrintedVinIsReadOnlyWithTheOption)
     screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, claimId);
     EXPECT_FALSE(screen->enableVINTextReading()) << "off by default";
     screen->setEnableVINTextReading(readText);
-    host.navigation->pushViewController(screen, false);
-    host.window.makeKeyAndVisible();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return capture.steps().contains("startBarCodeScanner"); }, 5000));
+    pushAndWait(host, screen, capture);
     EXPECT_EQ(hasTextOutput(screen), readText);
     EXPECT_EQ(screen->scanResultLbl()->text(),
               ZQTVINScanComponentConstants::getConfigStringForKey(readText ? "ScanningLabelTextPrintedVIN"
