@@ -111,8 +111,9 @@ TEST(TextField, EveryEditIsAskedAboutWithItsRangeAndARefusedOneChangesNothing)
             EXPECT_EQ(delegate.questions, QStringList{question});
             EXPECT_EQ(field.text(), allow ? allowed : "VIN");
             EXPECT_EQ(changes.count(), allow ? 1 : 0);
-            if (!allow)
+            if (!allow) {
                 EXPECT_EQ(field.cursorPosition(), 3);
+            }
         }
     }
 

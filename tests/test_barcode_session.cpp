@@ -69,8 +69,9 @@ protected:
     // until the scanner runs.
     void startScreen(const QImage &picture, bool manualOption = false)
     {
-        if (!picture.isNull())
+        if (!picture.isNull()) {
             ASSERT_TRUE(CaptureDevice::addStandIn(picture));
+        }
         screen = manualOption ? ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, claimId)
                               : ZQTVINCaptureVC::createVinScannerViewWithDelegate(&delegate, claimId);
         ASSERT_TRUE(screen);
@@ -79,7 +80,7 @@ protected:
     // Waits for the first report and a moment more, so that a second one would show.
     QList<RecordingDelegate::Call> reports()
     {
-        QTest::qWaitFor([&] { return !delegate.calls().isEmpty(); }, 8000);
+        (void)QTest::qWaitFor([&] { return !delegate.calls().isEmpty(); }, 8000); // the callers check the calls
         QTest::qWait(150);
         return delegate.calls();
     }
