@@ -172,7 +172,10 @@ TEST(PrintedVinConsensus, DecidesWhenAVinIsRead)
     } cases[] = {
         {"ValidTwice", {{honda}, {honda}}, hondaVin},
         {"ValidOnceAmongOthers", {{wrongButValid}, {}, {honda}}, std::nullopt},
-        {"WrongOnceThenRightTwice", {{wrongButValid}, {honda}, {honda}}, hondaVin},
+        // Another reading of the line that passes the check digit holds the read until it has
+        // left the window.
+        {"RivalReadingHolds", {{wrongButValid}, {honda}, {honda}}, std::nullopt},
+        {"RivalReadingLongGone", {{wrongButValid}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {honda}, {honda}}, hondaVin},
         {"NoCheckDigitTwice", {{toyotaNoCheck}, {toyotaNoCheck}}, std::nullopt},
         {"NoCheckDigitThrice", {{toyotaNoCheck}, {toyotaNoCheck}, {toyotaNoCheck}}, QStringLiteral("JTMW53FV60D023016")},
         // A North-American VIN always carries the check digit: without it, it is a misreading.

@@ -254,6 +254,16 @@ std::optional<VINTextCandidate> VINTextConsensus::add(const QList<VINTextCandida
     m_attempts.push_back(distinct);
     if (int(m_attempts.size()) > window)
         m_attempts.pop_front();
+    for (const VINTextCandidate &candidate : std::as_const(distinct)) {
+        if (candidate.checkDigitValid)
+            m_validReadings.push_back(candidate.vin);
+    }
+    m_validAttempts.push_back(int(std::count_if(distinct.begin(), distinct.end(),
+                                                [](const VINTextCandidate &c) { return c.checkDigitValid; })));
+    if (int(m_validAttempts.size()) > rivalWindow) {
+        m_validReadings.erase(m_validReadings.begin(), m_validReadings.begin() + m_validAttempts.front());
+        m_validAttempts.pop_front();
+    }
 
     // A VIN without the check digit counts only when read confidently, and never when it starts
     // with 1 to 5: those VINs are assigned in North America, where every VIN carries the check
@@ -276,8 +286,9 @@ std::optional<VINTextCandidate> VINTextConsensus::add(const QList<VINTextCandida
                 return other.vin == candidate.vin && other.checkDigitValid == candidate.checkDigitValid && counts(other);
             });
         }
-        if (frames >= (candidate.checkDigitValid ? validFrames : shapedFrames) && isMostReadAtEveryPlace(candidate.vin)) {
-            m_attempts.clear();
+        if (frames >= (candidate.checkDigitValid ? validFrames : shapedFrames) && isMostReadAtEveryPlace(candidate.vin)
+            && !hasRivalReading(candidate.vin)) {
+            clear();
             return candidate;
         }
     }
@@ -300,9 +311,18 @@ bool VINTextConsensus::isMostReadAtEveryPlace(const QString &vin) const
     return std::all_of(agreeing.begin(), agreeing.end(), [readings](int agree) { return 2 * agree > readings; });
 }
 
+bool VINTextConsensus::hasRivalReading(const QString &vin) const
+{
+    return std::any_of(m_validReadings.begin(), m_validReadings.end(), [&vin](const QString &other) {
+        return other != vin && differences(other, vin) <= maxDifferencesOfOneLine;
+    });
+}
+
 void VINTextConsensus::clear()
 {
     m_attempts.clear();
+    m_validReadings.clear();
+    m_validAttempts.clear();
 }
 
 } // namespace ZQTPlatform

@@ -56,6 +56,8 @@ public:
     static constexpr int window = 6;
     // Readings that differ in at most this many places are taken as readings of the same line.
     static constexpr int maxDifferencesOfOneLine = 5;
+    // How many attempts a reading that passes the check digit holds back a rival reading.
+    static constexpr int rivalWindow = 20;
 
     // The candidates of one attempt; returns the VIN when it is now read.
     std::optional<VINTextCandidate> add(const QList<VINTextCandidate> &frame);
@@ -68,8 +70,15 @@ private:
     // then a reading that passes the check digit, and sometimes twice; the other readings of the
     // same line then outvote it, even when they disagree among themselves.
     bool isMostReadAtEveryPlace(const QString &vin) const;
+    // Whether the last rivalWindow attempts hold another reading of the VIN's line that passes
+    // the check digit too. Then the engine misreads the line in a way the check digit misses (a
+    // 3, a 5 and a 0 read as B, S and D, all three at once, frame after frame, between frames
+    // read right), and neither reading is a read until the other is that long gone.
+    bool hasRivalReading(const QString &vin) const;
 
     std::deque<QList<VINTextCandidate>> m_attempts;
+    std::deque<QString> m_validReadings; // of the last rivalWindow attempts
+    std::deque<int> m_validAttempts;     // how many of them each of those attempts gave
 };
 
 } // namespace ZQTPlatform
