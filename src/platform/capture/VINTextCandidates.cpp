@@ -252,18 +252,8 @@ std::optional<VINTextCandidate> VINTextConsensus::add(const QList<VINTextCandida
             distinct.append(candidate);
     }
     m_attempts.push_back(distinct);
-    if (int(m_attempts.size()) > window)
+    if (int(m_attempts.size()) > rivalWindow)
         m_attempts.pop_front();
-    for (const VINTextCandidate &candidate : std::as_const(distinct)) {
-        if (candidate.checkDigitValid)
-            m_validReadings.push_back(candidate.vin);
-    }
-    m_validAttempts.push_back(int(std::count_if(distinct.begin(), distinct.end(),
-                                                [](const VINTextCandidate &c) { return c.checkDigitValid; })));
-    if (int(m_validAttempts.size()) > rivalWindow) {
-        m_validReadings.erase(m_validReadings.begin(), m_validReadings.begin() + m_validAttempts.front());
-        m_validAttempts.pop_front();
-    }
 
     // A VIN without the check digit counts only when read confidently, and never when it starts
     // with 1 to 5: those VINs are assigned in North America, where every VIN carries the check
@@ -281,14 +271,14 @@ std::optional<VINTextCandidate> VINTextConsensus::add(const QList<VINTextCandida
         if (!counts(candidate))
             continue;
         int frames = 0;
-        for (const QList<VINTextCandidate> &attempt : m_attempts) {
+        for (const QList<VINTextCandidate> &attempt : recentAttempts()) {
             frames += std::any_of(attempt.begin(), attempt.end(), [&](const VINTextCandidate &other) {
                 return other.vin == candidate.vin && other.checkDigitValid == candidate.checkDigitValid && counts(other);
             });
         }
         if (frames >= (candidate.checkDigitValid ? validFrames : shapedFrames) && isMostReadAtEveryPlace(candidate.vin)
             && !hasRivalReading(candidate.vin)) {
-            clear();
+            m_attempts.clear();
             return candidate;
         }
     }
@@ -299,7 +289,7 @@ bool VINTextConsensus::isMostReadAtEveryPlace(const QString &vin) const
 {
     int readings = 0;
     std::array<int, vinLength> agreeing{};
-    for (const QList<VINTextCandidate> &attempt : m_attempts) {
+    for (const QList<VINTextCandidate> &attempt : recentAttempts()) {
         for (const VINTextCandidate &other : attempt) {
             if (differences(other.vin, vin) > maxDifferencesOfOneLine)
                 continue;
@@ -313,16 +303,21 @@ bool VINTextConsensus::isMostReadAtEveryPlace(const QString &vin) const
 
 bool VINTextConsensus::hasRivalReading(const QString &vin) const
 {
-    return std::any_of(m_validReadings.begin(), m_validReadings.end(), [&vin](const QString &other) {
-        return other != vin && differences(other, vin) <= maxDifferencesOfOneLine;
+    return std::any_of(m_attempts.begin(), m_attempts.end(), [&vin](const QList<VINTextCandidate> &attempt) {
+        return std::any_of(attempt.begin(), attempt.end(), [&vin](const VINTextCandidate &other) {
+            return other.checkDigitValid && other.vin != vin && differences(other.vin, vin) <= maxDifferencesOfOneLine;
+        });
     });
+}
+
+VINTextConsensus::Attempts VINTextConsensus::recentAttempts() const
+{
+    return {m_attempts.end() - std::min<qsizetype>(window, qsizetype(m_attempts.size())), m_attempts.end()};
 }
 
 void VINTextConsensus::clear()
 {
     m_attempts.clear();
-    m_validReadings.clear();
-    m_validAttempts.clear();
 }
 
 } // namespace ZQTPlatform

@@ -52,7 +52,7 @@ public:
     // misreading, so three identical frames, each read with every character confidently.
     static constexpr int shapedFrames = 3;
     static constexpr float shapedConfidence = 80;
-    // How many attempts are remembered.
+    // How many of the latest attempts count towards a read.
     static constexpr int window = 6;
     // Readings that differ in at most this many places are taken as readings of the same line.
     static constexpr int maxDifferencesOfOneLine = 5;
@@ -76,9 +76,11 @@ private:
     // read right), and neither reading is a read until the other is that long gone.
     bool hasRivalReading(const QString &vin) const;
 
-    std::deque<QList<VINTextCandidate>> m_attempts;
-    std::deque<QString> m_validReadings; // of the last rivalWindow attempts
-    std::deque<int> m_validAttempts;     // how many of them each of those attempts gave
+    using Attempts = std::deque<QList<VINTextCandidate>>;
+    // The last window attempts, the oldest first.
+    Attempts recentAttempts() const;
+
+    Attempts m_attempts; // the last rivalWindow attempts, the oldest first
 };
 
 } // namespace ZQTPlatform
