@@ -34,15 +34,6 @@ QChar vinCharacter(const char *text)
     return QByteArray(VINTextEngine::alphabet()).contains(text[0]) ? c : QChar();
 }
 
-// A choice joins a character's choices unless the character is among them already.
-void addChoice(QList<ReadCharacter::Choice> &choices, const ReadCharacter::Choice &choice)
-{
-    const bool known = std::any_of(choices.begin(), choices.end(),
-                                   [&choice](const ReadCharacter::Choice &c) { return c.character == choice.character; });
-    if (!known)
-        choices.append(choice);
-}
-
 } // namespace
 
 struct VINTextEngine::Private
@@ -134,8 +125,10 @@ QList<ReadCharacter> VINTextEngine::readLine(const QRect &line)
         tesseract::ChoiceIterator choice(*it);
         do {
             const QChar alternative = vinCharacter(choice.GetUTF8Text());
-            if (!alternative.isNull())
-                addChoice(character.choices, {alternative, choice.Confidence()});
+            const bool known = std::any_of(character.choices.begin(), character.choices.end(),
+                                           [alternative](const ReadCharacter::Choice &c) { return c.character == alternative; });
+            if (!alternative.isNull() && !known)
+                character.choices.append({alternative, choice.Confidence()});
         } while (choice.Next());
         int left, top, right, bottom;
         it->BoundingBox(tesseract::RIL_SYMBOL, &left, &top, &right, &bottom);
