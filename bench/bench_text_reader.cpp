@@ -10,6 +10,7 @@
 //  2. ms per attempt at 1280x720 and 1920x1080, against stock Tesseract on the same frames.
 //
 // Run: bench_text_reader [scenes, default 66]
+#include "ThreadClock.h"
 #include "VinTextArt.h"
 #include "platform/capture/VINTextCandidates_p.h"
 #include "platform/capture/VINTextReader_p.h"
@@ -22,7 +23,6 @@
 #include <QTextStream>
 
 #include <cstdio>
-#include <ctime>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -33,14 +33,6 @@ namespace {
 
 constexpr double fps = 15;
 constexpr double streamSeconds = 2;
-
-// CPU seconds this thread has spent so far.
-double threadSeconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) + now.tv_nsec / 1e9;
-}
 
 // The real VINs of the test data: North-American ones and those without a valid check digit.
 QStringList realVins()
@@ -110,9 +102,9 @@ Outcome stream(const VinTextArt::Scene &scene, const std::function<std::optional
     Outcome outcome;
     while (outcome.seconds < streamSeconds) {
         const QImage frame = VinTextArt::renderScene(VinTextArt::momentOf(scene, int(outcome.seconds * fps), fps));
-        const double start = threadSeconds();
+        const double start = threadCpuMs();
         const std::optional<QString> reported = attempt(frame);
-        outcome.seconds += threadSeconds() - start;
+        outcome.seconds += (threadCpuMs() - start) / 1e3;
         if (reported) {
             outcome.read = outcome.seconds <= streamSeconds;
             outcome.wrong = *reported != scene.vin;
@@ -139,9 +131,9 @@ double msPerAttempt(const QList<VinTextArt::Scene> &scenes, const std::function<
     double total = 0;
     for (const VinTextArt::Scene &scene : scenes) {
         const QImage frame = VinTextArt::renderScene(scene);
-        const double start = threadSeconds();
+        const double start = threadCpuMs();
         attempt(frame);
-        total += (threadSeconds() - start) * 1e3;
+        total += threadCpuMs() - start;
     }
     return total / std::max<qsizetype>(1, scenes.size());
 }
