@@ -41,6 +41,14 @@ QImage pictureOf(const cv::Mat &pixels)
     return picture;
 }
 
+// A copy of the matrix scaled to size, each pixel the mean of those it covers.
+cv::Mat shrunk(const cv::Mat &pixels, const cv::Size &size)
+{
+    cv::Mat out;
+    cv::resize(pixels, out, size, 0, 0, cv::INTER_AREA);
+    return out;
+}
+
 // A dilation, erosion, opening or closing of a grey picture (cv::MORPH_DILATE and so on) over
 // windows of width x height pixels; windows end at the picture's edges.
 cv::Mat morphology(const cv::Mat &grey, int operation, int width, int height)
@@ -59,6 +67,39 @@ cv::Mat ruledLines(const cv::Mat &depth)
 }
 
 } // namespace
+
+QImage smoothGrey(const QImage &picture, double scale)
+{
+    cv::Mat grey;
+    if (picture.format() == QImage::Format_Grayscale8) {
+        grey = pixelsOf(picture);
+    } else {
+        // 32-bit pixels lie in memory as blue, green, red, alpha on the little-endian machines
+        // this runs on.
+        const QImage bgra = picture.depth() == 32 && !picture.hasAlphaChannel() ? picture
+                                                                                 : picture.convertToFormat(QImage::Format_RGB32);
+        cv::cvtColor(cv::Mat(bgra.height(), bgra.width(), CV_8UC4, const_cast<uchar *>(bgra.constBits()),
+                             size_t(bgra.bytesPerLine())),
+                     grey, cv::COLOR_BGRA2GRAY);
+    }
+    if (scale < 1.0)
+        grey = shrunk(grey, cv::Size(qRound(grey.cols * scale), qRound(grey.rows * scale)));
+    // Half the size and back again.
+    cv::Mat smooth;
+    cv::resize(shrunk(grey, cv::Size(grey.cols / 2, grey.rows / 2)), smooth, grey.size(), 0, 0, cv::INTER_LINEAR);
+    return pictureOf(smooth);
+}
+
+QImage turned(const QImage &evened, const QTransform &turn)
+{
+    // The transform works on pixel corners, OpenCV on pixel centres, half a pixel inside.
+    const QPointF centre = turn.map(QPointF(0.5, 0.5)) - QPointF(0.5, 0.5);
+    const cv::Matx23d toLevel(turn.m11(), turn.m21(), centre.x(), turn.m12(), turn.m22(), centre.y());
+    cv::Mat level;
+    cv::warpAffine(pixelsOf(evened), level, toLevel, cv::Size(evened.width(), evened.height()), cv::INTER_LINEAR,
+                   cv::BORDER_CONSTANT, cv::Scalar(255));
+    return pictureOf(level);
+}
 
 QImage strokeDepth(const QImage &grey)
 {
@@ -96,11 +137,11 @@ QImage strokeDepth(const QImage &grey)
 double skewOf(const QImage &evened)
 {
     // The dark pixels of a copy a quarter the size: enough to see lines, cheap to shear.
-    const QImage small = evened.scaled(evened.size() / 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const cv::Mat small = shrunk(pixelsOf(evened), cv::Size(evened.width() / 4, evened.height() / 4));
     std::vector<QPoint> ink;
-    for (int y = 0; y < small.height(); ++y) {
-        const uchar *row = small.constScanLine(y);
-        for (int x = 0; x < small.width(); ++x) {
+    for (int y = 0; y < small.rows; ++y) {
+        const uchar *row = small.ptr<uchar>(y);
+        for (int x = 0; x < small.cols; ++x) {
             if (row[x] < 128)
                 ink.emplace_back(x, y);
         }
@@ -111,8 +152,8 @@ double skewOf(const QImage &evened)
     // (the largest sum of squared row counts).
     const auto sharpness = [&](double slant) {
         const double step = std::tan(slant);
-        const int margin = int(std::ceil(std::abs(step) * small.width())) + 1;
-        std::vector<int> rows(size_t(small.height() + 2 * margin), 0);
+        const int margin = int(std::ceil(std::abs(step) * small.cols)) + 1;
+        std::vector<int> rows(size_t(small.rows + 2 * margin), 0);
         for (const QPoint &p : ink)
             ++rows[size_t(margin + int(std::lround(p.y() - p.x() * step)))];
         double sum = 0;
@@ -134,8 +175,7 @@ double skewOf(const QImage &evened)
 
 QImage withoutRuledLines(const QImage &level)
 {
-    const QImage grey = level.convertToFormat(QImage::Format_Grayscale8);
-    const cv::Mat ink = 255 - pixelsOf(grey);
+    const cv::Mat ink = 255 - pixelsOf(level);
     // Saturating: ink that is all rule becomes paper.
     return pictureOf(255 - (ink - ruledLines(ink)));
 }

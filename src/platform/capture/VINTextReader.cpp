@@ -2,9 +2,6 @@
 
 #include "platform/capture/VINTextPicture_p.h"
 
-#include <QPainter>
-#include <QTransform>
-
 #include <algorithm>
 #include <cmath>
 
@@ -38,14 +35,8 @@ QList<VINTextCandidate> VINTextReader::read(const QImage &picture)
 {
     if (!isReady() || picture.isNull())
         return {};
-    QImage grey = picture.convertToFormat(QImage::Format_Grayscale8);
-    const double scale = std::min(1.0, double(longestSide) / std::max(grey.width(), grey.height()));
-    if (scale < 1.0)
-        grey = grey.scaled(grey.size() * scale, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    // A light blur first: sensor noise is finer than any stroke.
-    const QImage smooth = grey.scaled(grey.size() / 2, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                              .scaled(grey.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    const QImage evened = evenedForReading(strokeDepth(smooth));
+    const double scale = std::min(1.0, double(longestSide) / std::max(picture.width(), picture.height()));
+    const QImage evened = evenedForReading(strokeDepth(smoothGrey(picture, scale)));
     QList<VINTextCandidate> candidates = readLevelled(evened);
     for (VINTextCandidate &candidate : candidates) {
         const QRectF box = candidate.box;
@@ -61,22 +52,13 @@ QList<VINTextCandidate> VINTextReader::readLevelled(const QImage &evened)
     const double skew = skewOf(evened);
     if (std::abs(skew) < levelEnough)
         return readLines(m_engine.findLines(withoutRuledLines(evened)));
-    // Turned about the middle onto white paper of the same size.
+    // Turned about the middle.
     const QPointF middle(evened.width() / 2.0, evened.height() / 2.0);
     QTransform turn;
     turn.translate(middle.x(), middle.y());
     turn.rotateRadians(-skew);
     turn.translate(-middle.x(), -middle.y());
-    QImage level(evened.size(), QImage::Format_RGB32);
-    level.fill(Qt::white);
-    {
-        QPainter painter(&level);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.setTransform(turn);
-        painter.drawImage(0, 0, evened);
-    }
-    QList<VINTextCandidate> candidates =
-        readLines(m_engine.findLines(withoutRuledLines(level)));
+    QList<VINTextCandidate> candidates = readLines(m_engine.findLines(withoutRuledLines(turned(evened, turn))));
     const QTransform back = turn.inverted();
     for (VINTextCandidate &candidate : candidates)
         candidate.box = back.mapRect(QRectF(candidate.box)).toAlignedRect();
