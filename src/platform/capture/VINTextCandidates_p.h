@@ -45,9 +45,11 @@ std::optional<QString> resolveByCheckDigit(const QList<ReadCharacter> &run);
 class VINTextConsensus
 {
 public:
-    // Check-digit VINs: two frames. A misreading that still passes the check digit (one in
-    // eleven of the wrong ones) would have to come out the same twice.
-    static constexpr int validFrames = 2;
+    // Check-digit VINs: three frames. A misreading that still passes the check digit (one in
+    // eleven of the wrong ones) would have to come out the same three times. Two are not enough:
+    // the engine misreads some glyphs the same way in frame after frame (a dotted zero as 8, G and
+    // 6 at once, which passed the check digit in two frames running).
+    static constexpr int validFrames = 3;
     // VINs without a North-American check digit (many European makers): nothing can tell a
     // misreading, so three identical frames, each read with every character confidently.
     static constexpr int shapedFrames = 3;
