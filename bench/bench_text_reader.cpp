@@ -93,6 +93,7 @@ struct Outcome
 {
     bool read = false;
     bool wrong = false;
+    QString reported; // the VIN reported, right or wrong
     double seconds = 0;
 };
 
@@ -108,6 +109,7 @@ Outcome stream(const VinTextArt::Scene &scene, const std::function<std::optional
         if (reported) {
             outcome.read = outcome.seconds <= streamSeconds;
             outcome.wrong = *reported != scene.vin;
+            outcome.reported = *reported;
             return outcome;
         }
     }
@@ -171,6 +173,9 @@ int main(int argc, char *argv[])
         };
         std::printf("%3d    %-7s  %-16s  %-14s  %s\n", i, carrierNames[int(scene.carrier)],
                     qPrintable(scene.fontFamily), qPrintable(verdict(mine)), qPrintable(verdict(baseline)));
+        if (mine.wrong)
+            std::fprintf(stderr, "scene %d: the component reported %s, the label shows %s\n", i, qPrintable(mine.reported),
+                         qPrintable(scene.vin));
     }
     const double n = scenes.size();
     std::printf("\nRead within %.0f s of frames, %d scenes (goal: >= 90 %%, 0 wrong):\n", streamSeconds, int(n));
