@@ -261,9 +261,7 @@ TEST_F(AdjusterPanel, EmailThatWouldGainRecipientsOrHeadersIsNotOpened)
 
 TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
 {
-    QImage scene(640, 480, QImage::Format_RGB32);
-    scene.fill(QColor(40, 160, 200));
-    ASSERT_TRUE(CaptureDevice::addStandIn(scene));
+    ASSERT_TRUE(addFlatCamera(QColor(40, 160, 200)));
     ZQTVINScanAdjuster adjuster = dana();
     adjuster.setRecipientName(QStringLiteral("Dana Reyes"));
     adjuster.setRecipientPhone(QString());
