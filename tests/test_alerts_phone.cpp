@@ -49,8 +49,12 @@ TEST(OneCallAlert, ReportsButtonsByIndexShowsOneAtATimeAndOnlyFromSystemEight)
     };
     AlertController *shown = ask("Retry");
     ASSERT_NE(shown, nullptr);
-    EXPECT_EQ(shown->actions().size(), 2);
+    EXPECT_EQ(shown->preferredStyle(), AlertController::StyleAlert);
+    ASSERT_EQ(shown->actions().size(), 2);
+    EXPECT_EQ(shown->actions()[0]->style(), AlertAction::StyleCancel);
+    EXPECT_EQ(shown->actions()[1]->style(), AlertAction::StyleDefault);
     EXPECT_EQ(ask("Other"), shown);
+    EXPECT_EQ(host.window.findChildren<AlertController *>().size(), 1);
     int asWritten = 0;
     for (QLabel *label : shown->findChildren<QLabel *>())
         asWritten += label->text() == greenMarkup() && !drawsGreen(label);
