@@ -1,5 +1,5 @@
 // The still camera over picture stand-ins: session presets, the front camera, flash, tap to
-// focus, points of interest under each gravity, still pictures and errors; and the capture
+// focus, points of interest under its fill gravity, still pictures and errors; and the capture
 // screen's camera made, focused and dropped.
 #include "ZQTVINScanComponent.h"
 #include "lib/StillCamera/StillCamera.h"
