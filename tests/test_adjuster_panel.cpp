@@ -204,13 +204,7 @@ TEST_F(AdjusterPanel, OnePanelBelowTheBarsDialsTheDigitsBeforeTheExtensionAndClo
 
 TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
 {
-    const struct
-    {
-        QByteArray subject;
-        bool appendClaim;
-        QByteArray copy;
-        QString request;
-    } cases[] = {
+    const struct { QByteArray subject; bool appendClaim; QByteArray copy; QString request; } cases[] = {
         {"Claim %@", true, "claims@example.com",
          "mailto:dana.reyes@example.com?subject=Claim%20C-123&cc=claims%40example.com"},
         // The subject is a format: "%%" is one percent sign; unformatted, it stays as written.
@@ -236,12 +230,7 @@ TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
 
 TEST_F(AdjusterPanel, EmailThatWouldGainRecipientsOrHeadersIsNotOpened)
 {
-    const struct
-    {
-        const char *claim;
-        const char *address;
-        QByteArray copy;
-    } cases[] = {
+    const struct { const char *claim, *address; QByteArray copy; } cases[] = {
         {"x&bcc=someone@y&body=Hello", "dana.reyes@example.com", ""},
         {"C-123", "a@x.org,b@y.org", ""},
         {"C-123", "a@x.org?bcc=b@y.org", ""},
@@ -261,9 +250,7 @@ TEST_F(AdjusterPanel, EmailThatWouldGainRecipientsOrHeadersIsNotOpened)
 
 TEST_F(AdjusterPanel, MenuButtonReportsAndShowsThePanelOverTheCaptureScreen)
 {
-    QImage scene(640, 480, QImage::Format_RGB32);
-    scene.fill(QColor(40, 160, 200));
-    ASSERT_TRUE(CaptureDevice::addStandIn(scene));
+    ASSERT_TRUE(addFlatCamera(QColor(40, 160, 200)));
     ZQTVINScanAdjuster adjuster = dana();
     adjuster.setRecipientName(QStringLiteral("Dana Reyes"));
     adjuster.setRecipientPhone(QString());

@@ -7,7 +7,6 @@
 #include "ZQTVINScanComponent.h"
 #include "platform/capture/CaptureDevice.h"
 #include "platform/capture/MetadataOutput.h"
-#include "platform/capture/StillImageOutput.h"
 #include "platform/capture/VideoPreviewLayer.h"
 #include "support/LogCapture.h"
 #include "support/MarkupProbe.h"
@@ -170,7 +169,8 @@ TEST_F(BarcodeSession, FirstAcceptedCodeWinsAndRepeatsAreIgnored)
     EXPECT_EQ(screen->scanResultLbl()->text(), "I" + validVin);
     EXPECT_EQ(screen->highlightView()->geometry(), QRect());
 
-    // Without a video input the still fails: reported with the error, scanning state kept.
+    // Without a video input the still fails (as one that makes no picture does): reported with the
+    // error, nothing saved, scanning state kept.
     const auto calls = reports();
     ASSERT_EQ(calls.size(), 1);
     EXPECT_EQ(calls[0].vin, validVin);
@@ -187,24 +187,6 @@ TEST_F(BarcodeSession, FirstAcceptedCodeWinsAndRepeatsAreIgnored)
     screen->processToggleBarCodeWithImageExists(true);
     EXPECT_TRUE(manualButton->isHidden());
     EXPECT_EQ(screen->scanResultLbl()->text(), ZQTVINScanComponentConstants::getConfigStringForKey("ScanningLabelText"));
-}
-
-// A still that arrives but makes no picture is a failed still: the camera's error goes to the
-// host with the VIN, and nothing is saved or stopped.
-TEST_F(BarcodeSession, AStillWithoutAPictureReportsTheCamerasError)
-{
-    startScreen(QImage(), true);
-    const Error cameraError(QStringLiteral("AVFoundationErrorDomain"), -11800, QStringLiteral("The operation could not be completed"));
-    auto emptyBuffer = std::make_shared<const SampleBuffer>();
-    std::thread captureQueue([&] { screen->stillImageCaptureCompleted("I" + validVin, emptyBuffer, cameraError); });
-    captureQueue.join();
-    const auto calls = delegate.calls();
-    ASSERT_EQ(calls.size(), 1);
-    EXPECT_EQ(calls[0].vin, validVin);
-    EXPECT_TRUE(calls[0].scanned && calls[0].valid);
-    EXPECT_EQ(calls[0].error, cameraError);
-    EXPECT_FALSE(QFileInfo::exists(vinPhotoPath()));
-    EXPECT_TRUE(screen->vinBarCodeImage().isNull());
 }
 
 TEST_F(BarcodeSession, APayloadIsShownAsPlainText)

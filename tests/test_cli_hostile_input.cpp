@@ -3,6 +3,7 @@
 #include "BarcodeArt.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/ZqtVinRun.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
@@ -41,9 +42,7 @@ TEST(ZqtVinHostileInput, ScanEscapesControlCharactersOfTheBarcode)
 TEST(ZqtVinHostileInput, PhotosAddRefusesSvgThatDrawsInAnotherFile)
 {
     const QTemporaryDir dir;
-    QImage secret(200, 100, QImage::Format_RGB32);
-    secret.fill(Qt::red);
-    ASSERT_TRUE(secret.save(dir.filePath("secret.png")));
+    ASSERT_TRUE(TestData::filled(200, 100, Qt::red).save(dir.filePath("secret.png")));
     const QByteArray svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
                            "width=\"200\" height=\"100\"><image width=\"200\" height=\"100\" xlink:href=\""
                            + QFile::encodeName(dir.filePath("secret.png")) + "\"/></svg>";

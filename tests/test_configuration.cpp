@@ -198,21 +198,6 @@ TEST(ConfigurationFiles, AFileChangedOnDiskIsReadAgain)
     EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
 }
 
-// Rewrites of the same size in quick succession land within one tick of the file system's clock,
-// so neither size nor times tell them apart; every read still sees what was just written.
-TEST(ConfigurationFiles, SameSizeRewritesInQuickSuccessionAreEachReadAsWritten)
-{
-    TemporaryMainBundle host;
-    int stale = 0;
-    for (int round = 0; round < 400; ++round) {
-        const QByteArray value = QByteArray::number(1000 + round);
-        host.writeSettings("<key>TextTitle</key><string>" + value + "</string>");
-        if (C::getConfigStringForKey("TextTitle") != QString::fromLatin1(value))
-            ++stale;
-    }
-    EXPECT_EQ(stale, 0) << "reads that returned an earlier version";
-}
-
 TEST(ConfigurationFonts, InstalledNamesAsConfiguredUnknownNearMissOrEmptyOnesFallBackToHelvetica)
 {
     TemporaryMainBundle host;

@@ -1,8 +1,6 @@
 // What the documentation promises stays true of the code: the README shows the host example's
 // real text, and the configuration reference covers every key the component ships.
-#include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/foundation/PropertyList.h"
-#include "support/TemporaryMainBundle.h"
 
 #include <gtest/gtest.h>
 
@@ -69,32 +67,21 @@ TEST(Documentation, TheConfigurationReferenceNamesEveryShippedKey)
     EXPECT_TRUE(missing.isEmpty()) << "not in docs/configuration.md: " << missing.join(", ").toStdString();
 }
 
-TEST(Documentation, TheExampleHostSettingsRebrandTheScreen)
+TEST(Documentation, TheExampleHostSettingsUseOnlyKeysTheComponentHas)
 {
-    const QString examplePath = QStringLiteral(ZQT_SOURCE_DIR "/docs/Default_Settings.example.plist");
     QString error;
-    const QVariantMap example = ZQTPlatform::PropertyList::readFile(examplePath, &error).toMap();
+    const QVariantMap example = ZQTPlatform::PropertyList::readFile(
+        QStringLiteral(ZQT_SOURCE_DIR "/docs/Default_Settings.example.plist"), &error).toMap();
     ASSERT_TRUE(error.isEmpty()) << error.toStdString();
     const QVariant shipped = ZQTPlatform::PropertyList::readFile(QStringLiteral(ZQT_SOURCE_DIR "/src/resources/ZQTConfig.plist"));
     QSet<QString> shippedKeys;
     collectKeys(shipped, shippedKeys);
-
-    // Installed as a host would install it, every text of the example is what the screen reads.
-    TemporaryMainBundle host;
-    QFile exampleFile(examplePath);
-    ASSERT_TRUE(exampleFile.open(QIODevice::ReadOnly));
-    host.writeFile(QStringLiteral("Default_Settings.plist"), exampleFile.readAll());
-    int texts = 0;
+    int entries = 0;
     for (const QVariant &group : example) {
-        const QVariantMap entries = group.toMap();
-        for (auto it = entries.cbegin(); it != entries.cend(); ++it) {
-            EXPECT_TRUE(shippedKeys.contains(it.key())) << "the component has no key " << it.key().toStdString();
-            if (it.value().typeId() != QMetaType::QString)
-                continue;
-            ++texts;
-            EXPECT_EQ(ZQTVINScanComponentConstants::getConfigStringForKey(it.key()).toStdString(),
-                      it.value().toString().toStdString());
+        for (const QString &key : group.toMap().keys()) {
+            ++entries;
+            EXPECT_TRUE(shippedKeys.contains(key)) << "the component has no key " << key.toStdString();
         }
     }
-    EXPECT_GE(texts, 3) << "a colour, a text and a font at least";
+    EXPECT_GE(entries, 3) << "a colour, a text and a font at least";
 }

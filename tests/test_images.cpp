@@ -6,11 +6,10 @@
 #include "platform/foundation/DeviceProfile.h"
 #include "platform/ui/Image.h"
 #include "support/TemporaryMainBundle.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
-#include <QtEndian>
 
 using ZQTPlatform::Bundle;
 using ZQTPlatform::DeviceProfile;
@@ -20,34 +19,16 @@ namespace {
 
 QByteArray encoded(const QColor &color, const char *format = "PNG", const QSize &size = QSize(4, 4))
 {
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, format);
-    return bytes;
+    return TestData::encoded(TestData::filled(size.width(), size.height(), color), format);
 }
 
-// A 40x20 JPEG with an APP1 "Exif" segment whose only tag is the orientation (0x0112).
+// A 40x20 JPEG with an APP1 "Exif" segment right after the start of the image: a big-endian TIFF
+// whose only tag is the orientation (0x0112, one SHORT).
 QByteArray jpegWithExifOrientation(quint16 orientation)
 {
-    QByteArray tiff("MM\x00\x2a\x00\x00\x00\x08\x00\x01", 10);  // big-endian TIFF, IFD0 at 8, one entry
-    tiff += QByteArray("\x01\x12\x00\x03\x00\x00\x00\x01", 8); // orientation, SHORT, count 1
-    tiff += char(orientation >> 8);
-    tiff += char(orientation & 0xFF);
-    tiff += QByteArray(6, '\0');                               // value padding, no next IFD
-    const QByteArray payload = QByteArray("Exif\x00\x00", 6) + tiff;
-    const quint16 length = quint16(payload.size() + 2);
-    const QByteArray segment = QByteArray("\xFF\xE1", 2) + char(length >> 8) + char(length & 0xFF) + payload;
-
-    QByteArray jpeg = encoded(Qt::red, "JPG", QSize(40, 20));
-    // Insert after the start-of-image marker and the JFIF APP0 segment.
-    qsizetype at = 2;
-    if (quint8(jpeg[2]) == 0xFF && quint8(jpeg[3]) == 0xE0)
-        at += 2 + qFromBigEndian<quint16>(jpeg.constData() + 4);
-    jpeg.insert(at, segment);
-    return jpeg;
+    QByteArray exif("\xFF\xE1\x00\x22" "Exif\0\0" "MM\0\x2a\0\0\0\x08\0\x01" "\x01\x12\0\x03\0\0\0\x01\0", 29);
+    exif.append(char(orientation)).append(6, '\0');
+    return encoded(Qt::red, "JPG", QSize(40, 20)).insert(2, exif);
 }
 
 QColor colourAt(const Image &image)

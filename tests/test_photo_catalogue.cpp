@@ -4,10 +4,10 @@
 #include "platform/foundation/Dispatch.h"
 #include "platform/foundation/Exception.h"
 #include "support/TemporaryMainBundle.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QTest>
 
@@ -20,13 +20,7 @@ namespace {
 // PNG bytes of a small picture of one colour.
 QByteArray solidPng(const QColor &color)
 {
-    QImage bitmap(6, 4, QImage::Format_RGB32);
-    bitmap.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    bitmap.save(&buffer, "PNG");
-    return bytes;
+    return TestData::encoded(TestData::filled(6, 4, color));
 }
 
 QString colorOf(const Image &image)

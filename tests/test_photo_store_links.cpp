@@ -3,12 +3,12 @@
 #include "Utils/ZQTVINScanUtils.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
 #include <QCryptographicHash>
 #include <QDirIterator>
-#include <QImage>
 
 namespace {
 
@@ -55,9 +55,7 @@ TEST_P(PhotoStoreLinks, AreRefusedAndWhatTheyPointAtIsUntouched)
     const QString root = ZQTVINScanUtils::createZQTPhotosDirAsNeeded();
     GetParam().link(root, outside.path());
     const QMap<QString, QByteArray> before = contents(outside.path());
-    QImage bitmap(64, 48, QImage::Format_RGB32);
-    bitmap.fill(Qt::darkCyan);
-    const ZQTPlatform::Image image(bitmap);
+    const ZQTPlatform::Image image(TestData::filled(64, 48, Qt::darkCyan));
 
     LogCapture log;
     const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("LINKED", "door");

@@ -2,6 +2,7 @@
 // are the ones the store in this process sees.
 #include "support/TemporaryMainBundle.h"
 #include "support/ZqtVinRun.h"
+#include "support/TestData.h"
 
 #include "Utils/ZQTVINScanUtils.h"
 
@@ -26,9 +27,7 @@ TEST(ZqtVinPhotos, AddStoresAnyImageThroughTheSavePathThenListPathAndDeleteFindI
 {
     QTemporaryDir dir;
     const QString png = dir.filePath("door.png");
-    QImage bitmap(1600, 1200, QImage::Format_RGB32);
-    bitmap.fill(Qt::darkRed);
-    ASSERT_TRUE(bitmap.save(png));
+    ASSERT_TRUE(TestData::filled(1600, 1200, Qt::darkRed).save(png));
     const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-7", "door");
 
     const ZqtVinRun added = runZqtVin({"photos", "add", "--claim", "CLM-7", "--title", "door", png});

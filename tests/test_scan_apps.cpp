@@ -4,6 +4,7 @@
 #include "VinTextArt.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/ZqtVinRun.h"
+#include "support/TestData.h"
 
 #include "Utils/ZQTVINScanUtils.h"
 
@@ -50,9 +51,7 @@ TEST(CaptureApp, RefusesMissingClaimsAndUnreadableSourcesAndGivesUpAfterItsTimeo
 
     QTemporaryDir dir;
     const QString blank = dir.filePath("blank.png");
-    QImage picture(640, 480, QImage::Format_RGB32);
-    picture.fill(Qt::lightGray);
-    ASSERT_TRUE(picture.save(blank));
+    ASSERT_TRUE(TestData::filled(640, 480, Qt::lightGray).save(blank));
     const ZqtVinRun nothing = runZqtVinCapture({"--claim", "C", "--source", blank, "--exit-on-result", "--timeout", "2"});
     EXPECT_EQ(nothing.status, 1);
     EXPECT_TRUE(nothing.out.isEmpty());
@@ -97,9 +96,7 @@ TEST(ZqtVinScan, OneLinePerFileAndSuccessOnlyWhenEveryFileGaveAVin)
     const QString blank = dir.filePath("blank.png");
     ASSERT_TRUE(BarcodeArt::renderScene(BarcodeArt::renderSymbol(BarcodeArt::Symbology::Code128, "I" + sampleVin, 3), {})
                     .save(label));
-    QImage picture(320, 240, QImage::Format_RGB32);
-    picture.fill(Qt::white);
-    ASSERT_TRUE(picture.save(blank));
+    ASSERT_TRUE(TestData::filled(320, 240, Qt::white).save(blank));
     const QString text = writeTestFile(dir.filePath("notes.txt"), "not a picture");
 
     const ZqtVinRun plain = runZqtVin({"scan", "--claim", "CLM-B", ZQT_SAMPLE_CLIP, label});

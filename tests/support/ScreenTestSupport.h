@@ -12,6 +12,7 @@
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/ui/Window.h"
 #include "support/LogCapture.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
@@ -64,11 +65,9 @@ inline ZQTVINCaptureVC *pushAndWait(PhoneHost &host, ZQTVINCaptureVC *screen, co
 }
 
 // A camera stand-in showing a 640 x 480 picture of one colour.
-inline void addFlatCamera(const QColor &colour)
+inline ZQTPlatform::CaptureDevice *addFlatCamera(const QColor &colour)
 {
-    QImage scene(640, 480, QImage::Format_RGB32);
-    scene.fill(colour);
-    ZQTPlatform::CaptureDevice::addStandIn(scene);
+    return ZQTPlatform::CaptureDevice::addStandIn(TestData::filled(640, 480, colour));
 }
 
 // A colour of the configuration.

@@ -1,5 +1,6 @@
 #include "support/TestData.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -56,6 +57,22 @@ QString artifactPath(const QString &fileName)
     QDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/../test-artifacts"));
     folder.mkpath(QStringLiteral("."));
     return folder.filePath(fileName);
+}
+
+QImage filled(int width, int height, const QColor &colour)
+{
+    QImage picture(width, height, QImage::Format_RGB32);
+    picture.fill(colour);
+    return picture;
+}
+
+QByteArray encoded(const QImage &picture, const char *format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, format);
+    return bytes;
 }
 
 } // namespace TestData
