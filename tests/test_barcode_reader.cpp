@@ -299,8 +299,9 @@ TEST(BarcodeReader, ReadsFramesThatAbortZXingsMultiScaleSearch)
         for (int f = 0; f < ReadStrategy::cycleLength(); ++f) {
             const QList<DecodedBarcode> codes = reader.read(frame, f);
             EXPECT_LE(codes.size(), 1) << "strategy " << f;
-            if (picture.cleanLabel && f == 0)
+            if (picture.cleanLabel && f == 0) {
                 EXPECT_EQ(codes.size(), 1) << "the fast strategy reads a clean label";
+            }
             for (const DecodedBarcode &code : codes)
                 EXPECT_EQ(code.text, vin);
         }

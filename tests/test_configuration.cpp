@@ -251,10 +251,12 @@ TEST(ShippedTheme, GroupsOnlyUniqueKeysAndValuesOfTheKindTheirNamesSay)
             if (entry.value().typeId() == QMetaType::QString) {
                 EXPECT_EQ(text.isEmpty(), hostOnly.contains(key)) << key.toStdString();
             }
-            if (key.endsWith("Color"))
+            if (key.endsWith("Color")) {
                 EXPECT_TRUE(colourText.match(text).hasMatch()) << key.toStdString();
-            if (fontKey.match(key).hasMatch())
+            }
+            if (fontKey.match(key).hasMatch()) {
                 EXPECT_TRUE(ZQTPlatform::Font::fontWithName(text, 12.0)) << key.toStdString();
+            }
         }
     }
 }
