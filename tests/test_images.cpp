@@ -1,14 +1,18 @@
 // Images: EXIF orientation kept as the image's orientation, scale from "@2x"/"@3x" names,
 // vector images at their natural size, lookup by name in a bundle, and the media-bundle
-// lookup of imageWithBundle with its branch on the system version.
+// lookup of imageWithBundle with its branch on the system version; an image view fitting its
+// picture as the view and the picture change.
 #include "lib/Categories/Bundle+MYBundle.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/DeviceProfile.h"
 #include "platform/ui/Image.h"
+#include "platform/ui/ImageView.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/TestData.h"
 
 #include <gtest/gtest.h>
+
+#include <QPainter>
 
 
 using ZQTPlatform::Bundle;
@@ -122,4 +126,22 @@ TEST(MediaBundleImages, TheMediaFolderAndTheGivenBundleReadFirstOnlyOnSystemsNew
             << version.toStdString() << " " << name.toStdString();
     }
     DeviceProfile::resetToScreen();
+}
+
+// The view scales its picture once per size: what it shows follows a resize and a new picture.
+TEST(ImageViews, FitThePictureAfterEachResizeAndPictureChange)
+{
+    QImage halves = TestData::filled(400, 200, Qt::red);
+    QPainter(&halves).fillRect(200, 0, 200, 200, Qt::blue);
+    ZQTPlatform::ImageView view;
+    view.setImage(Image(halves));
+    const auto shown = [&view](int x, int y) { return view.grab().toImage().pixelColor(x, y); };
+    view.resize(100, 50);
+    EXPECT_EQ(shown(10, 25), QColor(Qt::red));
+    EXPECT_EQ(shown(90, 25), QColor(Qt::blue));
+    view.resize(200, 100);
+    EXPECT_EQ(shown(190, 50), QColor(Qt::blue));
+    EXPECT_EQ(shown(10, 50), QColor(Qt::red));
+    view.setImage(Image(TestData::filled(400, 200, Qt::green)));
+    EXPECT_EQ(shown(190, 50), QColor(Qt::green));
 }

@@ -33,6 +33,10 @@ struct ImageView::Private
     QElapsedTimer clock;
     qreal borderWidth = 0.0;
     QColor borderColor = Qt::black;
+    // The picture shown, scaled once to where it is drawn: a large picture (a camera still) would
+    // otherwise be scaled again at every paint.
+    QPixmap fitted;
+    qint64 fittedFrom = 0;
 
     double secondsPerFrame() const
     {
@@ -167,8 +171,13 @@ void ImageView::paintEvent(QPaintEvent *)
     if (!pixmap.isNull()) {
         const QSizeF fitted = QSizeF(pixmap.size()).scaled(QSizeF(size()), Qt::KeepAspectRatio);
         const QRectF target(QPointF((width() - fitted.width()) / 2.0, (height() - fitted.height()) / 2.0), fitted);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(target, pixmap, QRectF(pixmap.rect()));
+        const QSize pixels = (target.size() * devicePixelRatioF()).toSize();
+        if (d->fittedFrom != pixmap.cacheKey() || d->fitted.size() != pixels) {
+            d->fitted = pixmap.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            d->fitted.setDevicePixelRatio(devicePixelRatioF());
+            d->fittedFrom = pixmap.cacheKey();
+        }
+        painter.drawPixmap(target.topLeft(), d->fitted);
     }
     if (d->borderWidth > 0.0) {
         const qreal inset = d->borderWidth / 2.0;
