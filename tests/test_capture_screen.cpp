@@ -185,18 +185,6 @@ TEST_F(CaptureScreen, StatusBarHiddenExceptOnPhonesWithAn812PointSideAndLightOnl
     EXPECT_EQ(screen->preferredStatusBarStyle(), StatusBarStyle::Default);
 }
 
-TEST_F(CaptureScreen, LeavingRestoresTheStatusBarAndStopsTheTorch)
-{
-    PhoneHost host(QSize(375, 667));
-    push(host, plainScreen());
-    EXPECT_TRUE(Application::sharedApplication()->isStatusBarHidden()) << "the screen's own answer applies";
-    capture.clear();
-    host.navigation->pushViewController(new ViewController, false);
-    QTest::qWait(20);
-    EXPECT_EQ(steps().mid(0, 2), QStringList({"viewWillDisappear", "turnTorchOn"}));
-    EXPECT_FALSE(Application::sharedApplication()->isStatusBarHidden());
-}
-
 TEST_F(CaptureScreen, TheBackButtonPopsAPushedScreenAndDismissesAPresentedOneWithoutReporting)
 {
     for (const bool presented : {false, true}) {

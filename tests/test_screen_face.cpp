@@ -184,13 +184,17 @@ TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
     EXPECT_EQ(device->torchMode(), CaptureDevice::TorchMode::Off);
     EXPECT_EQ(flashChanges(analytics).last(), "On");
 
-    // Leaving the screen puts the torch out.
+    // Leaving the screen puts the torch out and gives the status bar back to the host.
     device->setCapabilities(CaptureDevice::Capabilities());
     QTest::mouseClick(button, Qt::LeftButton);
     QTest::mouseClick(button, Qt::LeftButton);
     ASSERT_EQ(device->torchMode(), CaptureDevice::TorchMode::On);
+    EXPECT_TRUE(Application::sharedApplication()->isStatusBarHidden()) << "the screen's own answer applies";
+    capture.clear();
     screen->navigationController()->pushViewController(new ViewController, false);
     EXPECT_EQ(device->torchMode(), CaptureDevice::TorchMode::Off);
+    EXPECT_EQ(capture.steps().mid(0, 2), QStringList({"viewWillDisappear", "turnTorchOn"}));
+    EXPECT_FALSE(Application::sharedApplication()->isStatusBarHidden());
 }
 
 TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSideAndOnlyWhileTheScreenLives)
