@@ -119,23 +119,3 @@ TEST(ZqtVinScan, OneLinePerFileAndSuccessOnlyWhenEveryFileGaveAVin)
     EXPECT_TRUE(jsonLine(jsonLines[2]).value("vin").isNull());
     EXPECT_EQ(jsonLine(jsonLines[2]).value("file").toString(), text);
 }
-
-// A door-frame label with a Code 128 part number at the centre of the picture and the Code 39 VIN
-// below it: the VIN is reported, valid, not the part number nearest the centre.
-TEST(ZqtVinScan, ALabelWithAPartNumberAtTheCentreGivesTheVinBelowIt)
-{
-    QTemporaryDir dir;
-    const QString label = dir.filePath("door-label.png");
-    const QImage partNumber = BarcodeArt::renderSymbol(BarcodeArt::Symbology::Code128, "PN 84512-33A07", 3, 60);
-    const QImage vin = BarcodeArt::renderSymbol(BarcodeArt::Symbology::Code39, sampleVin, 3, 60);
-    const QPoint partNumberAt((vin.width() - partNumber.width()) / 2, 0);
-    ASSERT_TRUE(BarcodeArt::renderLabelScene({{partNumber, partNumberAt}, {vin, QPoint(0, partNumber.height() + 20)}}, 0, {})
-                    .save(label));
-
-    const ZqtVinRun run = runZqtVin({"scan", "--claim", "CLM-DOOR", label});
-    ASSERT_EQ(run.status, 0) << run.err.toStdString();
-    const QStringList fields = run.out.trimmed().split('\t');
-    ASSERT_EQ(fields.size(), 4) << run.out.toStdString();
-    EXPECT_EQ(fields[1], sampleVin);
-    EXPECT_EQ(fields[2], "valid");
-}
