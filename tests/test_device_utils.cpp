@@ -1,4 +1,4 @@
-// Device questions: the hardware model tables, the free-space rule, the permission tests, and
+// Device questions: the free-space rule, the permission tests, and
 // the authorisation provider they ask.
 #include "Utils/ZQTDeviceUtils.h"
 #include "Utils/ZQTDeviceUtils_p.h"
@@ -44,21 +44,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(DeviceUtils, ModelClassAndIPhone4UseTheirOwnExactLists)
-{
-    const struct { const char *machine; qint64 modelClass; bool iPhone4; } cases[] = {
-        {"iPhone3,1", 1, true}, {"iPhone3,2", 1, false}, {"iPhone7,1", 4, false}, {"iphone3,1", 0, false},
-    };
-    for (const auto &c : cases) {
-        DeviceProfile profile = DeviceProfile::current();
-        profile.machine = QString::fromLatin1(c.machine);
-        DeviceProfile::setCurrent(profile);
-        EXPECT_EQ(ZQTDeviceUtils::platformRawString(), QString::fromLatin1(c.machine));
-        EXPECT_EQ(ZQTDeviceUtils::iPhoneDeviceModel(), c.modelClass) << c.machine;
-        EXPECT_EQ(ZQTDeviceUtils::isiPhone4Device(), c.iPhone4) << c.machine;
-    }
-}
 
 // The free-space query itself (a home it cannot read has no room) is covered by the photo store.
 TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)

@@ -1,5 +1,5 @@
 // The claim photo store: its folders and file names, the stored size and encoding, the log
-// lines, the listings and capture items, the completion forms and the small helpers.
+// lines, the listings and capture items, and the completion forms.
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 
@@ -203,24 +203,4 @@ TEST(PhotoStore, CompletionFormsAnswerOnThePool)
         ASSERT_TRUE(answered.tryAcquire(1, 10000));
     }
     EXPECT_EQ(answers, QStringList({"door.jpg  0", " ZQTPhotoComponents 100", "0 0", "1 1"}));
-}
-
-TEST(PhotoStore, ByteCountsStepUpOnlyAboveTheLimit)
-{
-    const std::pair<QVariant, const char *> cases[] = {
-        {1024, "1024.00 bytes"}, {1025, "1.00 KB"}, {QString("2048"), "2.00 KB"}, {3.5e9, "3.26 GB"},
-        {1125899906842624.0, "1024.00 TB"}};
-    for (const auto &[value, text] : cases)
-        EXPECT_EQ(ZQTVINScanUtils::transformedValue(value), text) << value.toString().toStdString();
-    EXPECT_THROW(ZQTVINScanUtils::transformedValue(1125899906842625.0), ZQTPlatform::Exception);
-}
-
-TEST(PhotoStore, OverlayJsonWrapsTheValueOrLogsWhyItCannot)
-{
-    const QVariantList overlays = {QVariantMap{{"title", "VIN"}, {"frames", QStringList{"a", "b"}}}, 2, true, QVariant()};
-    EXPECT_EQ(ZQTVINScanUtils::createJSONStringFromData(overlays),
-              R"({"overlays":[{"frames":["a","b"],"title":"VIN"},2,true,null]})");
-    LogCapture log;
-    EXPECT_TRUE(ZQTVINScanUtils::createJSONStringFromData(qQNaN()).isNull());
-    EXPECT_EQ(log.lines(), QStringList{"Got an error: Invalid number value (NaN) in JSON write"});
 }

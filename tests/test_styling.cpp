@@ -1,5 +1,5 @@
 // Styling: colours from text and keys, colour images and tinted icons, button and label set-up,
-// label height, and the label attributes that scenes set from configuration keys.
+// and the label attributes that scenes set from configuration keys.
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/ui/ButtonStyle.h"
 #include "platform/foundation/Exception.h"
@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFontMetricsF>
 #include <QLabel>
 #include <QPushButton>
 
@@ -158,24 +157,6 @@ TEST(StylingLabel, AKnownFontKeepsTheLabelsSizeAndAnUnknownOneGivesTheDefaultLab
     C::configLabel(&label, Qt::cyan, "NoSuchFont-Regular");
     EXPECT_EQ(label.font(), ZQTPlatform::Font::systemFontOfSize(17.0));
     EXPECT_EQ(textColour(label), QColor(Qt::cyan));
-}
-
-TEST(StylingLabel, HeightIsTheTextsAreaOverTheWidthInWholeRoundedLines)
-{
-    QLabel label("The vehicle identification number");
-    label.setFont(*ZQTPlatform::Font::fontWithName("DejaVuSans", 20.0));
-    const QFontMetricsF metrics(label.font());
-    const double area = metrics.horizontalAdvance(label.text()) * metrics.height();
-    const double line = metrics.lineSpacing();
-
-    label.resize(int(std::ceil(area / metrics.height())) + 10, 30);
-    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), line) << "fits on one line";
-    label.resize(int(std::round(area / (2.5 * line))), 30);
-    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), 3 * line) << "two and a half lines take three";
-
-
-    label.setText(QString());
-    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), 0.0);
 }
 
 TEST(StylingLabel, ScenesSetTheThreeKeysOfTheirLabelsWhenLoaded)
