@@ -1,8 +1,8 @@
 // The location stamp: its text, the box drawn on a photo, the one-shot position requests of the
-// configuration singleton and of ZQTLocationUtils over an NMEA file, and `zqt-vin stamp`.
+// configuration singleton over an NMEA file, and `zqt-vin stamp`. (ZQTLocationUtils, which
+// nothing in the component calls, has no test of its own.)
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "Model/ZQTVINScanComponentConstantsLocation_p.h"
-#include "Utils/ZQTLocationUtils.h"
 #include "platform/foundation/Authorization.h"
 #include "platform/location/LocationManager.h"
 #include "support/TestData.h"
@@ -92,15 +92,6 @@ int boxLeft(const QImage &stamped)
             return x;
     return -1;
 }
-
-// Delegate calls of ZQTLocationUtils, in order.
-struct RecordingDelegate : ZQTLocationUtilsDelegate
-{
-    void updateUsersLocation(const QGeoPositionInfo &location) override { locations << location; }
-    void locationManager(LocationManager *, Authorization::LocationStatus status) override { statuses << status; }
-    QList<QGeoPositionInfo> locations;
-    QList<Authorization::LocationStatus> statuses;
-};
 
 QGeoPositionInfo fixAt(double latitude, double longitude, int second)
 {
@@ -200,32 +191,6 @@ TEST_F(LocationStamp, StampedPhotoWithPositionOrTheInputWhenThereIsNone)
     Constants::sharedInstance()->getSuperImposedImage(input, record);
     ASSERT_TRUE(QTest::qWaitFor([&] { return outputs.size() == 2; }, 5000));
     EXPECT_EQ(outputs.last().first, input.bitmap()); // as without any source (ZqtVinStamp failures)
-}
-
-TEST_F(LocationStamp, LocationUtilsReportsTheOldestFixOnceAndForwardsAuthorisation)
-{
-    RecordingDelegate delegate;
-    ZQTLocationUtils utils;
-    utils.setDelegate(&delegate);
-    EXPECT_TRUE(ZQTLocationUtils::isLocationServicesEnabled());
-    bool completionCalled = false;
-    utils.updateLocationWithCompletion([&] { completionCalled = true; });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !delegate.locations.isEmpty(); }, 5000));
-    QTest::qWait(1200); // the file's later fixes are not reported
-    ASSERT_EQ(delegate.locations.size(), 1);
-    EXPECT_NEAR(delegate.locations.first().coordinate().latitude(), 37.33233141, 1e-6);
-    EXPECT_FALSE(utils.locationManager()->isUpdatingLocation());
-    EXPECT_EQ(delegate.statuses, QList{Authorization::LocationStatus::AuthorizedWhenInUse});
-    EXPECT_FALSE(completionCalled);
-
-    // A batch: its first (oldest) element goes out; an empty batch and errors change nothing.
-    LocationManager *manager = utils.locationManager();
-    utils.locationManager(manager, QList<QGeoPositionInfo>{});
-    utils.locationManager(manager, ZQTPlatform::Error("kCLErrorDomain", 0, "unknown"));
-    EXPECT_EQ(delegate.locations.size(), 1);
-    utils.locationManager(manager, QList{fixAt(10, 20, 0), fixAt(11, 21, 1), fixAt(12, 22, 2)});
-    ASSERT_EQ(delegate.locations.size(), 2);
-    EXPECT_EQ(delegate.locations.last().coordinate(), QGeoCoordinate(10, 20));
 }
 
 TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
