@@ -89,7 +89,7 @@ TEST(PhotoStore, StoredSizeFollowsTheLongSideRuleAndIsDrawnUpright)
     EXPECT_NE(ZQTVINScanUtils::compressImage(small).bitmap().convertToFormat(QImage::Format_RGB32), small.bitmap());
 }
 
-TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndLogs)
+TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndSaveWritesOnlyWithATitleAndAPicture)
 {
     const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-1", "door");
     LogCapture log;
@@ -114,19 +114,16 @@ TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndLogs)
     ZQTVINScanUtils::writeFile(picture(64, 48), nowhere);
     EXPECT_FALSE(QFile::exists(nowhere));
     EXPECT_EQ(log.lines(), QStringList({"Error excluding FILE from iCloud: " + nowhere, "file writing: " + nowhere}));
-}
 
-TEST(PhotoStore, SaveWritesOnlyWhenThereIsATitleAndAPicture)
-{
-    const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-1", "door");
-    LogCapture log;
+    // Saving writes only when there is a title and a picture.
+    ASSERT_TRUE(QFile::remove(path));
+    log.clear();
     EXPECT_EQ(ZQTVINScanUtils::savePhotoWithClaimId("CLM-1", picture(64, 48), "", path), path);
     EXPECT_EQ(ZQTVINScanUtils::savePhotoWithClaimId("CLM-1", Image(), "door", path), path);
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_TRUE(log.lines().isEmpty());
     EXPECT_EQ(ZQTVINScanUtils::savePhotoWithClaimId("ignored", picture(64, 48), "door", path), path);
     EXPECT_EQ(log.lines(), QStringList({"save photo: " + path, "file writing: " + path}));
-
 }
 
 TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)
