@@ -193,7 +193,7 @@ TEST_F(LocationStamp, StampedPhotoWithPositionOrTheInputWhenThereIsNone)
     EXPECT_EQ(outputs.last().first, input.bitmap()); // as without any source (ZqtVinStamp failures)
 }
 
-TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
+TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpegAndFailuresHaveTheirOwnStatus)
 {
     QTemporaryDir dir;
     const QString input = dir.filePath("in.png");
@@ -213,15 +213,9 @@ TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
     ASSERT_EQ(jpeg.status, 0) << jpeg.err.toStdString();
     EXPECT_TRUE(jpeg.out.contains(coordinatesLine));
     EXPECT_EQ(QImageReader(dir.filePath("out.JPG")).format(), "jpeg");
-}
 
-// Usage errors: test_command_line_manners.cpp.
-TEST(ZqtVinStamp, FailuresHaveTheirOwnStatus)
-{
-    QTemporaryDir dir;
-    const QString input = dir.filePath("in.png");
-    ASSERT_TRUE(greyPicture(200, 100).save(input));
-    const QString out = dir.filePath("out.png");
+    // Failures have their own status (usage errors: test_command_line_manners.cpp).
+    const QString out = dir.filePath("failed.png");
     EXPECT_EQ(runZqtVin({"stamp", dir.filePath("none.png"), out, "--lat", "1", "--lon", "2"}).status, 3);
     ZqtVinRun noFix = runZqtVin({"stamp", input, out, "--nmea", dir.filePath("none.nmea")});
     EXPECT_EQ(noFix.status, 3);

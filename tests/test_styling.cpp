@@ -30,7 +30,7 @@ QColor textColour(const QLabel &label)
 
 } // namespace
 
-TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoes)
+TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoesAndKeysMayBeEmptyOrMissing)
 {
     const QList<std::pair<QString, QColor>> cases = {
         {"#FF8800", QColor(0xFF, 0x88, 0x00)},   {"#00ff00", QColor(0, 255, 0)},
@@ -52,10 +52,8 @@ TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoes)
         EXPECT_EQ(e.name(), "NSRangeException");
     }
     EXPECT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
-}
 
-TEST(StylingColours, AnEmptyKeyValueIsClearAndAMissingKeyOpaqueBlack)
-{
+    // By key: an empty value is clear, a missing key opaque black.
     TemporaryMainBundle host;
     host.writeSettings("<key>ManualVINButtonBorderColor</key><string></string>"
                        "<key>Theme</key><dict><key>OwnColor</key><string>#336699</string></dict>");
@@ -107,7 +105,7 @@ TEST(StylingImages, NamedImagesComeFromTheHostFirstThenTheFrameworkOrNowhere)
     EXPECT_TRUE(C::getGlobalImageWithName("no_such_icon", Qt::blue).isNull());
 }
 
-TEST(StylingButton, EachArgumentReachesItsLookWithPerStateBackgroundImages)
+TEST(StylingButton, EachArgumentReachesItsLookAndTheBackgroundOfItsStateIsDrawnCutToTheCorners)
 {
     QPushButton button;
     QFont font = button.font();
@@ -121,26 +119,24 @@ TEST(StylingButton, EachArgumentReachesItsLookWithPerStateBackgroundImages)
     EXPECT_DOUBLE_EQ(ButtonStyle::borderWidth(&button), 2.0);
     EXPECT_EQ(ButtonStyle::borderColor(&button), QColor(Qt::blue));
     EXPECT_TRUE(ButtonStyle::clipsToBounds(&button));
-}
 
-TEST(StylingButton, DrawsTheBackgroundOfItsStateCutToTheCornersOnlyWhenClipping)
-{
+    // Drawn: the background of its state, cut to the corners only when clipping.
     QWidget container;
     container.setStyleSheet("background-color: white;");
     container.resize(120, 40);
-    auto *button = new QPushButton(&container);
-    button->setGeometry(0, 0, 120, 40);
-    C::configButton(button, QColor(0, 128, 0), "B", Qt::red, 12.0f, QColor(), 0.0f, button->font(), Qt::black);
-    EXPECT_EQ(ButtonStyle::borderColor(button).alpha(), 0) << "no border colour gives a clear border";
+    auto *drawn = new QPushButton(&container);
+    drawn->setGeometry(0, 0, 120, 40);
+    C::configButton(drawn, QColor(0, 128, 0), "B", Qt::red, 12.0f, QColor(), 0.0f, drawn->font(), Qt::black);
+    EXPECT_EQ(ButtonStyle::borderColor(drawn).alpha(), 0) << "no border colour gives a clear border";
     const QImage rounded = container.grab().toImage();
     EXPECT_EQ(rounded.pixelColor(60, 3), QColor(0, 128, 0));
     EXPECT_EQ(rounded.pixelColor(0, 0), QColor(Qt::white)) << "the corner is cut off";
 
-    button->setDown(true);
+    drawn->setDown(true);
     EXPECT_EQ(container.grab().toImage().pixelColor(60, 3), QColor(Qt::red)) << "the highlighted background";
-    button->setDown(false);
+    drawn->setDown(false);
 
-    ButtonStyle::setClipsToBounds(button, false);
+    ButtonStyle::setClipsToBounds(drawn, false);
     EXPECT_EQ(container.grab().toImage().pixelColor(0, 0), QColor(0, 128, 0));
 }
 
