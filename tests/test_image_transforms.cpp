@@ -1,5 +1,5 @@
-// Image transforms: orientation baked into pixels (also by resizing), and crops in points and in
-// pixels. Pictures are checked by sampling four quadrants of a test image whose quadrants have
+// Image transforms: orientation baked into pixels (also by resizing), and crops in points.
+// Pictures are checked by sampling four quadrants of a test image whose quadrants have
 // four different colours. (Fitting, the redrawn and the square crop: no caller in the component.)
 #include "lib/Categories/Image+CropCategory.h"
 #include "lib/Categories/Image+ResizeCategory.h"
@@ -98,28 +98,18 @@ TEST(ImageTransforms, EveryOrientationComesOutUpright)
     EXPECT_EQ(std::make_tuple(fixed.bitmap().size(), fixed.scale()), std::make_tuple(QSize(40, 60), 1.0));
 }
 
-TEST(ImageTransforms, CropsInPointsAndInPixels)
+// The still camera's cut of the seen part: in points, times the scale, in the bitmap's own frame,
+// rounded outwards to whole pixels and clipped to the bitmap; scale and orientation kept. (The
+// pixel forms and cropImage have no caller in the component.)
+TEST(ImageTransforms, CropsInPointsRoundOutwardsAndClip)
 {
     const Image image(coordinates(100, 80), 2.0, Orientation::Right);
-    const Image other(quadrants(100, 80));
-    const QRectF rect(10, 5, 20, 10);
-
-    // Points: times the scale, in the bitmap's own frame; scale and orientation kept.
-    for (const Image &cut : {CropCategory::crop(image, rect), CropCategory::cropImage(other, image, rect)}) {
-        EXPECT_EQ(cut.bitmap().size(), QSize(40, 20));
-        EXPECT_EQ(cut.bitmap().pixel(0, 0), qRgb(20, 10, 0));
-        EXPECT_EQ(cut.scale(), 2.0);
-        EXPECT_EQ(cut.imageOrientation(), Orientation::Right);
-    }
-    // Pixels: taken as they are; crop:inRect: cuts its receiver, never its image argument.
-    for (const Image &cut : {CropCategory::crop(image, other, rect), CropCategory::croppIngimageByImageName(other, image, rect)}) {
-        EXPECT_EQ(cut.bitmap().size(), QSize(20, 10));
-        EXPECT_EQ(cut.bitmap().pixel(0, 0), qRgb(10, 5, 0));
-        EXPECT_EQ(cut.scale(), 1.0);
-        EXPECT_EQ(cut.imageOrientation(), Orientation::Up);
-    }
-    // Rounded outwards to whole pixels and clipped to the bitmap.
-    EXPECT_EQ(CropCategory::crop(image, other, QRectF(0.5, 0.5, 1, 1)).bitmap().size(), QSize(2, 2));
-    EXPECT_EQ(CropCategory::crop(image, other, QRectF(90, 70, 50, 50)).bitmap().size(), QSize(10, 10));
-    EXPECT_TRUE(CropCategory::crop(image, other, QRectF(200, 0, 10, 10)).isNull());
+    const Image cut = CropCategory::crop(image, QRectF(10, 5, 20, 10));
+    EXPECT_EQ(cut.bitmap().size(), QSize(40, 20));
+    EXPECT_EQ(cut.bitmap().pixel(0, 0), qRgb(20, 10, 0));
+    EXPECT_EQ(cut.scale(), 2.0);
+    EXPECT_EQ(cut.imageOrientation(), Orientation::Right);
+    EXPECT_EQ(CropCategory::crop(image, QRectF(0.25, 0.25, 0.5, 0.5)).bitmap().size(), QSize(2, 2));
+    EXPECT_EQ(CropCategory::crop(image, QRectF(45, 35, 25, 25)).bitmap().size(), QSize(10, 10));
+    EXPECT_TRUE(CropCategory::crop(image, QRectF(100, 0, 5, 5)).isNull());
 }
