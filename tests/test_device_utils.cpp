@@ -46,7 +46,7 @@ protected:
 } // namespace
 
 // The free-space query itself (a home it cannot read has no room) is covered by the photo store.
-TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)
+TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageBy1024BytesAndTheSystemVersionIsTheSystemsOrACurrentOne)
 {
     constexpr quint64 max = std::numeric_limits<quint64>::max();
     const struct { quint64 image, free; bool enough; } cases[] = {
@@ -55,14 +55,11 @@ TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)
     };
     for (const auto &c : cases)
         EXPECT_EQ(ZQTDeviceUtilsPrivate::hasRoomForImage(c.image, c.free), c.enough) << c.image << " in " << c.free;
-}
 
-// The system's own version where it names one; a current version where it names none, so that
-// alerts show and the bundle's images take the current path on such systems too.
-TEST_F(DeviceUtils, TheDefaultSystemVersionIsTheSystemsOrACurrentOne)
-{
-    const QList<QPair<QString, QString>> cases = {{"22.04", "22.04"}, {"7.1 beta", "7.1"}, {"rolling", "17.0"}, {"", "17.0"}};
-    for (const auto &[productVersion, version] : cases)
+    // The system's own version where it names one; a current version where it names none, so
+    // that alerts show and the bundle's images take the current path on such systems too.
+    const QList<QPair<QString, QString>> versions = {{"22.04", "22.04"}, {"7.1 beta", "7.1"}, {"rolling", "17.0"}, {"", "17.0"}};
+    for (const auto &[productVersion, version] : versions)
         EXPECT_EQ(ZQTPlatform::systemVersionFromProductVersion(productVersion), version) << productVersion.toStdString();
     DeviceProfile::resetToScreen();
     EXPECT_EQ(DeviceProfile::current().systemVersion,

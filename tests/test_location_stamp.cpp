@@ -150,7 +150,7 @@ TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercentAtScaleO
     EXPECT_EQ(std::make_pair(scaled.scale(), scaled.bitmap().size()), std::make_pair(qreal(1.0), QSize(400, 200)));
 }
 
-TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)
+TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStopsAndPhotosAreStampedWithIt)
 {
     Constants *constants = Constants::sharedInstance();
     QList<QPair<bool, QString>> replaced, answers;
@@ -173,10 +173,8 @@ TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)
     QTest::qWait(50);
     EXPECT_EQ(answers.size(), 1);
     EXPECT_TRUE(replaced.isEmpty());
-}
 
-TEST_F(LocationStamp, StampedPhotoWithPositionOrTheInputWhenThereIsNone)
-{
+    // A photo is stamped with the position, or comes back as it is when there is none.
     const Image input(greyPicture(900, 300));
     QList<QPair<QImage, bool>> outputs; // image, on the GUI thread
     const auto record = [&](const Image &image) { outputs.append({image.bitmap(), QThread::currentThread() == qApp->thread()}); };
