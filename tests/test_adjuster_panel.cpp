@@ -117,7 +117,7 @@ protected:
 
 } // namespace
 
-TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
+TEST_F(AdjusterPanel, TrimsBlanksCollapsesEmptyRowsAndShowsRecordFieldsAsPlainText)
 {
     host.writeSettings(adjusterSettings("x", "", false, ""));
     Panel *panel = show(dana());
@@ -154,17 +154,15 @@ TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
     panel = show(std::nullopt);
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
-}
+    delete panel;
 
-TEST_F(AdjusterPanel, RecordFieldsAreShownAsPlainText)
-{
+    // Record fields are shown as plain text.
     ZQTVINScanAdjuster marked;
-    marked.setCustClmRefID(greenMarkup());
-    marked.setUserType(greenMarkup());
-    marked.setRecipientName(greenMarkup());
-    marked.setRecipientEmailAddress(greenMarkup());
-    marked.setRecipientPhone(greenMarkup());
-    Panel *panel = show(marked);
+    using A = ZQTVINScanAdjuster;
+    for (const auto setter : {&A::setCustClmRefID, &A::setUserType, &A::setRecipientName, &A::setRecipientEmailAddress,
+                              &A::setRecipientPhone})
+        (marked.*setter)(greenMarkup());
+    panel = show(marked);
     ASSERT_NE(panel, nullptr);
     for (QLabel *label : {panel->labelClaim(), panel->labelUserType(), panel->labelUserName(), panel->labelEmail(),
                           panel->labelofficeNumber()}) {

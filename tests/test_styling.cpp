@@ -62,7 +62,7 @@ TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoesAndKeysMayBeEmpt
     EXPECT_EQ(C::getGlobalColorForKey("OwnColor").rgba(), qRgb(0x33, 0x66, 0x99));
 }
 
-TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndTakesTheColour)
+TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndNamedOnesComeFromTheHostFirst)
 {
     // Columns of different colours and alphas, at scale 2 and turned a quarter.
     QImage bitmap(4, 2, QImage::Format_ARGB32);
@@ -86,10 +86,8 @@ TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndTakesTheColour)
         }
     }
     EXPECT_TRUE(C::getGlobalImageFrom(Image(), Qt::red).isNull());
-}
 
-TEST(StylingImages, NamedImagesComeFromTheHostFirstThenTheFrameworkOrNowhere)
-{
+    // Named images come from the host first, then the framework, or nowhere.
     TemporaryMainBundle host;
     const Image framework = C::getGlobalImageWithName("help_info_vin", Qt::blue);
     ASSERT_FALSE(framework.isNull());
