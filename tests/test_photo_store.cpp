@@ -1,5 +1,5 @@
 // The claim photo store: its folders and file names, the stored size and encoding, the log
-// lines, the listings and capture items, and the completion forms.
+// lines, the listings and capture items, and the listing's completion form.
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 
@@ -178,7 +178,8 @@ TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)
     EXPECT_THROW(ZQTVINScanUtils::allPhotosWithClaimId("CLM-1"), ZQTPlatform::Exception);
 }
 
-TEST(PhotoStore, CompletionFormsAnswerOnThePool)
+// (The photo-and-path form has no caller in the component.)
+TEST(PhotoStore, TheListingsCompletionFormAnswersOnThePool)
 {
     saveDoor("CLM-2");
     QSemaphore answered;
@@ -193,11 +194,5 @@ TEST(PhotoStore, CompletionFormsAnswerOnThePool)
         });
         ASSERT_TRUE(answered.tryAcquire(1, 10000));
     }
-    for (const char *title : {"door", "window"}) {
-        ZQTVINScanUtils::loadPhotoAndPathWithClaimId("CLM-2", title, [&](const Image &image, const Image &photo) {
-            answer(QString("%1 %2").arg(image.isNull()).arg(photo.isNull()));
-        });
-        ASSERT_TRUE(answered.tryAcquire(1, 10000));
-    }
-    EXPECT_EQ(answers, QStringList({"door.jpg  0", " ZQTPhotoComponents 100", "0 0", "1 1"}));
+    EXPECT_EQ(answers, QStringList({"door.jpg  0", " ZQTPhotoComponents 100"}));
 }
