@@ -1,8 +1,7 @@
-// Image transforms: orientation baked into pixels (also by resizing), and crops in points.
-// Pictures are checked by sampling four quadrants of a test image whose quadrants have
-// four different colours. (Fitting, the redrawn and the square crop: no caller in the component.)
+// Image transforms: orientation baked into pixels (fixed or drawn), and crops in points. Pictures
+// are checked by sampling four quadrants of a test image whose quadrants have four different
+// colours. (Resizing, fitting, the redrawn and the square crop: no caller in the component.)
 #include "lib/Categories/Image+CropCategory.h"
-#include "lib/Categories/Image+ResizeCategory.h"
 #include "lib/Categories/Image+fixOrientation.h"
 #include "platform/ui/ImageContext.h"
 
@@ -83,13 +82,6 @@ TEST(ImageTransforms, EveryOrientationComesOutUpright)
         ZQTPlatform::ImageContext context(QSizeF(upright), false, 1.0);
         context.drawImage(image, QRectF(QPointF(0, 0), QSizeF(upright)));
         EXPECT_EQ(corners(context.takeImage().bitmap()), shown.corners);
-
-        // Square, so the mirrored quarter turns land in place too.
-        const Image resized = ResizeCategory::resizedImageToSize(Image(quadrants(40, 40), 1.0, shown.orientation),
-                                                                 QSizeF(20, 20));
-        EXPECT_EQ(resized.bitmap().size(), QSize(20, 20));
-        EXPECT_EQ(resized.imageOrientation(), Orientation::Up);
-        EXPECT_EQ(corners(resized.bitmap()), shown.corners);
     }
     // Up comes back as it is; the others are drawn with their points as pixels.
     const Image up(quadrants(60, 40), 2.0);
