@@ -67,19 +67,6 @@ TEST_F(ZQTUserDefaultsTest, ScopedValuesOfEveryKindAreFlushedUnderClaimListAndSu
     }
 }
 
-TEST_F(ZQTUserDefaultsTest, IntegerReadsOfFractionalNumbersDropTheFraction)
-{
-    const QList<QPair<double, qintptr>> cases{{2.75, 2}, {-2.75, -2}, {9.9, 9}, {-0.5, 0}, {3.0, 3}};
-    for (const auto &[stored, expected] : cases) {
-        U::setDouble(stored, "n");
-        U::setDouble(stored, "n", kClaim);
-        U::setFloat(float(stored), "f", kClaim);
-        EXPECT_EQ(U::integerForKey("n"), expected) << stored;
-        EXPECT_EQ(U::integerForKey("n", kClaim), expected) << stored;
-        EXPECT_EQ(U::integerForKey("f", kClaim), expected) << stored;
-    }
-}
-
 TEST_F(ZQTUserDefaultsTest, ANilValueRemovesTheKeyButKeepsTheClaim)
 {
     U::setObject("a", "first", kClaim);
