@@ -1,5 +1,7 @@
 // The adjuster contact panel: one panel at a time over the key window, trimmed texts and
-// collapsed rows, the "tel:" and "mailto:" requests it makes, and the capture screen's menu.
+// collapsed rows, the "tel:" and "mailto:" requests it makes, the capture screen's menu, and the
+// office number's layout. (The one-call alert, which nothing in the component or the apps
+// calls, has no test of its own.)
 #include "UI/Views/ZQTVINScanAdjusterInfo.h"
 #include "ZQTVINScanComponent.h"
 #include "platform/capture/CaptureDevice.h"
@@ -117,7 +119,7 @@ protected:
 
 } // namespace
 
-TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
+TEST_F(AdjusterPanel, TrimsBlanksCollapsesEmptyRowsAndShowsRecordFieldsAsPlainText)
 {
     host.writeSettings(adjusterSettings("x", "", false, ""));
     Panel *panel = show(dana());
@@ -154,17 +156,15 @@ TEST_F(AdjusterPanel, TrimsBlanksAndCollapsesEmptyRows)
     panel = show(std::nullopt);
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->labelofficeNumber()->text(), "(555)123-4567");
-}
+    delete panel;
 
-TEST_F(AdjusterPanel, RecordFieldsAreShownAsPlainText)
-{
+    // Record fields are shown as plain text.
     ZQTVINScanAdjuster marked;
-    marked.setCustClmRefID(greenMarkup());
-    marked.setUserType(greenMarkup());
-    marked.setRecipientName(greenMarkup());
-    marked.setRecipientEmailAddress(greenMarkup());
-    marked.setRecipientPhone(greenMarkup());
-    Panel *panel = show(marked);
+    using A = ZQTVINScanAdjuster;
+    for (const auto setter : {&A::setCustClmRefID, &A::setUserType, &A::setRecipientName, &A::setRecipientEmailAddress,
+                              &A::setRecipientPhone})
+        (marked.*setter)(greenMarkup());
+    panel = show(marked);
     ASSERT_NE(panel, nullptr);
     for (QLabel *label : {panel->labelClaim(), panel->labelUserType(), panel->labelUserName(), panel->labelEmail(),
                           panel->labelofficeNumber()}) {
@@ -300,6 +300,22 @@ TEST(AdjusterPanelHost, ShowsOverTheHostsOwnWindowAndLogsWhenNoWindowIsOnScreen)
     ASSERT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() != nullptr; }, 2000));
     EXPECT_EQ(Panel::shownPanel()->window(), &hostWindow);
     EXPECT_EQ(Panel::shownPanel()->geometry(), hostWindow.rect());
+}
+
+// The office number's display layout.
+TEST(PhoneNumberLayout, FormatsByDigitCountAndKeepsOtherTextsAsTheyAre)
+{
+    const struct { QString in, out; } cases[] = {
+        {"5551234", "555-1234"},
+        {"5551234567", "(555)123-4567"},
+        {"15551234567", "1 (555)123-4567"},
+        {"445551234567", "+44 (555)123-4567"},
+        {"(555) 123-4567", "(555)123-4567"},
+        {"555-123.45", "555-123.45"},       // 8 digits: unchanged, separators included
+        {"ext.", "ext."},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(ZQTVINScanComponentConstants::getFormatedPhoneNumber(c.in), c.out) << qPrintable(c.in);
 }
 
 #include "test_adjuster_panel.moc"

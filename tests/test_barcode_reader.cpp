@@ -184,24 +184,6 @@ TEST(BarcodeReader, ReadsVinLabelsOfEverySymbologyInEveryFrameLayout)
     }
 }
 
-// Each strategy reads its own part of the frame; a Data Matrix on the middle row of that part is
-// found, and its corners come back in frame pixels.
-TEST(BarcodeReader, EveryStrategyFindsDataMatrixOnItsMiddleRowInFramePixels)
-{
-    const BarcodeReader reader({MetadataObject::typeDataMatrix});
-    const QImage symbol = BarcodeArt::renderSymbol(Symbology::DataMatrix, vin, 8);
-    for (int frame = 0; frame < ReadStrategy::cycleLength(); ++frame) {
-        SCOPED_TRACE(frame);
-        const ReadStrategy strategy = ReadStrategy::forFrame(frame);
-        BarcodeArt::Scene scene;
-        scene.centre = QPointF(0.25, strategy.top + strategy.height / 2);
-        const QList<DecodedBarcode> codes = reader.read(videoFrameFromImage(BarcodeArt::renderScene(symbol, scene)), frame);
-        ASSERT_EQ(codes.size(), 1);
-        EXPECT_NEAR(centroid(codes[0].corners).x(), scene.centre.x() * 1280, 12);
-        EXPECT_NEAR(centroid(codes[0].corners).y(), scene.centre.y() * 720, 12);
-    }
-}
-
 // Code 39 text always comes back whole: a leading "I", and real VINs whose last character
 // happens to be the mod 43 check character of the others (which the check-digit option would cut off).
 TEST(BarcodeReader, Code39KeepsEveryCharacterAndTellsMod43Apart)

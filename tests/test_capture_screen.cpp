@@ -62,21 +62,21 @@ const QStringList normalStartUp = {
 
 } // namespace
 
-TEST_F(CaptureScreen, StartUpRunsEveryStepInOrderAndHidesTheHostBar)
+TEST_F(CaptureScreen, StartUpRunsEveryStepInOrderAndHidesTheHostBarUnlessAskedToKeepIt)
 {
-    PhoneHost host;
-    ZQTVINCaptureVC *screen = plainScreen();
-    screen->setEnableLocationServices(false);
-    screen->loadViewIfNeeded(); // loading again when shown loads nothing twice
-    push(host, screen);
-    EXPECT_EQ(steps(), normalStartUp);
-    EXPECT_TRUE(screen->enableLocationServices()) << "forced on by appearing";
-    EXPECT_TRUE(screen->hidesBottomBarWhenPushed());
-    EXPECT_TRUE(host.navigation->isNavigationBarHidden());
-}
-
-TEST_F(CaptureScreen, ManualEntryOpensThePromptAndAskingForTheHostBarKeepsIt)
-{
+    {
+        PhoneHost host;
+        ZQTVINCaptureVC *screen = plainScreen();
+        screen->setEnableLocationServices(false);
+        screen->loadViewIfNeeded(); // loading again when shown loads nothing twice
+        push(host, screen);
+        EXPECT_EQ(steps(), normalStartUp);
+        EXPECT_TRUE(screen->enableLocationServices()) << "forced on by appearing";
+        EXPECT_TRUE(screen->hidesBottomBarWhenPushed());
+        EXPECT_TRUE(host.navigation->isNavigationBarHidden());
+    }
+    // Manual entry opens the prompt instead of the scanner; asking for the host's bar keeps it.
+    capture.clear();
     ZQTVINCaptureVC *screen = manualScreen();
     screen->setShowManualEntry(true);
     screen->setShowNavigateBar(true);
@@ -146,7 +146,9 @@ TEST_F(CaptureScreen, IsModalOnlyWhenPresented)
     EXPECT_FALSE(alone->isModal());
 }
 
-TEST_F(CaptureScreen, OrientationPolicyAndTheDeviceOrientationFollowLandscapeMode)
+// The screen's answers: orientations by landscape mode (the device turned when it shows), the
+// status bar hidden except on phones with an 812-point side, light only for the exact text.
+TEST_F(CaptureScreen, OrientationAndStatusBarAnswersFollowLandscapeModeAndThePhone)
 {
     ZQTVINCaptureVC *screen = plainScreen();
     for (const bool landscape : {false, true}) {
@@ -159,14 +161,7 @@ TEST_F(CaptureScreen, OrientationPolicyAndTheDeviceOrientationFollowLandscapeMod
                 << o;
     }
     EXPECT_EQ(DeviceProfile::current().deviceOrientation, 1) << "waking from the scene forces portrait";
-    PhoneHost host;
-    push(host, screen);
-    EXPECT_EQ(DeviceProfile::current().deviceOrientation, 3);
-}
 
-TEST_F(CaptureScreen, StatusBarHiddenExceptOnPhonesWithAn812PointSideAndLightOnlyForTheExactText)
-{
-    std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
     using Idiom = DeviceProfile::Idiom;
     const QList<std::tuple<QSizeF, Idiom, bool>> cases = {{{375, 812}, Idiom::Phone, false},
                                                           {{812, 375}, Idiom::Phone, false},
@@ -178,23 +173,15 @@ TEST_F(CaptureScreen, StatusBarHiddenExceptOnPhonesWithAn812PointSideAndLightOnl
         DeviceProfile::setCurrent(device);
         EXPECT_EQ(screen->prefersStatusBarHidden(), hidden) << size.width() << "x" << size.height() << " idiom " << int(idiom);
     }
-    // Light only for the exact configured text.
     EXPECT_EQ(screen->preferredStatusBarStyle(), StatusBarStyle::LightContent) << "the shipped \"LIGHT\"";
-    TemporaryMainBundle host;
-    host.writeSettings("<key>VinScanControllerStatusbarType</key><string>light</string>");
-    EXPECT_EQ(screen->preferredStatusBarStyle(), StatusBarStyle::Default);
-}
-
-TEST_F(CaptureScreen, LeavingRestoresTheStatusBarAndStopsTheTorch)
-{
-    PhoneHost host(QSize(375, 667));
-    push(host, plainScreen());
-    EXPECT_TRUE(Application::sharedApplication()->isStatusBarHidden()) << "the screen's own answer applies";
-    capture.clear();
-    host.navigation->pushViewController(new ViewController, false);
-    QTest::qWait(20);
-    EXPECT_EQ(steps().mid(0, 2), QStringList({"viewWillDisappear", "turnTorchOn"}));
-    EXPECT_FALSE(Application::sharedApplication()->isStatusBarHidden());
+    {
+        TemporaryMainBundle host;
+        host.writeSettings("<key>VinScanControllerStatusbarType</key><string>light</string>");
+        EXPECT_EQ(screen->preferredStatusBarStyle(), StatusBarStyle::Default);
+    }
+    PhoneHost host;
+    push(host, screen);
+    EXPECT_EQ(DeviceProfile::current().deviceOrientation, 3);
 }
 
 TEST_F(CaptureScreen, TheBackButtonPopsAPushedScreenAndDismissesAPresentedOneWithoutReporting)

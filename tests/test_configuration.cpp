@@ -59,13 +59,20 @@ void expectGroupValues(const QList<std::pair<QByteArray, T>> &cases, Read read)
 
 } // namespace
 
+// Groups are searched one level deep, after the top level.
 TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyOtherKeysComeFromTheFrameworkAndMissingOnesAreNeutral)
 {
     TemporaryMainBundle host;
     host.writeSettings("<key>TextTitle</key><string>Host title</string>"
                        "<key>ScanningLabelText</key><string></string>"
-                       "<key>Colours</key><dict><key>VINScanNavigationBarColor</key><string>#123abc</string></dict>");
+                       "<key>Label</key><string>top</string>"
+                       "<key>Colours</key><dict><key>VINScanNavigationBarColor</key><string>#123abc</string>"
+                       "  <key>Label</key><string>group</string>"
+                       "  <key>Inner</key><dict><key>TwoDeep</key><string>hidden</string></dict></dict>");
     EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Host title");
+    EXPECT_EQ(C::getConfigStringForKey("Label"), "top");
+    EXPECT_EQ(C::getConfigStringForKey("TwoDeep"), "(null)");
+    EXPECT_FALSE(C::getGlobalValueForKey("TwoDeep", Bundle::mainBundle()).isValid());
     EXPECT_EQ(C::getConfigStringForKey("ScanningLabelText"), "");
     EXPECT_TRUE(C::getConfigurableValueForKey("ScanningLabelText").isValid());
     EXPECT_EQ(C::getGlobalColorForKey("VINScanNavigationBarColor").rgba(), qRgb(0x12, 0x3A, 0xBC));
@@ -94,21 +101,6 @@ TEST(ConfigurationLookupOrder, TheSearchedBundleChoosesTheFileName)
     // When the main bundle is the framework's own bundle, both searches read ZQTConfig.plist.
     Bundle::setMainBundlePath(Bundle::frameworkBundle().bundlePath());
     EXPECT_EQ(C::getGlobalValueForKey("TextTitle", Bundle::mainBundle()).toString(), "Scan VIN");
-}
-
-TEST(ConfigurationLookupOrder, GroupsAreSearchedOneLevelDeepAfterTheTopLevel)
-{
-    TemporaryMainBundle host;
-    host.writeSettings("<key>Label</key><string>top</string>"
-                       "<key>Theme</key><dict>"
-                       "  <key>Label</key><string>group</string>"
-                       "  <key>OnlyInGroup</key><string>found</string>"
-                       "  <key>Inner</key><dict><key>TwoDeep</key><string>hidden</string></dict>"
-                       "</dict>");
-    EXPECT_EQ(C::getConfigStringForKey("OnlyInGroup"), "found");
-    EXPECT_EQ(C::getConfigStringForKey("Label"), "top");
-    EXPECT_EQ(C::getConfigStringForKey("TwoDeep"), "(null)");
-    EXPECT_FALSE(C::getGlobalValueForKey("TwoDeep", Bundle::mainBundle()).isValid());
 }
 
 TEST(ConfigurationTypedValues, TextFloatAndBooleanReadingsOfEveryKindOfValue)

@@ -1,4 +1,4 @@
-// Device questions: the hardware model tables, the free-space rule, the permission tests, and
+// Device questions: the free-space rule, the permission tests, and
 // the authorisation provider they ask.
 #include "Utils/ZQTDeviceUtils.h"
 #include "Utils/ZQTDeviceUtils_p.h"
@@ -45,23 +45,8 @@ protected:
 
 } // namespace
 
-TEST_F(DeviceUtils, ModelClassAndIPhone4UseTheirOwnExactLists)
-{
-    const struct { const char *machine; qint64 modelClass; bool iPhone4; } cases[] = {
-        {"iPhone3,1", 1, true}, {"iPhone3,2", 1, false}, {"iPhone7,1", 4, false}, {"iphone3,1", 0, false},
-    };
-    for (const auto &c : cases) {
-        DeviceProfile profile = DeviceProfile::current();
-        profile.machine = QString::fromLatin1(c.machine);
-        DeviceProfile::setCurrent(profile);
-        EXPECT_EQ(ZQTDeviceUtils::platformRawString(), QString::fromLatin1(c.machine));
-        EXPECT_EQ(ZQTDeviceUtils::iPhoneDeviceModel(), c.modelClass) << c.machine;
-        EXPECT_EQ(ZQTDeviceUtils::isiPhone4Device(), c.iPhone4) << c.machine;
-    }
-}
-
 // The free-space query itself (a home it cannot read has no room) is covered by the photo store.
-TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)
+TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageBy1024BytesAndTheSystemVersionIsTheSystemsOrACurrentOne)
 {
     constexpr quint64 max = std::numeric_limits<quint64>::max();
     const struct { quint64 image, free; bool enough; } cases[] = {
@@ -70,14 +55,11 @@ TEST_F(DeviceUtils, FreeSpaceMustExceedTheImageByMoreThan1024Bytes)
     };
     for (const auto &c : cases)
         EXPECT_EQ(ZQTDeviceUtilsPrivate::hasRoomForImage(c.image, c.free), c.enough) << c.image << " in " << c.free;
-}
 
-// The system's own version where it names one; a current version where it names none, so that
-// alerts show and the bundle's images take the current path on such systems too.
-TEST_F(DeviceUtils, TheDefaultSystemVersionIsTheSystemsOrACurrentOne)
-{
-    const QList<QPair<QString, QString>> cases = {{"22.04", "22.04"}, {"7.1 beta", "7.1"}, {"rolling", "17.0"}, {"", "17.0"}};
-    for (const auto &[productVersion, version] : cases)
+    // The system's own version where it names one; a current version where it names none, so
+    // that alerts show and the bundle's images take the current path on such systems too.
+    const QList<QPair<QString, QString>> versions = {{"22.04", "22.04"}, {"7.1 beta", "7.1"}, {"rolling", "17.0"}, {"", "17.0"}};
+    for (const auto &[productVersion, version] : versions)
         EXPECT_EQ(ZQTPlatform::systemVersionFromProductVersion(productVersion), version) << productVersion.toStdString();
     DeviceProfile::resetToScreen();
     EXPECT_EQ(DeviceProfile::current().systemVersion,

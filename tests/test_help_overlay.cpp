@@ -71,30 +71,39 @@ void expectNothingClipped(ZQTVINCaptureOverlayVC *card)
 
 } // namespace
 
-TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
+// The card shows by itself with its configured content and animated picture, pausing the camera;
+// help, a tap and dismissal take it down, and the camera follows.
+TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndHelpTapAndDismissTakeItDown)
 {
+    AnalyticsRecorder analytics;
     PhoneHost host;
     ZQTVINCaptureVC *screen = push(host);
     EXPECT_EQ(screen->overlayView2(), nullptr) << "not before half a second";
     Application *application = Application::sharedApplication();
     EXPECT_FALSE(application->isStatusBarHidden()) << "the capture screen keeps it on a notched phone";
-    ZQTVINCaptureOverlayVC *card = autoCard(screen);
-    ASSERT_NE(card, nullptr);
+    screen->initCamera();
+    screen->camera()->start();
+    ASSERT_TRUE(screen->camera()->session()->isRunning());
+    ZQTVINCaptureOverlayVC *shown = autoCard(screen);
+    ASSERT_NE(shown, nullptr);
     EXPECT_GE(started.elapsed(), 450);
     EXPECT_TRUE(application->isStatusBarHidden()) << "the card hides it";
     EXPECT_TRUE(application->statusBarFrame().isEmpty());
     EXPECT_TRUE(screen->vinScanItem()->hasBeenDisplayed());
-    EXPECT_EQ(card->parentWidget(), screen);
-    EXPECT_EQ(card->geometry(), screen->rect());
+    EXPECT_EQ(shown->parentWidget(), screen);
+    EXPECT_EQ(shown->geometry(), screen->rect());
     EXPECT_TRUE(cameraImageView(screen)->isHidden());
+    StillCamera *camera = screen->camera();
+    EXPECT_TRUE(camera->isHidden());
+    EXPECT_FALSE(camera->session()->isRunning()) << "paused by the card";
 
-    EXPECT_EQ(card->headerLbl()->text(), "VIN photo");
-    EXPECT_EQ(card->titleLbl()->text(), "Find the VIN barcode");
-    EXPECT_TRUE(card->descrLbl()->text().startsWith("Look for the barcode"));
-    EXPECT_EQ(card->lblTapAnyWhere()->text(), Constants::getConfigStringForKey("HelpOverlayTextCloseLabel"));
-    expectNothingClipped(card);
+    EXPECT_EQ(shown->headerLbl()->text(), "VIN photo");
+    EXPECT_EQ(shown->titleLbl()->text(), "Find the VIN barcode");
+    EXPECT_TRUE(shown->descrLbl()->text().startsWith("Look for the barcode"));
+    EXPECT_EQ(shown->lblTapAnyWhere()->text(), Constants::getConfigStringForKey("HelpOverlayTextCloseLabel"));
+    expectNothingClipped(shown);
 
-    ImageView *picture = card->imageView();
+    ImageView *picture = shown->imageView();
     EXPECT_EQ(backgroundColor(picture), configuredColour("HelpOverlayImageBackgroundColor"));
     EXPECT_EQ(picture->animationImages().size(), 8) << "four frames forward and back";
     EXPECT_EQ(picture->animationDuration(), 5.0);
@@ -103,20 +112,7 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndAnimatedPicture)
     const QImage first = picture->displayedImage().bitmap();
     EXPECT_TRUE(QTest::qWaitFor([&] { return picture->displayedImage().bitmap() != first; }, 2000));
     EXPECT_TRUE(application->isStatusBarHidden()) << "nothing later shows the status bar again";
-}
-
-TEST_F(HelpOverlay, HelpTapAndDismissTakeTheCardDownAndTheCameraFollows)
-{
-    AnalyticsRecorder analytics;
-    PhoneHost host;
-    ZQTVINCaptureVC *screen = push(host);
-    screen->initCamera();
-    screen->camera()->start();
-    ASSERT_TRUE(screen->camera()->session()->isRunning());
-    const QPointer<QWidget> card = autoCard(screen);
-    StillCamera *camera = screen->camera();
-    EXPECT_TRUE(camera->isHidden());
-    EXPECT_FALSE(camera->session()->isRunning()) << "paused by the card";
+    const QPointer<QWidget> card = shown;
 
     // Help while the card is up posts the event without a second card.
     auto *help = screen->findChild<QPushButton *>("helpButton");

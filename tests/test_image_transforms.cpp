@@ -1,17 +1,13 @@
-// Image transforms: orientation baked into pixels, resizing and fitting, crops in points and in
-// pixels, the redrawn crop and the square crop. Pictures are checked by sampling four quadrants
-// of a test image whose quadrants have four different colours.
+// Image transforms: orientation baked into pixels (fixed or drawn), and crops in points. Pictures
+// are checked by sampling four quadrants of a test image whose quadrants have four different
+// colours. (Resizing, fitting, the redrawn and the square crop: no caller in the component.)
 #include "lib/Categories/Image+CropCategory.h"
-#include "lib/Categories/Image+ResizeCategory.h"
 #include "lib/Categories/Image+fixOrientation.h"
-#include "platform/foundation/DeviceProfile.h"
 #include "platform/ui/ImageContext.h"
 
 #include <gtest/gtest.h>
 
 #include <QPainter>
-
-#include <functional>
 
 using ZQTPlatform::Image;
 using Orientation = ZQTPlatform::Image::Orientation;
@@ -86,13 +82,6 @@ TEST(ImageTransforms, EveryOrientationComesOutUpright)
         ZQTPlatform::ImageContext context(QSizeF(upright), false, 1.0);
         context.drawImage(image, QRectF(QPointF(0, 0), QSizeF(upright)));
         EXPECT_EQ(corners(context.takeImage().bitmap()), shown.corners);
-
-        // Square, so the mirrored quarter turns land in place too.
-        const Image resized = ResizeCategory::resizedImageToSize(Image(quadrants(40, 40), 1.0, shown.orientation),
-                                                                 QSizeF(20, 20));
-        EXPECT_EQ(resized.bitmap().size(), QSize(20, 20));
-        EXPECT_EQ(resized.imageOrientation(), Orientation::Up);
-        EXPECT_EQ(corners(resized.bitmap()), shown.corners);
     }
     // Up comes back as it is; the others are drawn with their points as pixels.
     const Image up(quadrants(60, 40), 2.0);
@@ -101,105 +90,18 @@ TEST(ImageTransforms, EveryOrientationComesOutUpright)
     EXPECT_EQ(std::make_tuple(fixed.bitmap().size(), fixed.scale()), std::make_tuple(QSize(40, 60), 1.0));
 }
 
-// Resizing to a size and fitting into a box (helpers the component itself does not call): the
-// bitmap that comes out, its scale and the picture's quadrants ("same": the input itself, when
-// there is nothing to do).
-TEST(ImageTransforms, ResizeAndFitTable)
-{
-    using Op = std::function<Image(const Image &)>;
-    const auto resize = [](QSizeF size) -> Op { return [=](const Image &i) { return ResizeCategory::resizedImageToSize(i, size); }; };
-    const auto fit = [](QSizeF box, bool scaleIfSmaller = false) -> Op {
-        return [=](const Image &i) { return ResizeCategory::resizedImageToFitInSize(i, box, scaleIfSmaller); };
-    };
-    struct Row { const char *what; Image image; Op op; QSize pixels; qreal scale; std::string corners; };
-    const Row rows[] = {
-        {"resize to its own size", Image(quadrants(60, 40), 2.0, Orientation::Right), resize({60, 40}), {}, 0, "same"},
-        // Points of a context at the image's scale.
-        {"resize at scale 2", Image(quadrants(200, 100), 2.0), resize({100, 50}), {200, 100}, 2.0, "RGBY"},
-        // 60x40 at half size: the 20x30 picture sits (40 - 60) x 0.5 = -10 points up, so its top
-        // third is lost and the bottom third of the bitmap stays transparent.
-        {"non-square mirrored quarter turn", Image(quadrants(60, 40), 1.0, Orientation::LeftMirrored), resize({30, 20}),
-         {20, 30}, 1.0, "GYTT"},
-        {"fit wide", Image(quadrants(200, 100)), fit({100, 100}), {100, 50}, 1.0, "RGBY"},
-        {"fit a smaller image", Image(quadrants(100, 50)), fit({1000, 1000}), {}, 0, "same"},
-        {"fit a smaller image, scaling up", Image(quadrants(100, 50)), fit({1000, 1000}, true), {1000, 500}, 1.0, "RGBY"},
-        {"fit as shown", Image(quadrants(400, 300), 1.0, Orientation::Right), fit({100, 1000}), {100, 133}, 1.0, "BRYG"},
-    };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.what);
-        const Image out = row.op(row.image);
-        if (row.corners == "same") {
-            EXPECT_EQ(out.bitmap().cacheKey(), row.image.bitmap().cacheKey());
-        } else {
-            EXPECT_EQ(std::make_tuple(out.bitmap().size(), out.scale(), corners(out.bitmap()), out.imageOrientation()),
-                      std::make_tuple(row.pixels, row.scale, row.corners, Orientation::Up));
-        }
-    }
-}
-
-TEST(ImageTransforms, CropsInPointsAndInPixels)
+// The still camera's cut of the seen part: in points, times the scale, in the bitmap's own frame,
+// rounded outwards to whole pixels and clipped to the bitmap; scale and orientation kept. (The
+// pixel forms and cropImage have no caller in the component.)
+TEST(ImageTransforms, CropsInPointsRoundOutwardsAndClip)
 {
     const Image image(coordinates(100, 80), 2.0, Orientation::Right);
-    const Image other(quadrants(100, 80));
-    const QRectF rect(10, 5, 20, 10);
-
-    // Points: times the scale, in the bitmap's own frame; scale and orientation kept.
-    for (const Image &cut : {CropCategory::crop(image, rect), CropCategory::cropImage(other, image, rect)}) {
-        EXPECT_EQ(cut.bitmap().size(), QSize(40, 20));
-        EXPECT_EQ(cut.bitmap().pixel(0, 0), qRgb(20, 10, 0));
-        EXPECT_EQ(cut.scale(), 2.0);
-        EXPECT_EQ(cut.imageOrientation(), Orientation::Right);
-    }
-    // Pixels: taken as they are; crop:inRect: cuts its receiver, never its image argument.
-    for (const Image &cut : {CropCategory::crop(image, other, rect), CropCategory::croppIngimageByImageName(other, image, rect)}) {
-        EXPECT_EQ(cut.bitmap().size(), QSize(20, 10));
-        EXPECT_EQ(cut.bitmap().pixel(0, 0), qRgb(10, 5, 0));
-        EXPECT_EQ(cut.scale(), 1.0);
-        EXPECT_EQ(cut.imageOrientation(), Orientation::Up);
-    }
-    // Rounded outwards to whole pixels and clipped to the bitmap.
-    EXPECT_EQ(CropCategory::crop(image, other, QRectF(0.5, 0.5, 1, 1)).bitmap().size(), QSize(2, 2));
-    EXPECT_EQ(CropCategory::crop(image, other, QRectF(90, 70, 50, 50)).bitmap().size(), QSize(10, 10));
-    EXPECT_TRUE(CropCategory::crop(image, other, QRectF(200, 0, 10, 10)).isNull());
-}
-
-TEST(ImageTransforms, RedrawnCropWorksOnThePictureAsShown)
-{
-    const Image image(quadrants(60, 40), 1.0, Orientation::Right); // shown 40x60: blue, red / yellow, green
-    EXPECT_EQ(CropCategory::imageWithImage(Image(), image, QRectF(0, 0, 40, 60)).bitmap().cacheKey(),
-              image.bitmap().cacheKey());
-
-    const QImage cut = CropCategory::imageWithImage(Image(), image, QRectF(30, 0, 20, 30)).bitmap();
-    EXPECT_EQ(cut.size(), QSize(20, 30));
-    EXPECT_EQ(at(cut, 5, 15), 'R');
-    EXPECT_EQ(at(cut, 15, 15), 'T'); // beyond the picture
-}
-
-TEST(ImageTransforms, SquareIsOpaqueAtScreenScaleAndSqueezed)
-{
-    auto profile = ZQTPlatform::DeviceProfile::current();
-    profile.screenScale = 2.0;
-    ZQTPlatform::DeviceProfile::setCurrent(profile);
-
-    // Stripes red, green, blue of 50, 100 and 50 along the long side. At width 50 the source is
-    // drawn 75 long from -12.5: the stripes end at 6.25 and 43.75.
-    for (const bool landscape : {true, false}) {
-        SCOPED_TRACE(landscape);
-        QImage stripes(200, 100, QImage::Format_RGB32);
-        QPainter painter(&stripes);
-        painter.fillRect(0, 0, 50, 100, Qt::red);
-        painter.fillRect(50, 0, 100, 100, Qt::green);
-        painter.fillRect(150, 0, 50, 100, Qt::blue);
-        painter.end();
-        const Image image(stripes, 1.0, landscape ? Orientation::Up : Orientation::LeftMirrored);
-
-        const Image square = CropCategory::squareImageWithImage(Image(), image, QSizeF(50, 999));
-        EXPECT_EQ(square.size(), QSizeF(50, 50));
-        EXPECT_EQ(square.scale(), 2.0);
-        EXPECT_FALSE(square.bitmap().hasAlphaChannel());
-        std::string along;
-        for (const qreal p : {4.0, 8.0, 42.0, 46.0})
-            along += landscape ? at(square.bitmap(), 2 * p, 50) : at(square.bitmap(), 50, 2 * p);
-        EXPECT_EQ(along, "RGGB");
-    }
+    const Image cut = CropCategory::crop(image, QRectF(10, 5, 20, 10));
+    EXPECT_EQ(cut.bitmap().size(), QSize(40, 20));
+    EXPECT_EQ(cut.bitmap().pixel(0, 0), qRgb(20, 10, 0));
+    EXPECT_EQ(cut.scale(), 2.0);
+    EXPECT_EQ(cut.imageOrientation(), Orientation::Right);
+    EXPECT_EQ(CropCategory::crop(image, QRectF(0.25, 0.25, 0.5, 0.5)).bitmap().size(), QSize(2, 2));
+    EXPECT_EQ(CropCategory::crop(image, QRectF(45, 35, 25, 25)).bitmap().size(), QSize(10, 10));
+    EXPECT_TRUE(CropCategory::crop(image, QRectF(100, 0, 5, 5)).isNull());
 }

@@ -58,7 +58,7 @@ TEST(ImageDecoding, ExifOrientationBecomesTheImageOrientationWithoutRotatingPixe
     EXPECT_TRUE(Image::imageWithContentsOfFile("/no/such/file.png").isNull());
 }
 
-TEST(ImageFiles, ScaleComesFromTheFileNameAndVectorsRenderAtNaturalSizeTimesScale)
+TEST(ImageFiles, ScaleComesFromTheFileNameVectorsRenderAtNaturalSizeTimesScaleAndBareNamesFindFiles)
 {
     TemporaryMainBundle dir;
     const QByteArray svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"30\" height=\"10\">"
@@ -77,20 +77,17 @@ TEST(ImageFiles, ScaleComesFromTheFileNameAndVectorsRenderAtNaturalSizeTimesScal
     const Image sharp = Image::imageWithContentsOfFile(dir.path() + "/logo@3x.svg");
     EXPECT_EQ(sharp.bitmap().size(), QSize(90, 30));
     EXPECT_EQ(colourAt(sharp), QColor(0, 255, 0));
-}
 
-TEST(ImageFiles, NamesWithoutExtensionTryPngThenScaledThenJpeg)
-{
-    TemporaryMainBundle bundle;
-    bundle.writeFile("badge@2x.png", encoded(Qt::red));
+    // Names without an extension try PNG, then the scaled file, then JPEG.
+    dir.writeFile("badge@2x.png", encoded(Qt::red));
     const Bundle main = Bundle::mainBundle();
     EXPECT_EQ(Image::imageNamed("badge", main).scale(), 2.0);
 
-    bundle.writeFile("badge.png", encoded(Qt::blue));
+    dir.writeFile("badge.png", encoded(Qt::blue));
     EXPECT_EQ(colourAt(Image::imageNamed("badge", main)), QColor(Qt::blue));
     EXPECT_EQ(colourAt(Image::imageNamed("badge@2x.png", main)), QColor(Qt::red));
 
-    bundle.writeFile("photo.jpg", encoded(Qt::white, "JPG"));
+    dir.writeFile("photo.jpg", encoded(Qt::white, "JPG"));
     EXPECT_FALSE(Image::imageNamed("photo").isNull());
     EXPECT_TRUE(Image::imageNamed("missing").isNull());
     EXPECT_TRUE(Image::imageNamed("badge", Bundle()).isNull());

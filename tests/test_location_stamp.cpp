@@ -1,8 +1,8 @@
 // The location stamp: its text, the box drawn on a photo, the one-shot position requests of the
-// configuration singleton and of ZQTLocationUtils over an NMEA file, and `zqt-vin stamp`.
+// configuration singleton over an NMEA file, and `zqt-vin stamp`. (ZQTLocationUtils, which
+// nothing in the component calls, has no test of its own.)
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "Model/ZQTVINScanComponentConstantsLocation_p.h"
-#include "Utils/ZQTLocationUtils.h"
 #include "platform/foundation/Authorization.h"
 #include "platform/location/LocationManager.h"
 #include "support/TestData.h"
@@ -20,8 +20,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
-
-#include <ctime>
 
 using Constants = ZQTVINScanComponentConstants;
 using ZQTPlatform::Authorization;
@@ -95,15 +93,6 @@ int boxLeft(const QImage &stamped)
     return -1;
 }
 
-// Delegate calls of ZQTLocationUtils, in order.
-struct RecordingDelegate : ZQTLocationUtilsDelegate
-{
-    void updateUsersLocation(const QGeoPositionInfo &location) override { locations << location; }
-    void locationManager(LocationManager *, Authorization::LocationStatus status) override { statuses << status; }
-    QList<QGeoPositionInfo> locations;
-    QList<Authorization::LocationStatus> statuses;
-};
-
 QGeoPositionInfo fixAt(double latitude, double longitude, int second)
 {
     return QGeoPositionInfo(QGeoCoordinate(latitude, longitude), QDateTime(QDate(2024, 3, 5), QTime(12, 0, second), Qt::UTC));
@@ -126,20 +115,6 @@ TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
     EXPECT_EQ(Stamp::stampText(noonUtc, QTimeZone("Asia/Kolkata"), -33.5f, 151.25f),
               "Jul 01, 2024  17:30:00 IST\nLat: -33.5  Long: 151.25");
     QLocale::setDefault(savedLocale);
-
-    // The public form takes now and the default time zone.
-    const QByteArray savedTz = qgetenv("TZ"); // null when unset
-    qputenv("TZ", "Asia/Kolkata");
-    tzset();
-    const QDateTime before = QDateTime::currentDateTimeUtc();
-    const QString text = Constants::getTextOverlayWithLatitude(37.33233141f, -122.0312186f);
-    const QDateTime after = QDateTime::currentDateTimeUtc();
-    savedTz.isNull() ? qunsetenv("TZ") : qputenv("TZ", savedTz);
-    tzset();
-    const QTimeZone kolkata("Asia/Kolkata");
-    EXPECT_TRUE(text == Stamp::stampText(before, kolkata, 37.33233141f, -122.0312186f)
-                || text == Stamp::stampText(after, kolkata, 37.33233141f, -122.0312186f))
-        << text.toStdString();
 }
 
 TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercentAtScaleOne)
@@ -175,7 +150,7 @@ TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercentAtScaleO
     EXPECT_EQ(std::make_pair(scaled.scale(), scaled.bitmap().size()), std::make_pair(qreal(1.0), QSize(400, 200)));
 }
 
-TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)
+TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStopsAndPhotosAreStampedWithIt)
 {
     Constants *constants = Constants::sharedInstance();
     QList<QPair<bool, QString>> replaced, answers;
@@ -198,10 +173,8 @@ TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStops)
     QTest::qWait(50);
     EXPECT_EQ(answers.size(), 1);
     EXPECT_TRUE(replaced.isEmpty());
-}
 
-TEST_F(LocationStamp, StampedPhotoWithPositionOrTheInputWhenThereIsNone)
-{
+    // A photo is stamped with the position, or comes back as it is when there is none.
     const Image input(greyPicture(900, 300));
     QList<QPair<QImage, bool>> outputs; // image, on the GUI thread
     const auto record = [&](const Image &image) { outputs.append({image.bitmap(), QThread::currentThread() == qApp->thread()}); };
@@ -218,33 +191,7 @@ TEST_F(LocationStamp, StampedPhotoWithPositionOrTheInputWhenThereIsNone)
     EXPECT_EQ(outputs.last().first, input.bitmap()); // as without any source (ZqtVinStamp failures)
 }
 
-TEST_F(LocationStamp, LocationUtilsReportsTheOldestFixOnceAndForwardsAuthorisation)
-{
-    RecordingDelegate delegate;
-    ZQTLocationUtils utils;
-    utils.setDelegate(&delegate);
-    EXPECT_TRUE(ZQTLocationUtils::isLocationServicesEnabled());
-    bool completionCalled = false;
-    utils.updateLocationWithCompletion([&] { completionCalled = true; });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !delegate.locations.isEmpty(); }, 5000));
-    QTest::qWait(1200); // the file's later fixes are not reported
-    ASSERT_EQ(delegate.locations.size(), 1);
-    EXPECT_NEAR(delegate.locations.first().coordinate().latitude(), 37.33233141, 1e-6);
-    EXPECT_FALSE(utils.locationManager()->isUpdatingLocation());
-    EXPECT_EQ(delegate.statuses, QList{Authorization::LocationStatus::AuthorizedWhenInUse});
-    EXPECT_FALSE(completionCalled);
-
-    // A batch: its first (oldest) element goes out; an empty batch and errors change nothing.
-    LocationManager *manager = utils.locationManager();
-    utils.locationManager(manager, QList<QGeoPositionInfo>{});
-    utils.locationManager(manager, ZQTPlatform::Error("kCLErrorDomain", 0, "unknown"));
-    EXPECT_EQ(delegate.locations.size(), 1);
-    utils.locationManager(manager, QList{fixAt(10, 20, 0), fixAt(11, 21, 1), fixAt(12, 22, 2)});
-    ASSERT_EQ(delegate.locations.size(), 2);
-    EXPECT_EQ(delegate.locations.last().coordinate(), QGeoCoordinate(10, 20));
-}
-
-TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
+TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpegAndFailuresHaveTheirOwnStatus)
 {
     QTemporaryDir dir;
     const QString input = dir.filePath("in.png");
@@ -264,15 +211,9 @@ TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpeg)
     ASSERT_EQ(jpeg.status, 0) << jpeg.err.toStdString();
     EXPECT_TRUE(jpeg.out.contains(coordinatesLine));
     EXPECT_EQ(QImageReader(dir.filePath("out.JPG")).format(), "jpeg");
-}
 
-// Usage errors: test_command_line_manners.cpp.
-TEST(ZqtVinStamp, FailuresHaveTheirOwnStatus)
-{
-    QTemporaryDir dir;
-    const QString input = dir.filePath("in.png");
-    ASSERT_TRUE(greyPicture(200, 100).save(input));
-    const QString out = dir.filePath("out.png");
+    // Failures have their own status (usage errors: test_command_line_manners.cpp).
+    const QString out = dir.filePath("failed.png");
     EXPECT_EQ(runZqtVin({"stamp", dir.filePath("none.png"), out, "--lat", "1", "--lon", "2"}).status, 3);
     ZqtVinRun noFix = runZqtVin({"stamp", input, out, "--nmea", dir.filePath("none.nmea")});
     EXPECT_EQ(noFix.status, 3);

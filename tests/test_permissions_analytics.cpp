@@ -71,19 +71,16 @@ TEST_F(PermissionsAnalytics, ForegroundCheckChoosesTextsOrAsksForTheCamera)
         EXPECT_EQ(Authorization::cameraAccessRequestCount() - requestsBefore, row.asks ? 1 : 0) << qPrintable(label);
     }
     EXPECT_TRUE(screen->findChild<QWidget *>("permissionConverView")->isHidden()) << "the cover is never shown";
-}
 
-TEST_F(PermissionsAnalytics, CameraCanStillBeUsedUnlessRefused)
-{
-    const auto screen = makeScreen();
-    const bool expected[] = {true, false, false, true};
+    // The camera can still be used unless refused.
+    const bool usable[] = {true, false, false, true};
     for (int status = 0; status <= 3; ++status) {
         Authorization::setCameraStatus(CameraStatus(status));
-        EXPECT_EQ(screen->permissionCheckWithThrow(status % 2), expected[status]) << status;
+        EXPECT_EQ(screen->permissionCheckWithThrow(status % 2), usable[status]) << status;
     }
 }
 
-TEST_F(PermissionsAnalytics, EachEventTypeHasItsOwnPayload)
+TEST_F(PermissionsAnalytics, EachEventTypeHasItsOwnPayloadAndTheTimeSpentIsInMilliseconds)
 {
     const struct { uint type; QString content; const char *eventType, *eventName, *posted; } cases[] = {
         {0, "x", "helpOverlay", "vinScan", "NULL"}, // the help event carries no content
@@ -109,27 +106,21 @@ TEST_F(PermissionsAnalytics, EachEventTypeHasItsOwnPayload)
     for (uint type : {4u, 17u, 0xFFFFFFFFu})
         screen->pushAnalyticsInfoForEventType(type, "x");
     EXPECT_TRUE(recorder.events.isEmpty());
-    NotificationCenter::defaultCenter().removeObserver(&withUserInfo);
-    EXPECT_EQ(withUserInfo, 0);
-}
 
-TEST_F(PermissionsAnalytics, TimeSpentIsWholeMillisecondsSinceTheScreenLoaded)
-{
-    const auto screen = makeScreen();
+    // The time spent is whole milliseconds since the screen loaded.
     screen->loadViewIfNeeded();
     QTest::qWait(60);
-
-    AnalyticsRecorder recorder;
+    AnalyticsRecorder timeSpent;
     const qint64 before = screen->startingTime().msecsTo(QDateTime::currentDateTime());
     screen->sendTimeSpent();
     const qint64 after = screen->startingTime().msecsTo(QDateTime::currentDateTime());
-
-    ASSERT_EQ(recorder.events.size(), 1);
-    const QString content = recorder.events.first().value("content").toString();
-    EXPECT_EQ(recorder.events.first().value("eventName"), "screenTime");
+    ASSERT_EQ(timeSpent.events.size(), 1);
+    EXPECT_EQ(timeSpent.events.first().value("eventName"), "screenTime");
     bool isInteger = false;
-    const qint64 milliseconds = content.toLongLong(&isInteger);
-    ASSERT_TRUE(isInteger) << qPrintable(content);
+    const qint64 milliseconds = timeSpent.events.first().value("content").toString().toLongLong(&isInteger);
+    ASSERT_TRUE(isInteger) << qPrintable(timeSpent.events.first().value("content").toString());
     EXPECT_GE(milliseconds, std::max<qint64>(before, 60));
     EXPECT_LE(milliseconds, after);
+    NotificationCenter::defaultCenter().removeObserver(&withUserInfo);
+    EXPECT_EQ(withUserInfo, 0);
 }

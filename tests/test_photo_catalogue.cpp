@@ -1,4 +1,4 @@
-// The photo catalogue: slot validity, the slot factories and overlay setters, the VIN slot built
+// The photo catalogue: slot validity, the slot factories, the VIN slot built
 // from configuration with its ping-pong help frames, and the framework's own pictures.
 #include "ZQTVINScanComponent.h"
 #include "platform/foundation/Dispatch.h"
@@ -109,14 +109,6 @@ TEST(PhotoCatalogue, BundlePicturesComeOnlyFromTheNamedBundleOfTheMainBundle)
     EXPECT_EQ(colorOf(missing->overlayImage()), "null");
     EXPECT_FALSE(missing->isValidModel());
 
-    // The setters keep the picture they have when nothing loads. The first word names both the
-    // bundle and the picture; the second is not used.
-    const QString red = host.writeFile("loose/red.png", solidPng(Qt::red));
-    EXPECT_EQ(colorOf(missing->setOverlayWithPath(red).overlayImage()), "#ff0000");
-    EXPECT_EQ(colorOf(missing->setOverlayWithPath(host.path() + "/none.png").overlayImage()), "#ff0000");
-    EXPECT_EQ(colorOf(missing->setOverlayWithName("Cars", "Trucks").overlayImage()), "#ff0000") << "no Cars.png";
-    host.writeFile("Cars.bundle/Cars.png", solidPng(Qt::green));
-    EXPECT_EQ(colorOf(missing->setOverlayWithName("Cars", "Trucks").overlayImage()), "#00ff00");
 }
 
 TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)

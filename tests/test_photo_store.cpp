@@ -1,5 +1,5 @@
 // The claim photo store: its folders and file names, the stored size and encoding, the log
-// lines, the listings and capture items, the completion forms and the small helpers.
+// lines, the listings and capture items, and the listing's completion form.
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 
@@ -89,7 +89,7 @@ TEST(PhotoStore, StoredSizeFollowsTheLongSideRuleAndIsDrawnUpright)
     EXPECT_NE(ZQTVINScanUtils::compressImage(small).bitmap().convertToFormat(QImage::Format_RGB32), small.bitmap());
 }
 
-TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndLogs)
+TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndSaveWritesOnlyWithATitleAndAPicture)
 {
     const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-1", "door");
     LogCapture log;
@@ -114,19 +114,16 @@ TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndLogs)
     ZQTVINScanUtils::writeFile(picture(64, 48), nowhere);
     EXPECT_FALSE(QFile::exists(nowhere));
     EXPECT_EQ(log.lines(), QStringList({"Error excluding FILE from iCloud: " + nowhere, "file writing: " + nowhere}));
-}
 
-TEST(PhotoStore, SaveWritesOnlyWhenThereIsATitleAndAPicture)
-{
-    const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-1", "door");
-    LogCapture log;
+    // Saving writes only when there is a title and a picture.
+    ASSERT_TRUE(QFile::remove(path));
+    log.clear();
     EXPECT_EQ(ZQTVINScanUtils::savePhotoWithClaimId("CLM-1", picture(64, 48), "", path), path);
     EXPECT_EQ(ZQTVINScanUtils::savePhotoWithClaimId("CLM-1", Image(), "door", path), path);
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_TRUE(log.lines().isEmpty());
     EXPECT_EQ(ZQTVINScanUtils::savePhotoWithClaimId("ignored", picture(64, 48), "door", path), path);
     EXPECT_EQ(log.lines(), QStringList({"save photo: " + path, "file writing: " + path}));
-
 }
 
 TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)
@@ -181,7 +178,8 @@ TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)
     EXPECT_THROW(ZQTVINScanUtils::allPhotosWithClaimId("CLM-1"), ZQTPlatform::Exception);
 }
 
-TEST(PhotoStore, CompletionFormsAnswerOnThePool)
+// (The photo-and-path form has no caller in the component.)
+TEST(PhotoStore, TheListingsCompletionFormAnswersOnThePool)
 {
     saveDoor("CLM-2");
     QSemaphore answered;
@@ -196,31 +194,5 @@ TEST(PhotoStore, CompletionFormsAnswerOnThePool)
         });
         ASSERT_TRUE(answered.tryAcquire(1, 10000));
     }
-    for (const char *title : {"door", "window"}) {
-        ZQTVINScanUtils::loadPhotoAndPathWithClaimId("CLM-2", title, [&](const Image &image, const Image &photo) {
-            answer(QString("%1 %2").arg(image.isNull()).arg(photo.isNull()));
-        });
-        ASSERT_TRUE(answered.tryAcquire(1, 10000));
-    }
-    EXPECT_EQ(answers, QStringList({"door.jpg  0", " ZQTPhotoComponents 100", "0 0", "1 1"}));
-}
-
-TEST(PhotoStore, ByteCountsStepUpOnlyAboveTheLimit)
-{
-    const std::pair<QVariant, const char *> cases[] = {
-        {1024, "1024.00 bytes"}, {1025, "1.00 KB"}, {QString("2048"), "2.00 KB"}, {3.5e9, "3.26 GB"},
-        {1125899906842624.0, "1024.00 TB"}};
-    for (const auto &[value, text] : cases)
-        EXPECT_EQ(ZQTVINScanUtils::transformedValue(value), text) << value.toString().toStdString();
-    EXPECT_THROW(ZQTVINScanUtils::transformedValue(1125899906842625.0), ZQTPlatform::Exception);
-}
-
-TEST(PhotoStore, OverlayJsonWrapsTheValueOrLogsWhyItCannot)
-{
-    const QVariantList overlays = {QVariantMap{{"title", "VIN"}, {"frames", QStringList{"a", "b"}}}, 2, true, QVariant()};
-    EXPECT_EQ(ZQTVINScanUtils::createJSONStringFromData(overlays),
-              R"({"overlays":[{"frames":["a","b"],"title":"VIN"},2,true,null]})");
-    LogCapture log;
-    EXPECT_TRUE(ZQTVINScanUtils::createJSONStringFromData(qQNaN()).isNull());
-    EXPECT_EQ(log.lines(), QStringList{"Got an error: Invalid number value (NaN) in JSON write"});
+    EXPECT_EQ(answers, QStringList({"door.jpg  0", " ZQTPhotoComponents 100"}));
 }

@@ -23,7 +23,7 @@ QJsonValue json(const QString &line)
 
 } // namespace
 
-TEST(ZqtVinPhotos, AddStoresAnyImageThroughTheSavePathThenListPathAndDeleteFindIt)
+TEST(ZqtVinPhotos, AddStoresAnyImageThroughTheSavePathThenListPathAndDeleteFindItAndBadArgumentsFail)
 {
     QTemporaryDir dir;
     const QString png = dir.filePath("door.png");
@@ -58,13 +58,9 @@ TEST(ZqtVinPhotos, AddStoresAnyImageThroughTheSavePathThenListPathAndDeleteFindI
         EXPECT_EQ(run.status, step.status) << step.args.join(' ').toStdString();
         EXPECT_EQ(run.out.trimmed(), step.out) << step.args.join(' ').toStdString();
     }
-}
 
-TEST(ZqtVinPhotos, BadArgumentsAreUsageErrorsAndUnreadableImagesFailures)
-{
-    QTemporaryDir dir;
+    // Bad arguments are usage errors, unreadable images failures; neither prints anything.
     const QString notAnImage = writeTestFile(dir.filePath("notes.png"), "notes");
-
     struct Case { QStringList args; int status; };
     const Case cases[] = {
         {{"photos", "list", "--claim", "C", "door"}, 2},

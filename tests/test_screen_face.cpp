@@ -175,22 +175,28 @@ TEST_F(ScreenFace, FlashButtonCyclesTheLabelTorchStillCameraAndAnalytics)
     }
     EXPECT_EQ(flashChanges(analytics), QStringList({"On", "Off"}));
 
-    // A torch without a flash unit never lights; the label and the analytics still follow.
+    // A torch without a flash unit never lights and the camera records the flash as off; the label
+    // and the analytics still follow.
     CaptureDevice::Capabilities torchOnly;
     torchOnly.flash = false;
     device->setCapabilities(torchOnly);
     QTest::mouseClick(button, Qt::LeftButton);
     EXPECT_EQ(label->text(), texts.value(1).toString());
     EXPECT_EQ(device->torchMode(), CaptureDevice::TorchMode::Off);
+    EXPECT_EQ(screen->camera()->cameraFlash(), StillCamera::CameraFlash::Off);
     EXPECT_EQ(flashChanges(analytics).last(), "On");
 
-    // Leaving the screen puts the torch out.
+    // Leaving the screen puts the torch out and gives the status bar back to the host.
     device->setCapabilities(CaptureDevice::Capabilities());
     QTest::mouseClick(button, Qt::LeftButton);
     QTest::mouseClick(button, Qt::LeftButton);
     ASSERT_EQ(device->torchMode(), CaptureDevice::TorchMode::On);
+    EXPECT_TRUE(Application::sharedApplication()->isStatusBarHidden()) << "the screen's own answer applies";
+    capture.clear();
     screen->navigationController()->pushViewController(new ViewController, false);
     EXPECT_EQ(device->torchMode(), CaptureDevice::TorchMode::Off);
+    EXPECT_EQ(capture.steps().mid(0, 2), QStringList({"viewWillDisappear", "turnTorchOn"}));
+    EXPECT_FALSE(Application::sharedApplication()->isStatusBarHidden());
 }
 
 TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSideAndOnlyWhileTheScreenLives)

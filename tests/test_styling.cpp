@@ -1,5 +1,5 @@
 // Styling: colours from text and keys, colour images and tinted icons, button and label set-up,
-// label height, and the label attributes that scenes set from configuration keys.
+// and the label attributes that scenes set from configuration keys.
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/ui/ButtonStyle.h"
 #include "platform/foundation/Exception.h"
@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFontMetricsF>
 #include <QLabel>
 #include <QPushButton>
 
@@ -31,7 +30,7 @@ QColor textColour(const QLabel &label)
 
 } // namespace
 
-TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoes)
+TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoesAndKeysMayBeEmptyOrMissing)
 {
     const QList<std::pair<QString, QColor>> cases = {
         {"#FF8800", QColor(0xFF, 0x88, 0x00)},   {"#00ff00", QColor(0, 255, 0)},
@@ -53,10 +52,8 @@ TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoes)
         EXPECT_EQ(e.name(), "NSRangeException");
     }
     EXPECT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
-}
 
-TEST(StylingColours, AnEmptyKeyValueIsClearAndAMissingKeyOpaqueBlack)
-{
+    // By key: an empty value is clear, a missing key opaque black.
     TemporaryMainBundle host;
     host.writeSettings("<key>ManualVINButtonBorderColor</key><string></string>"
                        "<key>Theme</key><dict><key>OwnColor</key><string>#336699</string></dict>");
@@ -65,7 +62,7 @@ TEST(StylingColours, AnEmptyKeyValueIsClearAndAMissingKeyOpaqueBlack)
     EXPECT_EQ(C::getGlobalColorForKey("OwnColor").rgba(), qRgb(0x33, 0x66, 0x99));
 }
 
-TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndTakesTheColour)
+TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndNamedOnesComeFromTheHostFirst)
 {
     // Columns of different colours and alphas, at scale 2 and turned a quarter.
     QImage bitmap(4, 2, QImage::Format_ARGB32);
@@ -89,10 +86,8 @@ TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndTakesTheColour)
         }
     }
     EXPECT_TRUE(C::getGlobalImageFrom(Image(), Qt::red).isNull());
-}
 
-TEST(StylingImages, NamedImagesComeFromTheHostFirstThenTheFrameworkOrNowhere)
-{
+    // Named images come from the host first, then the framework, or nowhere.
     TemporaryMainBundle host;
     const Image framework = C::getGlobalImageWithName("help_info_vin", Qt::blue);
     ASSERT_FALSE(framework.isNull());
@@ -108,7 +103,7 @@ TEST(StylingImages, NamedImagesComeFromTheHostFirstThenTheFrameworkOrNowhere)
     EXPECT_TRUE(C::getGlobalImageWithName("no_such_icon", Qt::blue).isNull());
 }
 
-TEST(StylingButton, EachArgumentReachesItsLookWithPerStateBackgroundImages)
+TEST(StylingButton, EachArgumentReachesItsLookAndTheBackgroundOfItsStateIsDrawnCutToTheCorners)
 {
     QPushButton button;
     QFont font = button.font();
@@ -122,26 +117,24 @@ TEST(StylingButton, EachArgumentReachesItsLookWithPerStateBackgroundImages)
     EXPECT_DOUBLE_EQ(ButtonStyle::borderWidth(&button), 2.0);
     EXPECT_EQ(ButtonStyle::borderColor(&button), QColor(Qt::blue));
     EXPECT_TRUE(ButtonStyle::clipsToBounds(&button));
-}
 
-TEST(StylingButton, DrawsTheBackgroundOfItsStateCutToTheCornersOnlyWhenClipping)
-{
+    // Drawn: the background of its state, cut to the corners only when clipping.
     QWidget container;
     container.setStyleSheet("background-color: white;");
     container.resize(120, 40);
-    auto *button = new QPushButton(&container);
-    button->setGeometry(0, 0, 120, 40);
-    C::configButton(button, QColor(0, 128, 0), "B", Qt::red, 12.0f, QColor(), 0.0f, button->font(), Qt::black);
-    EXPECT_EQ(ButtonStyle::borderColor(button).alpha(), 0) << "no border colour gives a clear border";
+    auto *drawn = new QPushButton(&container);
+    drawn->setGeometry(0, 0, 120, 40);
+    C::configButton(drawn, QColor(0, 128, 0), "B", Qt::red, 12.0f, QColor(), 0.0f, drawn->font(), Qt::black);
+    EXPECT_EQ(ButtonStyle::borderColor(drawn).alpha(), 0) << "no border colour gives a clear border";
     const QImage rounded = container.grab().toImage();
     EXPECT_EQ(rounded.pixelColor(60, 3), QColor(0, 128, 0));
     EXPECT_EQ(rounded.pixelColor(0, 0), QColor(Qt::white)) << "the corner is cut off";
 
-    button->setDown(true);
+    drawn->setDown(true);
     EXPECT_EQ(container.grab().toImage().pixelColor(60, 3), QColor(Qt::red)) << "the highlighted background";
-    button->setDown(false);
+    drawn->setDown(false);
 
-    ButtonStyle::setClipsToBounds(button, false);
+    ButtonStyle::setClipsToBounds(drawn, false);
     EXPECT_EQ(container.grab().toImage().pixelColor(0, 0), QColor(0, 128, 0));
 }
 
@@ -158,24 +151,6 @@ TEST(StylingLabel, AKnownFontKeepsTheLabelsSizeAndAnUnknownOneGivesTheDefaultLab
     C::configLabel(&label, Qt::cyan, "NoSuchFont-Regular");
     EXPECT_EQ(label.font(), ZQTPlatform::Font::systemFontOfSize(17.0));
     EXPECT_EQ(textColour(label), QColor(Qt::cyan));
-}
-
-TEST(StylingLabel, HeightIsTheTextsAreaOverTheWidthInWholeRoundedLines)
-{
-    QLabel label("The vehicle identification number");
-    label.setFont(*ZQTPlatform::Font::fontWithName("DejaVuSans", 20.0));
-    const QFontMetricsF metrics(label.font());
-    const double area = metrics.horizontalAdvance(label.text()) * metrics.height();
-    const double line = metrics.lineSpacing();
-
-    label.resize(int(std::ceil(area / metrics.height())) + 10, 30);
-    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), line) << "fits on one line";
-    label.resize(int(std::round(area / (2.5 * line))), 30);
-    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), 3 * line) << "two and a half lines take three";
-
-
-    label.setText(QString());
-    EXPECT_DOUBLE_EQ(C::getHeightOfLabel(&label), 0.0);
 }
 
 TEST(StylingLabel, ScenesSetTheThreeKeysOfTheirLabelsWhenLoaded)

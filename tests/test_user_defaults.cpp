@@ -67,31 +67,6 @@ TEST_F(ZQTUserDefaultsTest, ScopedValuesOfEveryKindAreFlushedUnderClaimListAndSu
     }
 }
 
-TEST_F(ZQTUserDefaultsTest, ReadsNeverCreateClaims)
-{
-    U::setBool(true, "SAVE_IMAGE_COMPLETED", kOtherClaim);
-    EXPECT_EQ(U::integerForKey("SAVE_IMAGE_COMPLETED", kClaim), 0);
-    EXPECT_FALSE(U::boolForKey("SAVE_IMAGE_COMPLETED", kClaim));
-    EXPECT_FALSE(U::getObjectForKey("x", kClaim).isValid());
-    EXPECT_TRUE(U::getDictionaryForClaim(kClaim).isEmpty());
-
-    EXPECT_EQ(U::getAllClaimsDictionary().keys(), QStringList{kOtherClaim});
-    EXPECT_EQ(claimListOnDisk().keys(), QStringList{kOtherClaim});
-}
-
-TEST_F(ZQTUserDefaultsTest, IntegerReadsOfFractionalNumbersDropTheFraction)
-{
-    const QList<QPair<double, qintptr>> cases{{2.75, 2}, {-2.75, -2}, {9.9, 9}, {-0.5, 0}, {3.0, 3}};
-    for (const auto &[stored, expected] : cases) {
-        U::setDouble(stored, "n");
-        U::setDouble(stored, "n", kClaim);
-        U::setFloat(float(stored), "f", kClaim);
-        EXPECT_EQ(U::integerForKey("n"), expected) << stored;
-        EXPECT_EQ(U::integerForKey("n", kClaim), expected) << stored;
-        EXPECT_EQ(U::integerForKey("f", kClaim), expected) << stored;
-    }
-}
-
 TEST_F(ZQTUserDefaultsTest, ANilValueRemovesTheKeyButKeepsTheClaim)
 {
     U::setObject("a", "first", kClaim);
@@ -109,10 +84,17 @@ TEST_F(ZQTUserDefaultsTest, ANilValueRemovesTheKeyButKeepsTheClaim)
     EXPECT_TRUE(claimListOnDisk().contains(kOtherClaim));
 }
 
-TEST_F(ZQTUserDefaultsTest, ClaimsKeepSeparateValuesAndClearingOneLeavesTheOthers)
+TEST_F(ZQTUserDefaultsTest, ReadsNeverCreateClaimsAndClaimsKeepSeparateValuesAndClearingOneLeavesTheOthers)
 {
-    U::setBool(true, "SAVE_IMAGE_COMPLETED", kClaim);
     U::setBool(false, "SAVE_IMAGE_COMPLETED", kOtherClaim);
+    EXPECT_EQ(U::integerForKey("SAVE_IMAGE_COMPLETED", kClaim), 0);
+    EXPECT_FALSE(U::boolForKey("SAVE_IMAGE_COMPLETED", kClaim));
+    EXPECT_FALSE(U::getObjectForKey("x", kClaim).isValid());
+    EXPECT_TRUE(U::getDictionaryForClaim(kClaim).isEmpty());
+    EXPECT_EQ(U::getAllClaimsDictionary().keys(), QStringList{kOtherClaim});
+    EXPECT_EQ(claimListOnDisk().keys(), QStringList{kOtherClaim});
+
+    U::setBool(true, "SAVE_IMAGE_COMPLETED", kClaim);
     U::setInteger(3, "count", kOtherClaim);
     U::setObject("top-level value", kClaim); // a top-level key spelled like the claim id
     EXPECT_TRUE(U::boolForKey("SAVE_IMAGE_COMPLETED", kClaim));
