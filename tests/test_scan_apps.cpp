@@ -57,7 +57,18 @@ TEST(CaptureApp, RefusesMissingClaimsAndUnreadableSourcesAndGivesUpAfterItsTimeo
     EXPECT_TRUE(nothing.out.isEmpty());
 }
 
-// Both programs read printed text through the same scan host: once here, through zqt-vin scan.
+TEST(CaptureApp, ReadTextReadsThePrintedSampleClip)
+{
+    const ZqtVinRun run = runZqtVinCapture({"--claim", "CLM-TEXT", "--source", ZQT_PRINTED_SAMPLE_CLIP, "--read-text",
+                                            "--exit-on-result", "--timeout", "50"});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QJsonObject report = jsonLine(run.out.split('\n', Qt::SkipEmptyParts).value(0));
+    EXPECT_EQ(report.value("vin").toString(), sampleVin);
+    EXPECT_TRUE(report.value("isVINScanned").toBool());
+    EXPECT_TRUE(report.value("isVINValid").toBool());
+    EXPECT_EQ(report.value("source").toString(), "text");
+}
+
 TEST(ZqtVinScan, ReadTextReadsAPrintedVinPhoto)
 {
     QTemporaryDir dir;
