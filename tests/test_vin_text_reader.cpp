@@ -97,6 +97,17 @@ INSTANTIATE_TEST_SUITE_P(
                       FrameCase{"PlateSansSerif", VinTextArt::Carrier::EmbossedPlate, "Liberation Sans", -1, 0.1, 0, 0, 85}),
     [](const ::testing::TestParamInfo<FrameCase> &info) { return std::string(info.param.name); });
 
+// Pictures too small or too thin to hold a line give no candidates (and no OpenCV error from a
+// copy scaled to nothing).
+TEST_F(PrintedVinFrames, SliversAndTinyPicturesGiveNothing)
+{
+    for (const QSize size : {QSize(1, 1), QSize(3, 2), QSize(2000, 1), QSize(1, 900), QSize(100000, 8)}) {
+        QImage picture(size, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        EXPECT_TRUE(reader->read(picture).isEmpty()) << size.width() << "x" << size.height();
+    }
+}
+
 TEST(PrintedVinLookAlikes, AreResolvedByTheCheckDigit)
 {
     const struct

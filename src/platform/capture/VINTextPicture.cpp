@@ -41,11 +41,12 @@ QImage pictureOf(const cv::Mat &pixels)
     return picture;
 }
 
-// A copy of the matrix scaled to size, each pixel the mean of those it covers.
+// A copy of the matrix scaled to size (at least one pixel each way), each pixel the mean of those
+// it covers.
 cv::Mat shrunk(const cv::Mat &pixels, const cv::Size &size)
 {
     cv::Mat out;
-    cv::resize(pixels, out, size, 0, 0, cv::INTER_AREA);
+    cv::resize(pixels, out, cv::Size(std::max(1, size.width), std::max(1, size.height)), 0, 0, cv::INTER_AREA);
     return out;
 }
 
