@@ -103,8 +103,10 @@ void VINTextOutput::videoFrameArrived(const QVideoFrame &frame)
         || d->sinceRestart.elapsed() < qint64(d->readingDelay * 1000))
         return;
     d->worker.start([d = d.get(), frame, generation = d->generation] {
-        // Worker thread: only the reader of the private part is touched here.
-        QList<VINTextCandidate> candidates = d->reader->read(imageFromVideoFrame(frame));
+        // Worker thread: only the reader of the private part is touched here. The reader wants
+        // grey, which a YUV frame holds as it is.
+        const QImage luma = lumaOfVideoFrame(frame);
+        QList<VINTextCandidate> candidates = d->reader->read(luma.isNull() ? imageFromVideoFrame(frame) : luma);
         return [d, candidates = std::move(candidates), frameSize = QSizeF(frame.size()), generation] {
             if (generation == d->generation)
                 d->frameRead(candidates, frameSize);

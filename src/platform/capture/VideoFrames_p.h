@@ -25,4 +25,8 @@ ZQT_EXPORT QImage renderVideoFrame(const QVideoFrame &frame, const QRectF &sourc
 // The whole frame at its own size, as an RGB32 picture. Safe on any thread.
 ZQT_EXPORT QImage imageFromVideoFrame(const QVideoFrame &frame);
 
+// The luma plane of a frame in one of the YUV formats read directly, as a grey picture of its own
+// (Format_Grayscale8); null for other formats. Safe on any thread.
+ZQT_EXPORT QImage lumaOfVideoFrame(const QVideoFrame &frame);
+
 } // namespace ZQTPlatform
