@@ -75,10 +75,9 @@ QImage smoothGrey(const QImage &picture, double scale)
     if (picture.format() == QImage::Format_Grayscale8) {
         grey = pixelsOf(picture);
     } else {
-        // 32-bit pixels lie in memory as blue, green, red, alpha on the little-endian machines
+        // RGB32 pixels lie in memory as blue, green, red, unused on the little-endian machines
         // this runs on.
-        const QImage bgra = picture.depth() == 32 && !picture.hasAlphaChannel() ? picture
-                                                                                 : picture.convertToFormat(QImage::Format_RGB32);
+        const QImage bgra = picture.format() == QImage::Format_RGB32 ? picture : picture.convertToFormat(QImage::Format_RGB32);
         cv::cvtColor(cv::Mat(bgra.height(), bgra.width(), CV_8UC4, const_cast<uchar *>(bgra.constBits()),
                              size_t(bgra.bytesPerLine())),
                      grey, cv::COLOR_BGRA2GRAY);
