@@ -127,6 +127,8 @@ TEST_F(BarcodeSession, ScannedLabelIsSavedReportedAndStopsTheScanner)
         EXPECT_GT(at, previous) << step.toStdString();
         previous = at;
     }
+    // One read, one validation in the log.
+    EXPECT_EQ(steps.count("validateVIN"), 1);
 }
 
 TEST_F(BarcodeSession, FirstAcceptedCodeWinsAndRepeatsAreIgnored)

@@ -22,6 +22,16 @@ QStringList candidates(const QString &payload)
     return texts;
 }
 
+QString vinOf(const QString &payload)
+{
+    const QStringList texts = candidates(payload);
+    for (const QString &text : texts) {
+        if (VINCheck::verdict(text) == VINCheck::Verdict::Valid)
+            return text;
+    }
+    return texts.first();
+}
+
 int rank(const QString &payload)
 {
     if (payload.isNull())

@@ -11,6 +11,10 @@ namespace VINPayload {
 // then for 18 or more characters its first and its last 17.
 QStringList candidates(const QString &payload);
 
+// The VIN validateVIN reports for the payload: its first candidate that is a valid VIN, else its
+// first candidate. Thread-safe; logs nothing.
+QString vinOf(const QString &payload);
+
 // 0: a valid VIN under validateVIN's rule; 1: VIN-shaped (a candidate of 17 VIN characters whose
 // check digit does not agree); 2: anything else (part numbers, paint codes, no text).
 // Thread-safe; logs nothing.

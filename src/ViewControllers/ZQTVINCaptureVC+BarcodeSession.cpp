@@ -309,7 +309,8 @@ void ZQTVINCaptureVC::captureStillOfRead(const QString &payload, VINSource sourc
     d->lastVINSource = source;
     {
         const QMutexLocker lock(&d->photoStateLock);
-        d->vinInProcess = validateVIN(payload).VIN();
+        // Validated (and logged) once, when the read is reported.
+        d->vinInProcess = VINPayload::vinOf(payload);
     }
     if (d->scanResultLbl)
         d->scanResultLbl->setText(payload);
