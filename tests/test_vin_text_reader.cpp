@@ -40,7 +40,7 @@ QList<ReadCharacter> line(const QString &text, float confidence = 95,
 
 VINTextCandidate candidate(const QString &vin, bool valid, float confidence = 95)
 {
-    return {vin, valid, confidence, QRect()};
+    return {vin, valid, confidence, QRect(), QString()};
 }
 
 } // namespace
@@ -54,6 +54,8 @@ struct FrameCase
     const char *font;
     double tilt, perspective, blur, glare;
     int jpeg;
+    double noise = 4;
+    double textHeight = 28;
 };
 
 class PrintedVinFrames : public ::testing::TestWithParam<FrameCase>
@@ -78,7 +80,8 @@ TEST_P(PrintedVinFrames, AreReadWithinFiveFrames)
     scene.blurRadius = c.blur;
     scene.glare = c.glare;
     scene.jpegQuality = c.jpeg;
-    scene.noiseSigma = 4;
+    scene.noiseSigma = c.noise;
+    scene.textHeight = c.textHeight;
     VINTextConsensus consensus;
     std::optional<VINTextCandidate> read;
     for (int frame = 0; frame < 5 && !read; ++frame)
@@ -94,7 +97,9 @@ INSTANTIATE_TEST_SUITE_P(
                       FrameCase{"PlateBehindGlass", VinTextArt::Carrier::EmbossedPlate, "OCR B", -3, 0.05, 0.8, 0.4, 70},
                       FrameCase{"FormField", VinTextArt::Carrier::FormField, "Liberation Mono", 4, 0.1, 0.4, 0, 60},
                       FrameCase{"StickerTiltedWithGlare", VinTextArt::Carrier::DoorSticker, "DejaVu Sans Mono", -4, 0.1, 0.4, 0.4, 60},
-                      FrameCase{"PlateSansSerif", VinTextArt::Carrier::EmbossedPlate, "Liberation Sans", -1, 0.1, 0, 0, 85}),
+                      FrameCase{"PlateSansSerif", VinTextArt::Carrier::EmbossedPlate, "Liberation Sans", -1, 0.1, 0, 0, 85},
+                      // Small print in grainy light: the grain must not hide the line from the layout.
+                      FrameCase{"SmallGrainyPlate", VinTextArt::Carrier::EmbossedPlate, "DejaVu Sans", -1.2, 0.15, 1.2, 0, 55, 9, 21}),
     [](const ::testing::TestParamInfo<FrameCase> &info) { return std::string(info.param.name); });
 
 // Pictures too small or too thin to hold a line give no candidates (and no OpenCV error from a
@@ -164,6 +169,14 @@ TEST(PrintedVinLineRuns, AreTakenFromWholeWords)
             vins.append(candidate.vin);
         EXPECT_EQ(vins, c.expected) << c.name;
     }
+
+    // A 1 read as A, with the 1 weighed: A and 1 have the same value, so both pass the check
+    // digit, and the weighed one is kept as the rival. Weighed too faintly, it is noise.
+    const QString readAsA = QStringLiteral("AHGCM82633A004352");
+    EXPECT_EQ(vinCandidates(line(readAsA, 95, {{0, '1'}})).value(0).sameValueRival, hondaVin);
+    QList<ReadCharacter> faint = line(readAsA, 95, {{0, '1'}});
+    faint[0].choices[1].confidence = 5;
+    EXPECT_TRUE(vinCandidates(faint).value(0).sameValueRival.isEmpty());
 }
 
 TEST(PrintedVinConsensus, DecidesWhenAVinIsRead)
@@ -175,6 +188,8 @@ TEST(PrintedVinConsensus, DecidesWhenAVinIsRead)
     const VINTextCandidate hondaMisread92 = candidate(QStringLiteral("1HGCM82638A004352"), false, 92);
     const VINTextCandidate toyotaNoCheck = candidate(QStringLiteral("JTMW53FV60D023016"), false, 92);
     const VINTextCandidate toyotaUnsure = candidate(QStringLiteral("JTMW53FV60D023016"), false, 60);
+    VINTextCandidate hondaReadAsA = candidate(QStringLiteral("AHGCM82633A004352"), true);
+    hondaReadAsA.sameValueRival = hondaVin;
     const struct
     {
         const char *name;
@@ -187,6 +202,8 @@ TEST(PrintedVinConsensus, DecidesWhenAVinIsRead)
         // Another reading of the line that passes the check digit holds the read until it has
         // left the window.
         {"RivalReadingHolds", {{wrongButValid}, {honda}, {honda}, {honda}}, std::nullopt},
+        // A reading the check digit cannot tell from one the engine weighed is held the same way.
+        {"WeighedRivalHolds", {{hondaReadAsA}, {hondaReadAsA}, {hondaReadAsA}}, std::nullopt},
         {"RivalReadingLongGone", {{wrongButValid}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {honda}, {honda}, {honda}}, hondaVin},
         {"NoCheckDigitTwice", {{toyotaNoCheck}, {toyotaNoCheck}}, std::nullopt},
         {"NoCheckDigitThrice", {{toyotaNoCheck}, {toyotaNoCheck}, {toyotaNoCheck}}, QStringLiteral("JTMW53FV60D023016")},

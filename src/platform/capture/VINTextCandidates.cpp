@@ -18,6 +18,9 @@ constexpr int firstSerialDigitIndex = 13;
 constexpr int maxChanges = 2;
 // A character read at least this confidently keeps its shape: its look-alikes are not tried.
 constexpr float sureConfidence = 90;
+// Another choice the engine weighed at least this confidently is a rival reading of its place;
+// below it, the engine's other choices are noise (mostly 0).
+constexpr float rivalChoiceConfidence = 10;
 
 // The look-alike pairs within the VIN alphabet. Their other halves (O and Q for 0 and D, I for
 // 1 and L) cannot occur: the engine reads nothing outside the alphabet.
@@ -150,6 +153,27 @@ bool isLabel(const QList<ReadCharacter> &prefix)
     return readings.contains(bestReading(prefix));
 }
 
+// Another reading that passes the check digit as well as a valid one, with a character the
+// engine weighed in place of the one chosen; empty when there is none. The check digit gives A, J
+// and 1 the same value (and B, K, S and 2, and so on), so it cannot tell them apart: a bold 1
+// with a wide foot, read as A and weighed as 1, passes either way.
+QString sameValueRival(const QString &valid, const QList<ReadCharacter> &run)
+{
+    QString reading = valid;
+    for (int index = 0; index < vinLength; ++index) {
+        for (const ReadCharacter::Choice &choice : run[index].choices) {
+            if (choice.character == valid.at(index) || choice.confidence < rivalChoiceConfidence
+                || !fitsPlace(choice.character, index))
+                continue;
+            reading[index] = choice.character;
+            if (isValid(reading))
+                return reading;
+        }
+        reading[index] = valid.at(index);
+    }
+    return {};
+}
+
 // The places at which two readings of 17 characters differ.
 int differences(const QString &a, const QString &b)
 {
@@ -170,6 +194,7 @@ VINTextCandidate candidateOf(const QList<ReadCharacter> &run)
     if (const std::optional<QString> resolved = resolveByCheckDigit(run)) {
         candidate.vin = *resolved;
         candidate.checkDigitValid = true;
+        candidate.sameValueRival = sameValueRival(candidate.vin, run);
     } else {
         candidate.vin = bestReading(run);
     }
@@ -303,9 +328,12 @@ bool VINTextConsensus::isMostReadAtEveryPlace(const QString &vin) const
 
 bool VINTextConsensus::hasRivalReading(const QString &vin) const
 {
-    return std::any_of(m_attempts.begin(), m_attempts.end(), [&vin](const QList<VINTextCandidate> &attempt) {
-        return std::any_of(attempt.begin(), attempt.end(), [&vin](const VINTextCandidate &other) {
-            return other.checkDigitValid && other.vin != vin && differences(other.vin, vin) <= maxDifferencesOfOneLine;
+    const auto isRival = [&vin](const QString &other) {
+        return !other.isEmpty() && other != vin && differences(other, vin) <= maxDifferencesOfOneLine;
+    };
+    return std::any_of(m_attempts.begin(), m_attempts.end(), [&](const QList<VINTextCandidate> &attempt) {
+        return std::any_of(attempt.begin(), attempt.end(), [&](const VINTextCandidate &other) {
+            return (other.checkDigitValid && isRival(other.vin)) || isRival(other.sameValueRival);
         });
     });
 }

@@ -21,6 +21,9 @@ struct VINTextCandidate
     // The lowest confidence (0..100) among the 17 characters as read.
     float confidence = 0;
     QRect box; // pixels of the picture read
+    // Another reading that passes the check digit as well, with a character the engine weighed
+    // that the check digit cannot tell from the one chosen (A, J or 1); empty when there is none.
+    QString sameValueRival;
 };
 
 // The North-American check-digit test the candidates use. The VIN rules belong to the component's
@@ -73,9 +76,10 @@ private:
     // same line then outvote it, even when they disagree among themselves.
     bool isMostReadAtEveryPlace(const QString &vin) const;
     // Whether the last rivalWindow attempts hold another reading of the VIN's line that passes
-    // the check digit too. Then the engine misreads the line in a way the check digit misses (a
-    // 3, a 5 and a 0 read as B, S and D, all three at once, frame after frame, between frames
-    // read right), and neither reading is a read until the other is that long gone.
+    // the check digit too, read or weighed. Then the engine misreads the line in a way the check
+    // digit misses (a 3, a 5 and a 0 read as B, S and D, all three at once, frame after frame,
+    // between frames read right; a 1 read as A), and neither reading is a read until the other
+    // is that long gone.
     bool hasRivalReading(const QString &vin) const;
 
     using Attempts = std::deque<QList<VINTextCandidate>>;

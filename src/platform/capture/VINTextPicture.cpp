@@ -196,12 +196,16 @@ QImage evenedForReading(const QImage &depth)
     while (strokes > 0 && (seen += histogram[strokes]) < total / 200)
         --strokes;
     const int scale = std::max(strokes, standsOut);
+    // Shallower than a fifth of the strokes is paper: sensor noise and JPEG blocks. Stretched
+    // with the strokes, they would grain the paper so that the engine's layout takes the whole
+    // picture for one block and finds no line in it.
+    const int paper = scale / 5;
     QImage evened(depth.size(), QImage::Format_Grayscale8);
     for (int y = 0; y < depth.height(); ++y) {
         const uchar *in = depth.constScanLine(y);
         uchar *out = evened.scanLine(y);
         for (int x = 0; x < depth.width(); ++x)
-            out[x] = uchar(255 - std::min(255, in[x] * 255 / scale));
+            out[x] = uchar(255 - std::clamp((in[x] - paper) * 255 / (scale - paper), 0, 255));
     }
     return evened;
 }

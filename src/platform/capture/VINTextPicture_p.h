@@ -35,7 +35,7 @@ QImage turned(const QImage &evened, const QTransform &turn);
 QImage withoutRuledLines(const QImage &level);
 
 // The picture as the engine reads it best: dark strokes on white paper, their depth stretched to
-// full contrast. Format_Grayscale8.
+// full contrast, the paper's grain gone. Format_Grayscale8.
 QImage evenedForReading(const QImage &depth);
 
 } // namespace ZQTPlatform
