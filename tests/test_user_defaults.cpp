@@ -67,23 +67,6 @@ TEST_F(ZQTUserDefaultsTest, ScopedValuesOfEveryKindAreFlushedUnderClaimListAndSu
     }
 }
 
-TEST_F(ZQTUserDefaultsTest, ANilValueRemovesTheKeyButKeepsTheClaim)
-{
-    U::setObject("a", "first", kClaim);
-    U::setObject("b", "second", kClaim);
-    U::setObject(QVariant(), "first", kClaim);
-    EXPECT_EQ(claimOnDisk(kClaim).keys(), QStringList{"second"});
-
-    U::setObjectForKeyWithClaimID(QVariant(), "second", kClaim);
-    EXPECT_TRUE(claimListOnDisk().contains(kClaim)) << "the emptied claim stays";
-    EXPECT_TRUE(claimOnDisk(kClaim).isEmpty());
-    EXPECT_TRUE(U::getAllClaimsDictionary().contains(kClaim));
-
-    // A nil value for a claim that does not exist yet creates it, empty.
-    U::setObject(QVariant(), "first", kOtherClaim);
-    EXPECT_TRUE(claimListOnDisk().contains(kOtherClaim));
-}
-
 TEST_F(ZQTUserDefaultsTest, ReadsNeverCreateClaimsAndClaimsKeepSeparateValuesAndClearingOneLeavesTheOthers)
 {
     U::setBool(false, "SAVE_IMAGE_COMPLETED", kOtherClaim);
@@ -111,6 +94,12 @@ TEST_F(ZQTUserDefaultsTest, ReadsNeverCreateClaimsAndClaimsKeepSeparateValuesAnd
     U::clearUserDefaultsForClaimID(kNil);
     U::clearUserDefaultsForClaimID("CLM-unknown");
     EXPECT_EQ(store.onDisk(), before);
+
+    // An empty claim id is not nil: it is a claim of its own. (The nil id's top level, and nil
+    // values removing a key but keeping the claim: the settings command's tests.)
+    U::setInteger(9, "count", QStringLiteral(""));
+    EXPECT_EQ(claimOnDisk("").value("count").toInt(), 9);
+    EXPECT_FALSE(store.onDisk().contains("count"));
 }
 
 TEST_F(ZQTUserDefaultsTest, RemovingAKeyTheClaimDoesNotHoldWritesNothing)
@@ -128,27 +117,6 @@ TEST_F(ZQTUserDefaultsTest, RemovingAKeyTheClaimDoesNotHoldWritesNothing)
     EXPECT_TRUE(QFileInfo::exists(store.path()));
     EXPECT_TRUE(claimListOnDisk().contains(kClaim));
     EXPECT_TRUE(claimOnDisk(kClaim).isEmpty());
-}
-
-TEST_F(ZQTUserDefaultsTest, ANilClaimIdActsOnTheTopLevel)
-{
-    U::setObject("beside ClaimList", "note", kNil);
-    U::setInteger(5, "count", kNil);
-    U::setBool(true, "flag", kClaim);
-    EXPECT_EQ(U::objectForKey("note").toString(), "beside ClaimList");
-    EXPECT_EQ(U::getObjectForKey("note", kNil).toString(), "beside ClaimList");
-    EXPECT_EQ(U::integerForKey("count"), 5);
-    EXPECT_EQ(store.onDisk().keys(), (QStringList{"ClaimList", "count", "note"}));
-    EXPECT_EQ(claimListOnDisk().keys(), QStringList{kClaim});
-
-    U::removeObjectForKey("note", kNil);
-    U::setObject(QVariant(), "count", kNil);
-    EXPECT_EQ(store.onDisk().keys(), QStringList{"ClaimList"});
-
-    // An empty claim id is not nil: it is a claim of its own.
-    U::setInteger(9, "count", QStringLiteral(""));
-    EXPECT_EQ(claimOnDisk("").value("count").toInt(), 9);
-    EXPECT_FALSE(store.onDisk().contains("count"));
 }
 
 TEST_F(ZQTUserDefaultsTest, ValuesThatAreNotPropertyListsAreRefusedAndLogged)
