@@ -88,8 +88,8 @@ TEST_F(ManualEntry, TypedTextLosesBlanksStopsAtSeventeenPastedTextMayBeLongerAnd
     EXPECT_FALSE(screen->session()->isRunning()) << "OK never restarts the scanner";
 }
 
-// The prompt over the dimmed screen with the digit row along its bottom, and the picture that
-// stands for the typed text in the camera area.
+// The prompt over the dimmed screen with the digit row along its bottom. (The picture for a typed
+// VIN has no caller in the component or the apps.)
 TEST_F(ManualEntry, DigitRowAppendsUpToAWholeVinAlongTheBottomOfThePromptOverTheDimmedScreen)
 {
     AlertController *alert = showScreen();
@@ -130,15 +130,6 @@ TEST_F(ManualEntry, DigitRowAppendsUpToAWholeVinAlongTheBottomOfThePromptOverThe
     keys->setInputTextField(nullptr);
     QTest::mouseClick(keys->buttons().at(3), Qt::LeftButton);
     EXPECT_EQ(field()->text().size(), 16) << "a key with no field types nothing";
-
-    const QImage picture = screen->imageForManualScanWithText(validVin).bitmap();
-    ASSERT_EQ(picture.size(), screen->findChild<QWidget *>("cameraImageView")->size());
-    EXPECT_EQ(picture.pixelColor(2, 2), QColor(Qt::black));
-    int white = 0;
-    for (int x = 0; x < picture.width(); ++x)
-        white += qGray(picture.pixel(x, picture.height() / 2)) > 200;
-    EXPECT_GT(white, 10) << "white text across the middle";
-    EXPECT_LT(qGray(picture.pixel(picture.width() / 2, 4)), 10) << "and nowhere near the top";
 }
 
 TEST_F(ManualEntry, ButtonStopsTheScannerAndHidingTheKeyboardTakesTheRowAway)
