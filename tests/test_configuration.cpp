@@ -87,7 +87,6 @@ TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyOtherKeysComeFromTheFra
     EXPECT_FALSE(C::getGlobalBoolForKey(key));
     EXPECT_TRUE(C::getConfigArrayForKey(key).isEmpty());
     EXPECT_TRUE(C::getGlobalDictionaryForKey(key).isEmpty());
-    EXPECT_TRUE(C::getGlobalImageForKey(key).isNull());
 
     // A host bundle is read through Default_Settings.plist only, never through ZQTConfig.plist.
     QFile::remove(host.settingsPath());
