@@ -6,6 +6,7 @@
 #include "ZQTVINScanComponent.h"
 #include "platform/capture/CaptureDevice.h"
 #include "platform/ui/LayoutConstraint.h"
+#include "platform/ui/View.h"
 #include "platform/foundation/URLOpening.h"
 #include "support/LogCapture.h"
 #include "support/MarkupProbe.h"
@@ -121,10 +122,18 @@ protected:
 
 TEST_F(AdjusterPanel, TrimsBlanksCollapsesEmptyRowsAndShowsRecordFieldsAsPlainText)
 {
-    host.writeSettings(adjusterSettings("x", "", false, ""));
+    host.writeSettings(adjusterSettings("x", "", false, "")
+                       + "<key>ApplicationHeaderColor</key><string>#204060</string>"
+                         "<key>ApplicationBoldStyleFontName</key><string>DejaVuSans-Bold</string>");
     Panel *panel = show(dana());
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->labelClaim()->text(), "C-123");
+    // The scene's labels take their colour and font from the keys it names, at the scene's size.
+    EXPECT_EQ(textColor(panel->labelClaim()), QColor(0x20, 0x40, 0x60));
+    EXPECT_EQ(panel->labelClaim()->font().family(), "DejaVu Sans");
+    EXPECT_TRUE(panel->labelClaim()->font().bold());
+    EXPECT_EQ(panel->labelClaim()->font().pixelSize(), 16);
+    EXPECT_FALSE(panel->labelClaim()->property("ColorConfigKey").isValid()) << "the keys are write-only";
     EXPECT_EQ(panel->labelUserType()->text(), "Field adjuster");
     EXPECT_EQ(panel->labelUserName()->text(), "Dana Reyes\n") << "line breaks are kept";
     EXPECT_EQ(panel->labelEmail()->text(), "dana.reyes@example.com");

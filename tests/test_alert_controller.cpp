@@ -134,11 +134,17 @@ AlertController *presentedAlert(PhoneHost &host, AlertController *alert)
 
 } // namespace
 
-TEST(AlertController, CentresTheCardWithTheFieldAboveOneRowOfButtonsCancelFirst)
+TEST(AlertController, OneRowOfButtonsCancelFirstBelowTheFieldDisabledActionsInertHandlersRunWhilePresented)
 {
     PhoneHost host;
-    auto *alert = new AlertController("Title", "Message");
-    auto *ok = new AlertAction("OK", AlertAction::StyleDefault);
+    QPointer<AlertController> alert = new AlertController("Title", "Message");
+    bool presentedDuringHandler = false;
+    int okRuns = 0;
+    auto *ok = new AlertAction("OK", AlertAction::StyleDefault, [&](AlertAction *action) {
+        ++okRuns;
+        presentedDuringHandler = host.navigation->presentedViewController() == action->alertController();
+    });
+    ok->setEnabled(false);
     auto *other = new AlertAction("Other", AlertAction::StyleDestructive);
     auto *cancel = new AlertAction("Cancel", AlertAction::StyleCancel);
     for (AlertAction *action : {ok, other, cancel})
@@ -155,21 +161,6 @@ TEST(AlertController, CentresTheCardWithTheFieldAboveOneRowOfButtonsCancelFirst)
     EXPECT_EQ(top(cancel), top(ok));
     EXPECT_EQ(top(ok), top(other));
     EXPECT_GT(top(ok), alert->textFields().first()->mapTo(alert, QPoint()).y()) << "the field is above the row";
-}
-
-TEST(AlertController, DisabledActionsAreInertAndHandlersRunWhilePresented)
-{
-    PhoneHost host;
-    QPointer<AlertController> alert = new AlertController("Title", QString());
-    bool presentedDuringHandler = false;
-    int okRuns = 0;
-    auto *ok = new AlertAction("OK", AlertAction::StyleDefault, [&](AlertAction *action) {
-        ++okRuns;
-        presentedDuringHandler = host.navigation->presentedViewController() == action->alertController();
-    });
-    ok->setEnabled(false);
-    alert->addAction(ok);
-    presentedAlert(host, alert);
 
     QWidget *button = alert->buttonForAction(ok);
     QTest::mouseClick(button, Qt::LeftButton);

@@ -60,7 +60,7 @@ void expectGroupValues(const QList<std::pair<QByteArray, T>> &cases, Read read)
 } // namespace
 
 // Groups are searched one level deep, after the top level.
-TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyOtherKeysComeFromTheFrameworkAndMissingOnesAreNeutral)
+TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyOtherKeysComeFromTheFrameworkMissingOnesAreNeutralAndTheBundleChoosesTheFile)
 {
     TemporaryMainBundle host;
     host.writeSettings("<key>TextTitle</key><string>Host title</string>"
@@ -87,13 +87,9 @@ TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyOtherKeysComeFromTheFra
     EXPECT_FALSE(C::getGlobalBoolForKey(key));
     EXPECT_TRUE(C::getConfigArrayForKey(key).isEmpty());
     EXPECT_TRUE(C::getGlobalDictionaryForKey(key).isEmpty());
-    EXPECT_TRUE(C::getGlobalImageForKey(key).isNull());
-}
 
-TEST(ConfigurationLookupOrder, TheSearchedBundleChoosesTheFileName)
-{
-    TemporaryMainBundle host;
     // A host bundle is read through Default_Settings.plist only, never through ZQTConfig.plist.
+    QFile::remove(host.settingsPath());
     host.writeFile("ZQTConfig.plist", plistWithEntries("<key>TextTitle</key><string>Wrong file</string>"));
     EXPECT_FALSE(C::getGlobalValueForKey("TextTitle", Bundle::mainBundle()).isValid());
     EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
@@ -128,7 +124,7 @@ TEST(ConfigurationTypedValues, TextFloatAndBooleanReadingsOfEveryKindOfValue)
                             C::getGlobalBoolForKey);
 }
 
-TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFile)
+TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFileAndEndTheGroupSearch)
 {
     TemporaryMainBundle host;
     host.writeSettings("<key>TextFlashButtonArray</key><string>Off</string>"
@@ -143,11 +139,8 @@ TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFile)
                              {"\"HelpOverlayDetailsDictionary\"", file, "expected a dictionary"});
     expectConfigurationError([] { C::getGlobalFloatForKey("ManualVINButtonBorderWidth"); },
                              "NSInvalidArgumentException", {"\"ManualVINButtonBorderWidth\"", file, "is an array"});
-}
 
-TEST(ConfigurationErrors, ATopLevelValueThatIsNeitherTextNorGroupEndsTheGroupSearch)
-{
-    TemporaryMainBundle host;
+    // A top-level value that is neither text nor a group ends the group search.
     host.writeSettings("<key>CornerRadius</key><real>4</real>"
                        "<key>Theme</key><dict><key>TextTitle</key><string>Host</string></dict>");
     EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("CornerRadius"), 4.0f) << "found before the group search starts";

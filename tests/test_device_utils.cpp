@@ -2,7 +2,6 @@
 // the authorisation provider they ask.
 #include "Utils/ZQTDeviceUtils.h"
 #include "Utils/ZQTDeviceUtils_p.h"
-#include "Utils/ZQTVINScanUtils.h"
 #include "platform/foundation/Authorization.h"
 #include "platform/capture/CaptureDevice.h"
 #include "platform/foundation/DeviceProfile.h"
@@ -77,7 +76,7 @@ TEST_F(DeviceUtils, CameraUseNeedsAnOpenableCameraNotOnlyThePermission)
 }
 
 // The question is asked of the device the capture screen would use: a picture or a video file
-// standing in for the camera counts, with the permission and, for the pair, location.
+// standing in for the camera counts, with the permission.
 TEST_F(DeviceUtils, CameraAndLocationUseAreAnsweredFromTheStatusesAndTheDefaultCaptureDevice)
 {
     ASSERT_NE(CaptureDevice::addStandIn(TestData::filled(64, 48, Qt::darkCyan)), nullptr);
@@ -92,7 +91,6 @@ TEST_F(DeviceUtils, CameraAndLocationUseAreAnsweredFromTheStatusesAndTheDefaultC
     for (const auto &[status, permitted] : cases) {
         Authorization::setCameraStatus(status);
         EXPECT_EQ(ZQTDeviceUtils::isCameraUsePermitted(), permitted) << int(status);
-        EXPECT_EQ(ZQTVINScanUtils::hasCameraAndLocationPermissions(), permitted) << int(status);
     }
     // Location use needs "always" or "when in use".
     Authorization::setCameraStatus(CameraStatus::Authorized);
@@ -100,7 +98,6 @@ TEST_F(DeviceUtils, CameraAndLocationUseAreAnsweredFromTheStatusesAndTheDefaultC
     for (int status = 0; status <= 4; ++status) {
         Authorization::setLocationStatus(LocationStatus(status));
         EXPECT_EQ(ZQTDeviceUtils::isLocationUsePermitted(), locationPermitted[status]) << status;
-        EXPECT_EQ(ZQTVINScanUtils::hasCameraAndLocationPermissions(), locationPermitted[status]) << status;
     }
 }
 

@@ -61,7 +61,7 @@ protected:
 } // namespace
 
 // Typing through the X server, Return and Escape: tests/window/test_manual_prompt_on_screen.cpp.
-TEST_F(ManualEntry, TypedTextLosesBlanksStopsAtSeventeenAndOkReportsWithoutRestartingTheScanner)
+TEST_F(ManualEntry, TypedTextLosesBlanksStopsAtSeventeenPastedTextMayBeLongerAndOkReportsWithoutRestartingTheScanner)
 {
     AlertController *alert = showScreen();
     ASSERT_NE(alert, nullptr);
@@ -73,29 +73,23 @@ TEST_F(ManualEntry, TypedTextLosesBlanksStopsAtSeventeenAndOkReportsWithoutResta
     QTest::keyClicks(field(), "9");
     EXPECT_EQ(field()->text(), "1HGCM82633A0O4352") << "an 18th character is refused";
 
-    QTest::mouseClick(okButton(), Qt::LeftButton);
-    ASSERT_EQ(delegate.calls().size(), 1);
-    EXPECT_EQ(delegate.calls()[0].vin, validVin);
-    QTest::qWait(50);
-    EXPECT_FALSE(screen->session()->isRunning()) << "OK never restarts the scanner";
-}
-
-TEST_F(ManualEntry, PastedTwentyCharactersAreTakenAndTheLastSeventeenReported)
-{
-    showScreen();
+    // Pasted, twenty characters are taken; the last seventeen are reported (the O read as a zero:
+    // the capture screen's manual report test).
+    field()->clear();
     QGuiApplication::clipboard()->setText("XY-Z" + validVin);
     QTest::keyClick(field(), Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(field()->text(), "XYZ" + validVin);
     EXPECT_TRUE(okButton()->isEnabled());
     QTest::mouseClick(okButton(), Qt::LeftButton);
-    const auto calls = delegate.calls();
-    ASSERT_EQ(calls.size(), 1);
-    EXPECT_EQ(calls[0].vin, validVin);
-    EXPECT_TRUE(calls[0].valid);
+    ASSERT_EQ(delegate.calls().size(), 1);
+    EXPECT_EQ(delegate.calls()[0].vin, validVin);
+    EXPECT_TRUE(delegate.calls()[0].valid);
+    QTest::qWait(50);
+    EXPECT_FALSE(screen->session()->isRunning()) << "OK never restarts the scanner";
 }
 
-// The prompt over the dimmed screen with the digit row along its bottom, and the picture that
-// stands for the typed text in the camera area.
+// The prompt over the dimmed screen with the digit row along its bottom. (The picture for a typed
+// VIN has no caller in the component or the apps.)
 TEST_F(ManualEntry, DigitRowAppendsUpToAWholeVinAlongTheBottomOfThePromptOverTheDimmedScreen)
 {
     AlertController *alert = showScreen();
@@ -136,15 +130,6 @@ TEST_F(ManualEntry, DigitRowAppendsUpToAWholeVinAlongTheBottomOfThePromptOverThe
     keys->setInputTextField(nullptr);
     QTest::mouseClick(keys->buttons().at(3), Qt::LeftButton);
     EXPECT_EQ(field()->text().size(), 16) << "a key with no field types nothing";
-
-    const QImage picture = screen->imageForManualScanWithText(validVin).bitmap();
-    ASSERT_EQ(picture.size(), screen->findChild<QWidget *>("cameraImageView")->size());
-    EXPECT_EQ(picture.pixelColor(2, 2), QColor(Qt::black));
-    int white = 0;
-    for (int x = 0; x < picture.width(); ++x)
-        white += qGray(picture.pixel(x, picture.height() / 2)) > 200;
-    EXPECT_GT(white, 10) << "white text across the middle";
-    EXPECT_LT(qGray(picture.pixel(picture.width() / 2, 4)), 10) << "and nowhere near the top";
 }
 
 TEST_F(ManualEntry, ButtonStopsTheScannerAndHidingTheKeyboardTakesTheRowAway)

@@ -67,7 +67,7 @@ Image frameworkImage(const char *name)
 
 } // namespace
 
-TEST(PhotoCatalogue, ValidSlotNeedsOverlayPictureHeaderThumbnailAndTitle)
+TEST(PhotoCatalogue, ValidSlotNeedsOverlayPictureHeaderThumbnailAndTitleAndBundlePicturesComeFromTheNamedBundle)
 {
     const Image picture(QImage(4, 4, QImage::Format_RGB32));
     struct Row { const char *what; QString title, header; Image thumbnail, overlay; bool valid; };
@@ -86,10 +86,8 @@ TEST(PhotoCatalogue, ValidSlotNeedsOverlayPictureHeaderThumbnailAndTitle)
         EXPECT_EQ(slot->isValidModel(), row.valid);
         EXPECT_FALSE(slot->autoDisplayFirstTime()) << "the six-argument factory never auto-displays";
     }
-}
 
-TEST(PhotoCatalogue, BundlePicturesComeOnlyFromTheNamedBundleOfTheMainBundle)
-{
+    // The bundle factory's pictures come only from the named bundle of the main bundle.
     TemporaryMainBundle host;
     host.writeFile("Cars.bundle/thumb.png", solidPng(Qt::red));
     host.writeFile("Cars.bundle/overlay.png", solidPng(Qt::green));
@@ -108,7 +106,6 @@ TEST(PhotoCatalogue, BundlePicturesComeOnlyFromTheNamedBundleOfTheMainBundle)
     EXPECT_EQ(colorOf(missing->thumbnailImage()), "null");
     EXPECT_EQ(colorOf(missing->overlayImage()), "null");
     EXPECT_FALSE(missing->isValidModel());
-
 }
 
 TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)

@@ -1,20 +1,17 @@
 // The claim photo store: its folders and file names, the stored size and encoding, the log
-// lines, the listings and capture items, and the listing's completion form.
+// lines, the listings and capture items. (The completion forms and the listing of decoded
+// photos have no caller in the component or the apps.)
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 
 #include "Utils/ZQTVINScanUtils.h"
 #include "Utils/ZQTVINScanUtils_p.h"
-#include "platform/foundation/Exception.h"
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QSemaphore>
-#include <QThread>
 
 #include <sys/xattr.h>
 
@@ -149,7 +146,6 @@ TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)
     QStringList names = ZQTVINScanUtils::allPhotoNamesWithClaimId("CLM-1");
     names.sort();
     EXPECT_EQ(names, expected);
-    EXPECT_EQ(ZQTVINScanUtils::allPhotosWithClaimId("CLM-1").size(), expected.size());
     for (const QString &name : hostFiles)
         ASSERT_TRUE(QFile::remove(folder + "/" + name));
 
@@ -173,26 +169,4 @@ TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)
     for (int i = 0; i < 2; ++i)
         ZQTVINScanUtils::deletePhotoWithClaimId("CLM-1", "a.jpg.jpg", [&](bool deleted) { answers << deleted; });
     EXPECT_EQ(answers, QList<bool>({true, false}));
-
-    writeTestFile(folder + "/notes.txt", "notes"); // not a picture: the photo listing fails on it
-    EXPECT_THROW(ZQTVINScanUtils::allPhotosWithClaimId("CLM-1"), ZQTPlatform::Exception);
-}
-
-// (The photo-and-path form has no caller in the component.)
-TEST(PhotoStore, TheListingsCompletionFormAnswersOnThePool)
-{
-    saveDoor("CLM-2");
-    QSemaphore answered;
-    QStringList answers;
-    const auto answer = [&](const QString &text) {
-        answers << text + (QThread::currentThread() == QCoreApplication::instance()->thread() ? " on the GUI thread" : "");
-        answered.release();
-    };
-    for (const char *claim : {"CLM-2", "CLM-empty"}) {
-        ZQTVINScanUtils::allPhotoNamesWithClaimId(claim, [&](const QStringList &names, const ZQTPlatform::Error &error) {
-            answer(names.join(',') + QString(" %1 %2").arg(error.domain()).arg(error.code()));
-        });
-        ASSERT_TRUE(answered.tryAcquire(1, 10000));
-    }
-    EXPECT_EQ(answers, QStringList({"door.jpg  0", " ZQTPhotoComponents 100"}));
 }

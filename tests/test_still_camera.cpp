@@ -102,7 +102,7 @@ TEST_F(StillCameraTest, NoInputAtStartReportsTheErrorAndLeavesTheSessionStopped)
     EXPECT_EQ(errors.size(), 1);
 }
 
-TEST_F(StillCameraTest, TapFocusesThereAndShowsTheBox)
+TEST_F(StillCameraTest, TapFocusesThereAndShowsTheBoxAndPointsOfInterestFollowTheFillGravity)
 {
     StillCamera *camera = startedCamera();
     QWidget *box = camera->focusBoxLayer();
@@ -120,14 +120,11 @@ TEST_F(StillCameraTest, TapFocusesThereAndShowsTheBox)
     back->setCapabilities(without(&CaptureDevice::Capabilities::lockable));
     QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(10, 10));
     EXPECT_EQ(errors.size(), 1);
-}
 
-// Under the camera's own fill gravity, overflowing at the top and bottom (at the sides: the tap
-// test above).
-TEST_F(StillCameraTest, PointsOfInterestFollowTheFillGravity)
-{
-    StillCamera *camera = startedCamera(QSize(400, 400));
+    // Under the camera's own fill gravity the picture overflows at the sides above; in a square
+    // view, at the top and bottom.
     ASSERT_EQ(camera->captureVideoPreviewLayer()->videoGravity(), VideoPreviewLayer::gravityResizeAspectFill);
+    camera->resize(400, 400);
     const QPointF poi = camera->convertToPointOfInterestFromViewCoordinates(QPointF(100, 200));
     EXPECT_NEAR(poi.x(), 0.5, 1e-9);
     EXPECT_NEAR(poi.y(), 0.75, 1e-9);

@@ -1,11 +1,9 @@
-// Styling: colours from text and keys, colour images and tinted icons, button and label set-up,
-// and the label attributes that scenes set from configuration keys.
+// Styling: colours from text and keys, colour images and tinted icons, button and label set-up.
+// (The label attributes scenes set from configuration keys: the adjuster panel's test.)
 #include "Model/ZQTVINScanComponentConstants.h"
 #include "platform/ui/ButtonStyle.h"
 #include "platform/foundation/Exception.h"
 #include "platform/ui/Font.h"
-#include "platform/ui/Storyboard.h"
-#include "platform/ui/ViewController.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 
@@ -13,8 +11,6 @@
 
 #include <QLabel>
 #include <QPushButton>
-
-#include <memory>
 
 using C = ZQTVINScanComponentConstants;
 using ZQTPlatform::ButtonStyle;
@@ -151,47 +147,4 @@ TEST(StylingLabel, AKnownFontKeepsTheLabelsSizeAndAnUnknownOneGivesTheDefaultLab
     C::configLabel(&label, Qt::cyan, "NoSuchFont-Regular");
     EXPECT_EQ(label.font(), ZQTPlatform::Font::systemFontOfSize(17.0));
     EXPECT_EQ(textColour(label), QColor(Qt::cyan));
-}
-
-TEST(StylingLabel, ScenesSetTheThreeKeysOfTheirLabelsWhenLoaded)
-{
-    TemporaryMainBundle host;
-    host.writeSettings("<key>Title</key><string>Scan the label</string>"
-                       "<key>TitleColor</key><string>#204060</string>"
-                       "<key>TitleFont</key><string>DejaVuSans-Bold</string>");
-    host.writeFile("Labels/Scene.ui", R"(<?xml version="1.0" encoding="UTF-8"?>
-<ui version="4.0">
- <class>Scene</class>
- <widget class="QWidget" name="root">
-  <property name="geometry"><rect><x>0</x><y>0</y><width>200</width><height>100</height></rect></property>
-  <widget class="QLabel" name="title">
-   <property name="font"><font><pointsize>20</pointsize></font></property>
-   <property name="text"><string>as drawn</string></property>
-   <property name="TextConfigKey" stdset="0"><string>Title</string></property>
-   <property name="ColorConfigKey" stdset="0"><string>TitleColor</string></property>
-   <property name="FontConfigKey" stdset="0"><string>TitleFont</string></property>
-  </widget>
-  <widget class="QLabel" name="plain">
-   <property name="text"><string>kept</string></property>
-   <property name="TextConfigKey" stdset="0"><string></string></property>
-  </widget>
-  <widget class="QPushButton" name="button">
-   <property name="text"><string>not a label</string></property>
-   <property name="TextConfigKey" stdset="0"><string>Title</string></property>
-  </widget>
- </widget>
-</ui>
-)");
-    const auto storyboard = ZQTPlatform::Storyboard::storyboardWithName("Labels", ZQTPlatform::Bundle::mainBundle());
-    std::unique_ptr<ZQTPlatform::ViewController> scene(storyboard.instantiateViewControllerWithIdentifier("Scene"));
-    auto *title = scene->findChild<QLabel *>("title");
-    ASSERT_NE(title, nullptr);
-    EXPECT_EQ(title->text(), "Scan the label");
-    EXPECT_EQ(textColour(*title), QColor(0x20, 0x40, 0x60));
-    EXPECT_EQ(title->font().family(), "DejaVu Sans");
-    EXPECT_TRUE(title->font().bold());
-    EXPECT_EQ(title->font().pixelSize(), 20) << "the font at the size the scene gave the label";
-    EXPECT_FALSE(title->property("TextConfigKey").isValid()) << "the keys are write-only";
-    EXPECT_EQ(scene->findChild<QLabel *>("plain")->text(), "kept");
-    EXPECT_EQ(scene->findChild<QPushButton *>("button")->text(), "not a label");
 }

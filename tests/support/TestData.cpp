@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 
 namespace TestData {
 
@@ -16,39 +17,20 @@ QList<QStringList> readCsv(const QString &path)
 {
     QFile file(path);
     QList<QStringList> rows;
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return rows;
-    const QString text = QString::fromUtf8(file.readAll());
-    QStringList row;
-    QString field;
-    bool quoted = false;
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        if (quoted) {
-            if (c == QLatin1Char('"') && i + 1 < text.size() && text.at(i + 1) == QLatin1Char('"')) {
-                field += c;
-                ++i;
-            } else if (c == QLatin1Char('"')) {
-                quoted = false;
-            } else {
-                field += c;
-            }
-        } else if (c == QLatin1Char('"')) {
-            quoted = true;
-        } else if (c == QLatin1Char(',')) {
-            row << field;
-            field.clear();
-        } else if (c == QLatin1Char('\n')) {
-            row << field;
-            rows << row;
-            row.clear();
-            field.clear();
-        } else if (c != QLatin1Char('\r')) {
-            field += c;
+    // A field is quoted (a doubled quote inside stands for one) or runs to the next comma.
+    static const QRegularExpression field(QStringLiteral(R"csv((?:^|,)(?:"((?:[^"]|"")*)"|([^,]*)))csv"));
+    while (!file.atEnd()) {
+        const QString line = QString::fromUtf8(file.readLine()).remove(QLatin1Char('\n'));
+        QStringList row;
+        for (auto fields = field.globalMatch(line); fields.hasNext();) {
+            const QRegularExpressionMatch match = fields.next();
+            row << (match.capturedStart(1) >= 0 ? match.captured(1).replace(QStringLiteral("\"\""), QStringLiteral("\""))
+                                                : match.captured(2));
         }
+        rows << row;
     }
-    if (!field.isEmpty() || !row.isEmpty())
-        rows << (row << field);
     return rows;
 }
 
