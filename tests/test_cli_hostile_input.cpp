@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
@@ -39,7 +40,7 @@ TEST(ZqtVinHostileInput, ScanEscapesControlCharactersOfTheBarcode)
     EXPECT_TRUE(run.out.contains(QStringLiteral("\\x1b[2J"))) << run.out.toStdString();
 }
 
-TEST(ZqtVinHostileInput, PhotosAddRefusesSvgThatDrawsInAnotherFile)
+TEST(ZqtVinHostileInput, PhotosAddAndStampRefuseSvgThatDrawsInAnotherFile)
 {
     const QTemporaryDir dir;
     ASSERT_TRUE(TestData::filled(200, 100, Qt::red).save(dir.filePath("secret.png")));
@@ -50,8 +51,12 @@ TEST(ZqtVinHostileInput, PhotosAddRefusesSvgThatDrawsInAnotherFile)
         const ZqtVinRun run = runZqtVin({"photos", "add", "--claim", "C-1", "--title", "door", writeTestFile(dir.filePath(name), svg)});
         EXPECT_EQ(run.status, 3) << name << run.out.toStdString();
         EXPECT_TRUE(run.err.contains("SVG")) << run.err.toStdString();
+        const ZqtVinRun stamp = runZqtVin({"stamp", dir.filePath(name), dir.filePath("stamped.jpg"), "--lat", "1", "--lon", "2"});
+        EXPECT_EQ(stamp.status, 3) << name << stamp.out.toStdString();
+        EXPECT_TRUE(stamp.err.contains("SVG")) << stamp.err.toStdString();
     }
     EXPECT_EQ(runZqtVin({"photos", "list", "--claim", "C-1"}).status, 1);
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("stamped.jpg")));
 }
 
 TEST(ZqtVinHostileInput, ScanGivesUpOnAVideoThatShowsNoPicture)

@@ -53,6 +53,11 @@ QString escapedForLine(const QString &text);
 // on device").
 QString writeFailure(const QString &path, const QString &writerError = QString());
 
+// Whether the picture file is an SVG (by its contents, whatever its name), after saying on
+// standard error that it is not taken: an SVG picture may draw other files of the machine into
+// itself, and a stored or stamped copy would then carry them.
+bool refusedAsSvg(const QString &imageFile, Streams io);
+
 // Prints the value as one line of compact JSON; a string, number or null is printed as itself.
 void printJson(const QJsonValue &value, QTextStream &out);
 

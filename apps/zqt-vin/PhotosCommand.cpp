@@ -82,12 +82,8 @@ int list(const QString &claimId, const QString &folder, QTextStream &out)
 int add(const Request &request, const QString &path, Streams io)
 {
     const QString imageFile = request.operands.first();
-    // An SVG picture may draw other files of the machine into itself: it is not taken.
-    const QByteArray format = QImageReader(imageFile).format();
-    if (format == "svg" || format == "svgz") {
-        io.err << "zqt-vin: " << imageFile << " is an SVG picture, which is not taken (it can pull in other files)\n";
+    if (refusedAsSvg(imageFile, io))
         return Failure;
-    }
     const ZQTPlatform::Image image = ZQTPlatform::Image::imageWithContentsOfFile(imageFile);
     if (image.isNull()) {
         io.err << "zqt-vin: cannot read an image from " << imageFile << "\n";

@@ -131,6 +131,8 @@ int runStamp(const QStringList &args, Streams io)
     Request request;
     if (const std::optional<int> status = endEarly(args, parseRequest(args, request), io, kUsage))
         return *status;
+    if (refusedAsSvg(request.input, io))
+        return Failure;
     const ZQTPlatform::Image image = ZQTPlatform::Image::imageWithContentsOfFile(request.input);
     if (image.isNull()) {
         io.err << "zqt-vin: cannot read an image from " << request.input << "\n";

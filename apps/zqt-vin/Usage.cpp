@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include <QFileInfo>
+#include <QImageReader>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QStorageInfo>
@@ -45,6 +46,15 @@ QString escapedForLine(const QString &text)
             escaped += c;
     }
     return escaped;
+}
+
+bool refusedAsSvg(const QString &imageFile, Streams io)
+{
+    const QByteArray format = QImageReader(imageFile).format();
+    if (format != "svg" && format != "svgz")
+        return false;
+    io.err << "zqt-vin: " << imageFile << " is an SVG picture, which is not taken (it can pull in other files)\n";
+    return true;
 }
 
 QString writeFailure(const QString &path, const QString &writerError)
