@@ -170,10 +170,33 @@ TEST(PrintedVinLineRuns, AreTakenFromWholeWords)
         EXPECT_EQ(vins, c.expected) << c.name;
     }
 
-    // A 1 read as A, with the 1 weighed: A and 1 have the same value, so both pass the check
-    // digit, and the weighed one is kept as the rival. Weighed too faintly, it is noise.
+    // A 1 read as A with the 1 weighed: A and 1 have the same value, so both pass the check
+    // digit. The glyph read on its own settles the place when it is sure of one and does not
+    // weigh the other; otherwise the weighed reading is the candidate's rival.
     const QString readAsA = QStringLiteral("AHGCM82633A004352");
-    EXPECT_EQ(vinCandidates(line(readAsA, 95, {{0, '1'}})).value(0).sameValueRival, hondaVin);
+    const QList<ReadCharacter> tied = line(readAsA, 95, {{0, '1'}});
+    const struct
+    {
+        const char *name;
+        QList<ReadCharacter::Choice> alone; // empty: no second look
+        QString vin, rival;
+    } ties[] = {
+        {"NoSecondLook", {}, readAsA, hondaVin},
+        {"AloneReadsTheOne", {{'1', 99}, {'L', 40}}, hondaVin, QString()},
+        {"AloneReadsTheA", {{'A', 97}}, readAsA, QString()},
+        {"AloneUnsure", {{'1', 80}}, readAsA, hondaVin},
+        {"AloneWeighsBoth", {{'1', 98}, {'A', 30}}, readAsA, hondaVin},
+    };
+    for (const auto &t : ties) {
+        const GlyphReader readGlyph = t.alone.isEmpty() ? GlyphReader() : [&](const QRect &box) {
+            EXPECT_EQ(box, tied[0].box) << t.name;
+            return t.alone;
+        };
+        const VINTextCandidate candidate = vinCandidates(tied, readGlyph).value(0);
+        EXPECT_EQ(candidate.vin, t.vin) << t.name;
+        EXPECT_EQ(candidate.sameValueRival, t.rival) << t.name;
+    }
+    // Weighed too faintly, the other character is noise.
     QList<ReadCharacter> faint = line(readAsA, 95, {{0, '1'}});
     faint[0].choices[1].confidence = 5;
     EXPECT_TRUE(vinCandidates(faint).value(0).sameValueRival.isEmpty());

@@ -153,25 +153,44 @@ bool isLabel(const QList<ReadCharacter> &prefix)
     return readings.contains(bestReading(prefix));
 }
 
-// Another reading that passes the check digit as well as a valid one, with a character the
-// engine weighed in place of the one chosen; empty when there is none. The check digit gives A, J
-// and 1 the same value (and B, K, S and 2, and so on), so it cannot tell them apart: a bold 1
-// with a wide foot, read as A and weighed as 1, passes either way.
-QString sameValueRival(const QString &valid, const QList<ReadCharacter> &run)
+// Which of two characters the glyph read on its own is: the one it reads surely while not
+// weighing the other at all; nothing when it does not settle between them.
+std::optional<QChar> settledAlone(const QList<ReadCharacter::Choice> &alone, QChar one, QChar other)
 {
-    QString reading = valid;
+    if (alone.isEmpty() || alone.first().confidence < sureConfidence)
+        return std::nullopt;
+    const QChar read = alone.first().character;
+    if (read != one && read != other)
+        return std::nullopt;
+    const QChar beaten = read == one ? other : one;
+    const bool weighed = std::any_of(alone.begin(), alone.end(), [beaten](const ReadCharacter::Choice &choice) {
+        return choice.character == beaten && choice.confidence >= rivalChoiceConfidence;
+    });
+    return weighed ? std::nullopt : std::optional<QChar>(read);
+}
+
+// Settles the places of a candidate that passes the check digit where the engine weighed another
+// character that passes it too (see vinCandidates); keeps the first unsettled one as the rival.
+void settleSameValueTies(VINTextCandidate &candidate, const QList<ReadCharacter> &run, const GlyphReader &readGlyph)
+{
     for (int index = 0; index < vinLength; ++index) {
         for (const ReadCharacter::Choice &choice : run[index].choices) {
-            if (choice.character == valid.at(index) || choice.confidence < rivalChoiceConfidence
-                || !fitsPlace(choice.character, index))
+            const QChar chosen = candidate.vin.at(index);
+            if (choice.character == chosen || choice.confidence < rivalChoiceConfidence || !fitsPlace(choice.character, index))
                 continue;
-            reading[index] = choice.character;
-            if (isValid(reading))
-                return reading;
+            QString rival = candidate.vin;
+            rival[index] = choice.character;
+            if (!isValid(rival))
+                continue;
+            const std::optional<QChar> settled =
+                readGlyph ? settledAlone(readGlyph(run[index].box), chosen, choice.character) : std::nullopt;
+            if (!settled) {
+                candidate.sameValueRival = rival;
+                return;
+            }
+            candidate.vin[index] = *settled;
         }
-        reading[index] = valid.at(index);
     }
-    return {};
 }
 
 // The places at which two readings of 17 characters differ.
@@ -183,7 +202,7 @@ int differences(const QString &a, const QString &b)
     return count;
 }
 
-VINTextCandidate candidateOf(const QList<ReadCharacter> &run)
+VINTextCandidate candidateOf(const QList<ReadCharacter> &run, const GlyphReader &readGlyph)
 {
     VINTextCandidate candidate;
     candidate.confidence = 100;
@@ -194,7 +213,7 @@ VINTextCandidate candidateOf(const QList<ReadCharacter> &run)
     if (const std::optional<QString> resolved = resolveByCheckDigit(run)) {
         candidate.vin = *resolved;
         candidate.checkDigitValid = true;
-        candidate.sameValueRival = sameValueRival(candidate.vin, run);
+        settleSameValueTies(candidate, run, readGlyph);
     } else {
         candidate.vin = bestReading(run);
     }
@@ -235,7 +254,7 @@ std::optional<QString> resolveByCheckDigit(const QList<ReadCharacter> &run)
     return std::nullopt;
 }
 
-QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line)
+QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line, const GlyphReader &readGlyph)
 {
     QList<VINTextCandidate> candidates;
     QList<qsizetype> wordStarts;
@@ -261,7 +280,7 @@ QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line)
         if (runStart < 0)
             continue;
         if (const auto run = withDigitSerial(line.mid(runStart, vinLength)))
-            candidates.append(candidateOf(*run));
+            candidates.append(candidateOf(*run, readGlyph));
     }
     return candidates;
 }

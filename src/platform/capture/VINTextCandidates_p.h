@@ -9,6 +9,7 @@
 #include <QRect>
 #include <QString>
 #include <deque>
+#include <functional>
 #include <optional>
 
 namespace ZQTPlatform {
@@ -22,7 +23,8 @@ struct VINTextCandidate
     float confidence = 0;
     QRect box; // pixels of the picture read
     // Another reading that passes the check digit as well, with a character the engine weighed
-    // that the check digit cannot tell from the one chosen (A, J or 1); empty when there is none.
+    // that the check digit cannot tell from the one chosen (A, J or 1) and that a second look at
+    // the glyph did not settle; empty when there is none.
     QString sameValueRival;
 };
 
@@ -36,7 +38,15 @@ void setVINCheckDigitTest(VINCheckDigitTest test);
 // gaps (a VIN printed in groups, "WVWZZZ 1JZ 3W 386752"), or it is the end of a longer word whose
 // start is the label "VIN" glued on ("VIN:1HG..."). A window cut from any other longer word would
 // give a shifted reading, which passes the check digit one time in eleven by chance.
-QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line);
+//
+// Where the engine weighed, beside a character of a reading that passes the check digit, another
+// that passes it too (A, J and 1 have the same value; so have B, K, S and 2), the check digit
+// cannot choose: readGlyph, when given, reads that one glyph on its own (the line's context is
+// what makes the engine take a bold 1 for an A), and settles the place when it reads one of the
+// two surely and the other not at all. Otherwise the candidate keeps the other reading as its
+// sameValueRival.
+using GlyphReader = std::function<QList<ReadCharacter::Choice>(const QRect &box)>;
+QList<VINTextCandidate> vinCandidates(const QList<ReadCharacter> &line, const GlyphReader &readGlyph = {});
 
 // The VIN the check digit picks among the look-alikes of a run of 17 characters, when exactly one
 // reading with the fewest changes (at most maxChanges) has a valid check digit; the run's own

@@ -34,6 +34,27 @@ QChar vinCharacter(const char *text)
     return QByteArray(VINTextEngine::alphabet()).contains(text[0]) ? c : QChar();
 }
 
+// The choices for the symbol at the iterator: the engine's best first, then its alternatives
+// within the alphabet, each once. Empty when the best is outside the alphabet.
+QList<ReadCharacter::Choice> choicesAt(const tesseract::ResultIterator &it)
+{
+    QList<ReadCharacter::Choice> choices;
+    std::unique_ptr<char[]> text(it.GetUTF8Text(tesseract::RIL_SYMBOL));
+    const QChar best = vinCharacter(text.get());
+    if (best.isNull())
+        return choices;
+    choices.append({best, it.Confidence(tesseract::RIL_SYMBOL)});
+    tesseract::ChoiceIterator choice(it);
+    do {
+        const QChar alternative = vinCharacter(choice.GetUTF8Text());
+        const bool known = std::any_of(choices.begin(), choices.end(),
+                                       [alternative](const ReadCharacter::Choice &c) { return c.character == alternative; });
+        if (!alternative.isNull() && !known)
+            choices.append({alternative, choice.Confidence()});
+    } while (choice.Next());
+    return choices;
+}
+
 } // namespace
 
 struct VINTextEngine::Private
@@ -102,6 +123,25 @@ QList<QRect> VINTextEngine::findLines(const QImage &grey)
     return lines;
 }
 
+QList<ReadCharacter::Choice> VINTextEngine::readGlyph(const QRect &box)
+{
+    // A margin of a quarter of the glyph's height: the engine reads a glyph cut at its edge as
+    // another one.
+    const int margin = box.height() / 4;
+    const QRect area = box.adjusted(-margin, -margin, margin, margin).intersected(d->picture.rect());
+    if (!d->ready || area.isEmpty())
+        return {};
+    d->api.SetPageSegMode(tesseract::PSM_SINGLE_CHAR);
+    d->api.SetRectangle(area.x(), area.y(), area.width(), area.height());
+    if (d->api.Recognize(nullptr) != 0)
+        return {};
+    std::unique_ptr<tesseract::ResultIterator> it(d->api.GetIterator());
+    // The choices are only there for a symbol the engine placed in a word.
+    if (!it || it->Empty(tesseract::RIL_SYMBOL))
+        return {};
+    return choicesAt(*it);
+}
+
 QList<ReadCharacter> VINTextEngine::readLine(const QRect &line)
 {
     QList<ReadCharacter> characters;
@@ -116,20 +156,10 @@ QList<ReadCharacter> VINTextEngine::readLine(const QRect &line)
     if (!it)
         return characters;
     do {
-        std::unique_ptr<char[]> text(it->GetUTF8Text(tesseract::RIL_SYMBOL));
-        const QChar best = vinCharacter(text.get());
-        if (best.isNull())
-            continue;
         ReadCharacter character;
-        character.choices.append({best, it->Confidence(tesseract::RIL_SYMBOL)});
-        tesseract::ChoiceIterator choice(*it);
-        do {
-            const QChar alternative = vinCharacter(choice.GetUTF8Text());
-            const bool known = std::any_of(character.choices.begin(), character.choices.end(),
-                                           [alternative](const ReadCharacter::Choice &c) { return c.character == alternative; });
-            if (!alternative.isNull() && !known)
-                character.choices.append({alternative, choice.Confidence()});
-        } while (choice.Next());
+        character.choices = choicesAt(*it);
+        if (character.choices.isEmpty())
+            continue;
         int left, top, right, bottom;
         it->BoundingBox(tesseract::RIL_SYMBOL, &left, &top, &right, &bottom);
         character.box = QRect(QPoint(left, top), QPoint(right - 1, bottom - 1));

@@ -46,6 +46,9 @@ public:
     QList<QRect> findLines(const QImage &grey);
     // The characters of one line of the picture given to findLines, in reading order.
     QList<ReadCharacter> readLine(const QRect &line);
+    // The choices for one glyph of that picture read on its own (box: the glyph's, as readLine
+    // gave it), best first; empty when nothing of the alphabet is read there.
+    QList<ReadCharacter::Choice> readGlyph(const QRect &box);
 
 private:
     struct Private;

@@ -75,7 +75,8 @@ QList<VINTextCandidate> VINTextReader::readLines(const QList<QRect> &found)
     for (qsizetype i = 0; i < std::min<qsizetype>(lines.size(), maxLines); ++i) {
         // A margin of a third of the line's height: the layout's boxes hug the characters.
         const int margin = lines[i].height() / 3;
-        candidates += vinCandidates(m_engine.readLine(lines[i].adjusted(-margin, -margin, margin, margin)));
+        candidates += vinCandidates(m_engine.readLine(lines[i].adjusted(-margin, -margin, margin, margin)),
+                                    [this](const QRect &glyph) { return m_engine.readGlyph(glyph); });
         // One line with a VIN that passes its check digit is the read of this picture: the rest
         // would only cost time.
         if (std::any_of(candidates.begin(), candidates.end(), [](const VINTextCandidate &c) { return c.checkDigitValid; }))
