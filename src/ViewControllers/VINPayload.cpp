@@ -22,11 +22,11 @@ QStringList candidates(const QString &payload)
     return texts;
 }
 
-QString vinOf(const QString &payload)
+QString vinOf(const QString &payload, const std::function<bool(const QString &)> &isValid)
 {
     const QStringList texts = candidates(payload);
     for (const QString &text : texts) {
-        if (VINCheck::verdict(text) == VINCheck::Verdict::Valid)
+        if (isValid ? isValid(text) : VINCheck::verdict(text) == VINCheck::Verdict::Valid)
             return text;
     }
     return texts.first();

@@ -5,15 +5,18 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace VINPayload {
 
 // The texts validateVIN checks, in its order: the payload less one leading "I" (case-sensitive),
 // then for 18 or more characters its first and its last 17.
 QStringList candidates(const QString &payload);
 
-// The VIN validateVIN reports for the payload: its first candidate that is a valid VIN, else its
-// first candidate. Thread-safe; logs nothing.
-QString vinOf(const QString &payload);
+// The VIN validateVIN reports for the payload: its first candidate that isValid passes (tried in
+// order, none after it), else its first candidate. Without isValid, the VIN rule's verdict, which
+// is thread-safe and logs nothing.
+QString vinOf(const QString &payload, const std::function<bool(const QString &)> &isValid = {});
 
 // 0: a valid VIN under validateVIN's rule; 1: VIN-shaped (a candidate of 17 VIN characters whose
 // check digit does not agree); 2: anything else (part numbers, paint codes, no text).

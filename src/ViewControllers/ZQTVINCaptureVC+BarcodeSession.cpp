@@ -420,18 +420,12 @@ void ZQTVINCaptureVC::processToggleBarCodeWithImageExists(bool imageExists)
 ZQTVINDetails ZQTVINCaptureVC::validateVIN(const QString &payload) const
 {
     logStep("validateVIN");
+    // The checks log what breaks the rule, for each text tried; the payload less its "I" stays
+    // the VIN when no text passes.
+    bool valid = false;
     ZQTVINDetails details;
-    const QStringList candidates = VINPayload::candidates(payload);
-    // The payload less its "I" stays the VIN when no candidate passes.
-    details.setVIN(candidates.first());
-    for (const QString &candidate : candidates) {
-        if (VINUtility::checkVINValidity(candidate)) {
-            details.setVIN(candidate);
-            details.setIsValid(true);
-            return details;
-        }
-    }
-    details.setIsValid(false);
+    details.setVIN(VINPayload::vinOf(payload, [&valid](const QString &text) { return valid = VINUtility::checkVINValidity(text); }));
+    details.setIsValid(valid);
     return details;
 }
 
