@@ -5,6 +5,7 @@
 #include "platform/capture/CaptureDevice.h"
 #include "platform/capture/CaptureSession.h"
 #include "platform/capture/MetadataOutput.h"
+#include "platform/capture/FrameLayout_p.h"
 #include "platform/capture/VideoFrames_p.h"
 #include "ViewControllers/VINPayload_p.h"
 #include "support/TestData.h"
@@ -182,6 +183,29 @@ TEST(BarcodeReader, ReadsVinLabelsOfEverySymbologyInEveryFrameLayout)
             EXPECT_NEAR(centre.y(), 360 - 15, 40); // the caption sits under the symbol
         }
     }
+}
+
+// The printed-VIN reader's grey copy of a frame: the frame's luminance in every layout read in
+// place, in rows padded as a grey picture's are (30 pixels wide: 2 bytes of padding a row).
+TEST(FrameLayout, GreyOfAFrameIsItsLuminanceInEveryLayout)
+{
+    QImage picture(30, 6, QImage::Format_Grayscale8);
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            picture.scanLine(y)[x] = uchar(x * 8 + y);
+    QList<QVideoFrame> frames{videoFrameFromImage(picture)};
+    for (const auto layout : {QVideoFrameFormat::Format_Y16, QVideoFrameFormat::Format_UYVY, QVideoFrameFormat::Format_YUYV,
+                              QVideoFrameFormat::Format_BGRX8888, QVideoFrameFormat::Format_XRGB8888})
+        frames.append(frameWithLayout(picture, layout));
+    for (const QVideoFrame &frame : frames) {
+        SCOPED_TRACE(QVideoFrameFormat::pixelFormatToString(frame.pixelFormat()).toStdString());
+        const QImage grey = greyOfVideoFrame(frame);
+        ASSERT_EQ(grey.format(), QImage::Format_Grayscale8);
+        ASSERT_EQ(grey.size(), picture.size());
+        for (int y = 0; y < picture.height(); ++y)
+            EXPECT_EQ(memcmp(grey.constScanLine(y), picture.constScanLine(y), size_t(picture.width())), 0) << "row " << y;
+    }
+    EXPECT_TRUE(greyOfVideoFrame(QVideoFrame()).isNull());
 }
 
 // Code 39 text always comes back whole: a leading "I", and real VINs whose last character

@@ -9,6 +9,7 @@
 #include "platform/capture/BarcodeReader_p.h"
 
 #include "platform/capture/CodeRegions_p.h"
+#include "platform/capture/FrameLayout_p.h"
 #include "platform/capture/LineReader_p.h"
 #include "platform/capture/MaskedLuminance_p.h"
 #include "platform/capture/MetadataOutput.h"
@@ -121,9 +122,20 @@ ZXing::DecodeHints hintsFor(const ReadStrategy &strategy, int formats, int maxSy
     return hints;
 }
 
-ZXing::ImageView greyView(const PixelLayout &grey)
+// ZXing's view of a picture read in place: its format names the byte of each channel as the
+// layout does.
+ZXing::ImageView imageView(const PixelLayout &picture)
 {
-    return {grey.data, grey.width, grey.height, ZXing::ImageFormat::Lum, grey.rowStride, grey.pixelStride};
+    ZXing::ImageFormat format = ZXing::ImageFormat::Lum;
+    if (!picture.isGrey()) {
+        for (const ZXing::ImageFormat rgb : {ZXing::ImageFormat::RGB, ZXing::ImageFormat::BGR, ZXing::ImageFormat::RGBX,
+                                            ZXing::ImageFormat::XRGB, ZXing::ImageFormat::BGRX, ZXing::ImageFormat::XBGR}) {
+            if (ZXing::PixStride(rgb) == picture.pixelStride && ZXing::RedIndex(rgb) == picture.red
+                && ZXing::GreenIndex(rgb) == picture.green && ZXing::BlueIndex(rgb) == picture.blue)
+                format = rgb;
+        }
+    }
+    return {picture.data, picture.width, picture.height, format, picture.rowStride, picture.pixelStride};
 }
 
 PixelLayout pixelLayout(const ZXing::ImageView &view)
@@ -170,7 +182,7 @@ ZXing::Results readLinearCodes(const ZXing::ImageView &view, const ReadStrategy 
         ZXing::Result &result = results.front();
         if (read == 0) {
             masked.copy(pixelLayout(view));
-            current = greyView(masked.layout());
+            current = imageView(masked.layout());
         }
         masked.paintOut(masked.linearCodeArea(corners(result.position())));
         const bool known = std::any_of(found.begin(), found.end(), [&result](const ZXing::Result &code) {
@@ -410,131 +422,6 @@ QList<DecodedBarcode> decode(const ZXing::ImageView &frame, quint64 frameNumber,
     return codes;
 }
 
-// Where a frame's luminance lies in its first plane: the byte offset of the first pixel's luma
-// and the distance between pixels. 16-bit formats are read through their more significant byte.
-struct LumaLayout
-{
-    int offset;
-    int pixelStride;
-};
-
-constexpr int highByteOf16 = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? 1 : 0;
-
-std::optional<LumaLayout> lumaLayout(QVideoFrameFormat::PixelFormat format)
-{
-    using P = QVideoFrameFormat::PixelFormat;
-    switch (format) {
-    case P::Format_YUV420P:
-    case P::Format_YUV422P:
-    case P::Format_YV12:
-    case P::Format_NV12:
-    case P::Format_NV21:
-    case P::Format_IMC1:
-    case P::Format_IMC2:
-    case P::Format_IMC3:
-    case P::Format_IMC4:
-    case P::Format_Y8:
-        return LumaLayout{0, 1};
-    case P::Format_Y16:
-    case P::Format_P010:
-    case P::Format_P016:
-        return LumaLayout{highByteOf16, 2};
-    case P::Format_YUYV:
-        return LumaLayout{0, 2};
-    case P::Format_UYVY:
-        return LumaLayout{1, 2};
-    case P::Format_AYUV:
-    case P::Format_AYUV_Premultiplied:
-        return LumaLayout{1, 4};
-    default:
-        return std::nullopt;
-    }
-}
-
-// Packed RGB frames, named by their byte order in memory, as ZXing's formats.
-std::optional<ZXing::ImageFormat> rgbFormat(QVideoFrameFormat::PixelFormat format)
-{
-    using P = QVideoFrameFormat::PixelFormat;
-    switch (format) {
-    case P::Format_ARGB8888:
-    case P::Format_ARGB8888_Premultiplied:
-    case P::Format_XRGB8888:
-        return ZXing::ImageFormat::XRGB;
-    case P::Format_BGRA8888:
-    case P::Format_BGRA8888_Premultiplied:
-    case P::Format_BGRX8888:
-        return ZXing::ImageFormat::BGRX;
-    case P::Format_ABGR8888:
-    case P::Format_XBGR8888:
-        return ZXing::ImageFormat::XBGR;
-    case P::Format_RGBA8888:
-    case P::Format_RGBX8888:
-        return ZXing::ImageFormat::RGBX;
-    default:
-        return std::nullopt;
-    }
-}
-
-// A view over the first plane of a mapped frame, if the plane is as large as the frame says.
-std::optional<ZXing::ImageView> frameView(const QVideoFrame &frame)
-{
-    const QVideoFrameFormat::PixelFormat format = frame.pixelFormat();
-    int offset = 0;
-    int pixelStride = 0;
-    ZXing::ImageFormat imageFormat = ZXing::ImageFormat::Lum;
-    if (const auto luma = lumaLayout(format)) {
-        offset = luma->offset;
-        pixelStride = luma->pixelStride;
-    } else if (const auto rgb = rgbFormat(format)) {
-        imageFormat = *rgb;
-        pixelStride = ZXing::PixStride(imageFormat);
-    } else {
-        return std::nullopt;
-    }
-    const int width = frame.width();
-    const int height = frame.height();
-    const int rowStride = frame.bytesPerLine(0);
-    const uchar *bits = frame.bits(0);
-    if (!bits || width <= 0 || height <= 0 || rowStride < width * pixelStride
-        || qint64(frame.mappedBytes(0)) < qint64(rowStride) * (height - 1) + qint64(width) * pixelStride)
-        return std::nullopt;
-    return ZXing::ImageView(bits + offset, width, height, imageFormat, rowStride, pixelStride);
-}
-
-// A view over a picture in one of the layouts read in place.
-std::optional<ZXing::ImageView> imageView(const QImage &image)
-{
-    ZXing::ImageFormat format;
-    int offset = 0;
-    int pixelStride = 0;
-    switch (image.format()) {
-    case QImage::Format_Grayscale8:
-        format = ZXing::ImageFormat::Lum;
-        break;
-    case QImage::Format_Grayscale16:
-        format = ZXing::ImageFormat::Lum;
-        offset = highByteOf16;
-        pixelStride = 2;
-        break;
-    case QImage::Format_RGB32:
-        format = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? ZXing::ImageFormat::BGRX : ZXing::ImageFormat::XRGB;
-        break;
-    case QImage::Format_RGBX8888:
-        format = ZXing::ImageFormat::RGBX;
-        break;
-    case QImage::Format_RGB888:
-        format = ZXing::ImageFormat::RGB;
-        break;
-    case QImage::Format_BGR888:
-        format = ZXing::ImageFormat::BGR;
-        break;
-    default:
-        return std::nullopt;
-    }
-    return ZXing::ImageView(image.constBits() + offset, image.width(), image.height(), format,
-                            int(image.bytesPerLine()), pixelStride);
-}
-
 } // namespace
 
 ReadStrategy ReadStrategy::forFrame(quint64 frameNumber)
@@ -605,14 +492,14 @@ QList<DecodedBarcode> BarcodeReader::read(const QVideoFrame &frame, quint64 fram
     if (m_formats == 0 || !frame.isValid())
         return {};
     // Compressed frames and the rare layouts not read in place go through Qt's conversion.
-    if (!lumaLayout(frame.pixelFormat()) && !rgbFormat(frame.pixelFormat()))
+    if (!readsInPlace(frame.pixelFormat()))
         return read(frame.toImage(), frameNumber);
     QVideoFrame mapped = frame;
     if (!mapped.map(QVideoFrame::ReadOnly))
         return {};
     QList<DecodedBarcode> codes;
-    if (const auto view = frameView(mapped))
-        codes = decode(*view, frameNumber, m_formats, m_types);
+    if (const auto layout = frameLayout(mapped))
+        codes = decode(imageView(*layout), frameNumber, m_formats, m_types);
     mapped.unmap();
     return codes;
 }
@@ -628,10 +515,10 @@ QList<DecodedBarcode> BarcodeReader::read(const QImage &image, quint64 frameNumb
         QPainter(&flattened).drawImage(0, 0, image);
         return read(flattened, frameNumber);
     }
-    if (const auto view = imageView(image))
-        return decode(*view, frameNumber, m_formats, m_types);
+    if (const auto layout = pictureLayout(image))
+        return decode(imageView(*layout), frameNumber, m_formats, m_types);
     const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
-    return decode(*imageView(grey), frameNumber, m_formats, m_types);
+    return decode(imageView(*pictureLayout(grey)), frameNumber, m_formats, m_types);
 }
 
 } // namespace ZQTPlatform

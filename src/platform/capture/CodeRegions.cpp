@@ -147,7 +147,7 @@ cv::Mat greyMatrix(const PixelLayout &frame)
         return cv::Mat(frame.height, frame.width, CV_8UC1, const_cast<uchar *>(frame.data), size_t(frame.rowStride));
     thread_local cv::Mat copy;
     copy.create(frame.height, frame.width, CV_8UC1); // continuous: rows without padding
-    copyLuminance(frame, copy.data);
+    copyLuminance(frame, copy.data, qsizetype(copy.step));
     return copy;
 }
 

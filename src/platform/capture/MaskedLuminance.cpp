@@ -105,7 +105,7 @@ void MaskedLuminance::copy(const PixelLayout &picture)
     m_height = std::max(0, picture.height);
     m_pixels.resize(size_t(m_width) * m_height);
     if (!m_pixels.empty())
-        copyLuminance(picture, m_pixels.data());
+        copyLuminance(picture, m_pixels.data(), m_width);
 }
 
 PixelLayout MaskedLuminance::layout() const

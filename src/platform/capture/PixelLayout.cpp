@@ -7,9 +7,9 @@ namespace ZQTPlatform {
 namespace {
 
 template<bool grey>
-void copyRows(const PixelLayout &picture, uchar *out)
+void copyRows(const PixelLayout &picture, uchar *out, qsizetype outRowStride)
 {
-    for (int y = 0; y < picture.height; ++y, out += picture.width) {
+    for (int y = 0; y < picture.height; ++y, out += outRowStride) {
         if (grey && picture.pixelStride == 1) {
             std::memcpy(out, picture.data + qsizetype(y) * picture.rowStride, size_t(picture.width));
             continue;
@@ -21,12 +21,12 @@ void copyRows(const PixelLayout &picture, uchar *out)
 
 } // namespace
 
-void copyLuminance(const PixelLayout &picture, uchar *out)
+void copyLuminance(const PixelLayout &picture, uchar *out, qsizetype outRowStride)
 {
     if (picture.isGrey())
-        copyRows<true>(picture, out);
+        copyRows<true>(picture, out, outRowStride);
     else
-        copyRows<false>(picture, out);
+        copyRows<false>(picture, out, outRowStride);
 }
 
 } // namespace ZQTPlatform

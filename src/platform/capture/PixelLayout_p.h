@@ -34,7 +34,7 @@ inline int luminanceAt(const PixelLayout &frame, int x, int y)
 }
 
 // Copies the picture's luminance (the byte itself in a luminance plane, BT.601 of packed RGB)
-// to out: width x height bytes, rows without padding.
-void copyLuminance(const PixelLayout &picture, uchar *out);
+// to out: height rows of width bytes, each outRowStride bytes after the one before.
+void copyLuminance(const PixelLayout &picture, uchar *out, qsizetype outRowStride);
 
 } // namespace ZQTPlatform

@@ -1,8 +1,8 @@
 #include "platform/capture/VINTextOutput.h"
 
+#include "platform/capture/FrameLayout_p.h"
 #include "platform/capture/ReadWorker_p.h"
 #include "platform/capture/VINTextReader_p.h"
-#include "platform/capture/VideoFrames_p.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -104,9 +104,8 @@ void VINTextOutput::videoFrameArrived(const QVideoFrame &frame)
         return;
     d->worker.start([d = d.get(), frame, generation = d->generation] {
         // Worker thread: only the reader of the private part is touched here. The reader wants
-        // grey, which a YUV frame holds as it is.
-        const QImage luma = lumaOfVideoFrame(frame);
-        QList<VINTextCandidate> candidates = d->reader->read(luma.isNull() ? imageFromVideoFrame(frame) : luma);
+        // grey, which most frames hold as it is.
+        QList<VINTextCandidate> candidates = d->reader->read(greyOfVideoFrame(frame));
         return [d, candidates = std::move(candidates), frameSize = QSizeF(frame.size()), generation] {
             if (generation == d->generation)
                 d->frameRead(candidates, frameSize);

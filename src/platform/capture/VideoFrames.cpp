@@ -168,17 +168,4 @@ QImage imageFromVideoFrame(const QVideoFrame &frame)
     return renderVideoFrame(frame, QRectF(QPointF(0, 0), QSizeF(frame.size())), frame.size());
 }
 
-QImage lumaOfVideoFrame(const QVideoFrame &frame)
-{
-    QVideoFrame mapped = frame;
-    if (!frame.isValid() || !mapped.map(QVideoFrame::ReadOnly))
-        return {};
-    ChromaPlanes chroma;
-    QImage luma;
-    if (chromaPlanes(mapped, &chroma))
-        luma = QImage(mapped.bits(0), mapped.width(), mapped.height(), mapped.bytesPerLine(0), QImage::Format_Grayscale8).copy();
-    mapped.unmap();
-    return luma;
-}
-
 } // namespace ZQTPlatform

@@ -1,6 +1,6 @@
-// Conversions between pictures and video frames that the capture classes share. The frame
-// readers work straight on the mapped planes of the YUV formats that the video sources deliver
-// (YUV420P, YV12, NV12, NV21, Y8) and fall back to Qt's own conversion for the others.
+// Conversions between pictures and video frames that the capture classes share. Frames are
+// rendered straight from the mapped planes of the YUV formats that the video sources deliver
+// (YUV420P, YV12, NV12, NV21, Y8), and through Qt's own conversion in the other formats.
 #pragma once
 
 #include "ZQTGlobal.h"
@@ -24,9 +24,5 @@ ZQT_EXPORT QImage renderVideoFrame(const QVideoFrame &frame, const QRectF &sourc
 
 // The whole frame at its own size, as an RGB32 picture. Safe on any thread.
 ZQT_EXPORT QImage imageFromVideoFrame(const QVideoFrame &frame);
-
-// The luma plane of a frame in one of the YUV formats read directly, as a grey picture of its own
-// (Format_Grayscale8); null for other formats. Safe on any thread.
-ZQT_EXPORT QImage lumaOfVideoFrame(const QVideoFrame &frame);
 
 } // namespace ZQTPlatform
