@@ -1,6 +1,7 @@
 // What the tests of the capture screen share: a phone profile, a window with a navigation
 // controller, pushing a screen and waiting for its start-up, a camera stand-in of one colour, a
-// delegate that records its calls from any thread, and a recorder of the analytics notifications.
+// delegate that records its calls from any thread, a recorder of the analytics notifications, and
+// the fixture of a test that runs one screen on such a window.
 #pragma once
 
 #include "ZQTVINScanComponent.h"
@@ -18,6 +19,7 @@
 
 #include <QCoreApplication>
 #include <QMutex>
+#include <QPointer>
 #include <QSizeF>
 #include <QTest>
 #include <QThread>
@@ -117,4 +119,21 @@ struct AnalyticsRecorder
     }
     ~AnalyticsRecorder() { ZQTPlatform::NotificationCenter::defaultCenter().removeObserver(this); }
     QList<QVariantMap> events;
+};
+
+// A test that runs one capture screen on a phone host with a recording delegate; the screen and
+// the camera stand-ins go at its end.
+class ScreenSessionTest : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        delete screen.data();
+        ZQTPlatform::CaptureDevice::removeStandIns();
+    }
+
+    LogCapture capture;
+    RecordingDelegate delegate;
+    PhoneHost host;
+    QPointer<ZQTVINCaptureVC> screen;
 };
