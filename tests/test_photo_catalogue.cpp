@@ -144,24 +144,7 @@ TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
     }
 }
 
-TEST(PhotoCatalogue, SinglePictureNameMeansTheBuiltInHelpPictureAndHostPicturesComeFirst)
-{
-    TemporaryMainBundle host;
-    host.writeSettings(helpPageWithImageName("<string>a</string>"));
-    host.writeFile("a.png", solidPng(Qt::red));
-    host.writeFile("carousel_VIN.png", solidPng(Qt::green));
-
-    const auto screen = newScreen();
-    screen->setVINPhotoCaptureEntity();
-    const auto slot = screen->vinScanItem();
-    ASSERT_NE(slot, nullptr);
-    EXPECT_EQ(slot->overlayImage().bitmap(), frameworkImage("help_info_vin").bitmap());
-    EXPECT_TRUE(slot->animationOverlayImages().isEmpty());
-    EXPECT_EQ(colorOf(slot->thumbnailImage()), "#00ff00") << "the host's picture wins over the framework's";
-    EXPECT_EQ(slot->cameraOverlayImage().bitmap(), frameworkImage("cam_info_vin").bitmap());
-}
-
-TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlot)
+TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlotAHostPictureNameTheBuiltInOneAndTheHostListComesOnAPoolThread)
 {
     const auto screen = newScreen();
     screen->setVINPhotoCaptureEntity();
@@ -185,11 +168,21 @@ TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlot)
     screen->setVINPhotoCaptureEntity();
     EXPECT_NE(screen->vinScanItem(), slot);
     EXPECT_TRUE(screen->vinScanItem()->hasBeenDisplayed());
-}
 
-TEST(PhotoCatalogue, BuiltinSlotsAreTheHostListHandedOverOnAPoolThread)
-{
-    const auto screen = newScreen();
+    // A single picture name means the built-in help picture; the host's pictures come first.
+    TemporaryMainBundle host;
+    host.writeSettings(helpPageWithImageName("<string>a</string>"));
+    host.writeFile("a.png", solidPng(Qt::red));
+    host.writeFile("carousel_VIN.png", solidPng(Qt::green));
+    screen->setVINPhotoCaptureEntity();
+    const auto single = screen->vinScanItem();
+    ASSERT_NE(single, nullptr);
+    EXPECT_EQ(single->overlayImage().bitmap(), frameworkImage("help_info_vin").bitmap());
+    EXPECT_TRUE(single->animationOverlayImages().isEmpty());
+    EXPECT_EQ(colorOf(single->thumbnailImage()), "#00ff00") << "the host's picture wins over the framework's";
+    EXPECT_EQ(single->cameraOverlayImage().bitmap(), frameworkImage("cam_info_vin").bitmap());
+
+    // The built-in slots are the host's list, handed over on a pool thread.
     const auto door = ZQTVINPhotoCaptureEntity::createWithTitle("Door", "H", "T", "D", false);
     screen->setThumbnailItems({door});
     std::atomic<bool> done{false};
@@ -211,10 +204,10 @@ TEST(PhotoCatalogue, AutoDisplayTakesTheBooleanValueOfTextAndNumbers)
         {"<string>NO</string>", false}, {"<integer>0</integer>", false}, {"<dict/>", false},
         {"<string> true</string>", true}, {"<integer>2</integer>", true},
     };
+    TemporaryMainBundle host;
+    const auto screen = newScreen();
     for (const auto &row : rows) {
-        TemporaryMainBundle host;
         host.writeSettings(helpPageWithImageName("<string>help_info_vin</string>", row.xml));
-        const auto screen = newScreen();
         screen->setVINPhotoCaptureEntity();
         ASSERT_NE(screen->vinScanItem(), nullptr) << row.xml.constData();
         EXPECT_EQ(screen->vinScanItem()->autoDisplayFirstTime(), row.shows) << row.xml.constData();
