@@ -49,8 +49,6 @@ TEST_F(PermissionsAnalytics, ForegroundCheckChoosesTextsOrAsksForTheCamera)
         {CameraStatus::NotDetermined, LocationStatus::Restricted, true, location, false},
         {CameraStatus::Authorized, LocationStatus::Denied, false, none, false},
         {CameraStatus::NotDetermined, LocationStatus::Denied, false, none, true},
-        {CameraStatus::NotDetermined, LocationStatus::NotDetermined, true, none, true},
-        {CameraStatus::Authorized, LocationStatus::AuthorizedWhenInUse, true, none, false},
         {CameraStatus::Authorized, LocationStatus::NotDetermined, true, none, true},
         {CameraStatus::Authorized, LocationStatus::NotDetermined, false, none, false},
     };
