@@ -5,6 +5,7 @@
 #include "Model/ZQTVINScanComponentConstantsLocation_p.h"
 #include "platform/foundation/Authorization.h"
 #include "platform/location/LocationManager.h"
+#include "support/TemporaryMainBundle.h"
 #include "support/TestData.h"
 #include "support/ZqtVinRun.h"
 
@@ -49,22 +50,13 @@ QByteArray nmeaFixes()
     return all;
 }
 
-void writeNmea(const QString &path)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(nmeaFixes());
-}
-
 // Every test here reads positions from its own NMEA file and leaves no source or answer behind.
 class LocationStamp : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(dir.isValid());
-        writeNmea(dir.filePath("fixes.nmea"));
-        LocationManager::setNmeaFile(dir.filePath("fixes.nmea"));
+        LocationManager::setNmeaFile(writeTestFile(dir.filePath("fixes.nmea"), nmeaFixes()));
     }
     void TearDown() override
     {
@@ -206,8 +198,8 @@ TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpegAndFailuresHaveTheirOwnStatus)
     EXPECT_EQ(written.pixelColor(1199, 0), Qt::black);
     EXPECT_EQ(written.pixelColor(0, 499), QColor(120, 130, 140));
 
-    writeNmea(dir.filePath("fixes.nmea"));
-    ZqtVinRun jpeg = runZqtVin({"stamp", input, dir.filePath("out.JPG"), "--nmea", dir.filePath("fixes.nmea")});
+    const QString fixes = writeTestFile(dir.filePath("fixes.nmea"), nmeaFixes());
+    ZqtVinRun jpeg = runZqtVin({"stamp", input, dir.filePath("out.JPG"), "--nmea", fixes});
     ASSERT_EQ(jpeg.status, 0) << jpeg.err.toStdString();
     EXPECT_TRUE(jpeg.out.contains(coordinatesLine));
     EXPECT_EQ(QImageReader(dir.filePath("out.JPG")).format(), "jpeg");
