@@ -224,7 +224,7 @@ TEST_F(ScreenFace, StatusBarFillerOnlyOnScreensWithAn812PointSideAndOnlyWhileThe
     }
 }
 
-TEST_F(ScreenFace, ConnectionOrientationFollowsTheInterfaceAndPortraitModeIgnoresResizes)
+TEST_F(ScreenFace, ConnectionOrientationFollowsTheInterfaceAndOnlyLandscapeModeInLandscapeReinitialisesAfterAResize)
 {
     ZQTVINCaptureVC *screen = show(plainScreen(), phone("iPhone X"));
     Application *application = Application::sharedApplication();
@@ -242,11 +242,9 @@ TEST_F(ScreenFace, ConnectionOrientationFollowsTheInterfaceAndPortraitModeIgnore
     EXPECT_EQ(initialisations(), before) << "portrait mode: a size change re-initialises nothing";
     EXPECT_EQ(screen->prevLayer()->connection()->videoOrientation(), InterfaceOrientation::LandscapeLeft)
         << "laying out gives the preview's connection the orientation";
-}
 
-TEST_F(ScreenFace, LandscapeModeReinitialisesAfterAResizeOnlyWhileTheDeviceIsInLandscape)
-{
-    ZQTVINCaptureVC *screen = manualScreen();
+    // Landscape mode re-initialises after a resize, only while the device is in landscape.
+    screen = manualScreen();
     screen->setEnableLandscapeMode(true);
     show(screen, phone("iPhone 8", true));
     const QList<std::tuple<int, int, bool>> resizes = {{5, 360, false}, // face up
