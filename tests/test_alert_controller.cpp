@@ -115,12 +115,8 @@ namespace {
 // Whether the widget draws the platform's blue tint somewhere (an action title).
 bool drawsTint(QWidget *widget)
 {
-    const QImage image = widget->grab().toImage();
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (const QColor c = image.pixelColor(x, y); c.blue() > 200 && c.red() < 80 && c.green() < 160)
-                return true;
-    return false;
+    return TestData::countPixels(widget->grab().toImage(),
+                                 [](const QColor &c) { return c.blue() > 200 && c.red() < 80 && c.green() < 160; }) > 0;
 }
 
 } // namespace

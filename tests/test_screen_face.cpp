@@ -65,15 +65,9 @@ QStringList objectNames(const QList<QWidget *> &widgets)
 // How many pixels of the widget's rendering are within a small distance of the colour.
 int pixelsOfColour(QWidget *widget, const QColor &colour)
 {
-    const QImage image = widget->grab().toImage();
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor c = image.pixelColor(x, y);
-            count += qAbs(c.red() - colour.red()) + qAbs(c.green() - colour.green()) + qAbs(c.blue() - colour.blue()) < 12;
-        }
-    }
-    return count;
+    return TestData::countPixels(widget->grab().toImage(), [&colour](const QColor &c) {
+        return qAbs(c.red() - colour.red()) + qAbs(c.green() - colour.green()) + qAbs(c.blue() - colour.blue()) < 12;
+    });
 }
 
 class ScreenFace : public ::testing::Test

@@ -13,6 +13,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace TestData {
 
 // Folder of the reference data (tests/data in the source tree).
@@ -59,6 +61,17 @@ inline QImage filled(int width, int height, const QColor &colour)
     QImage picture(width, height, QImage::Format_RGB32);
     picture.fill(colour);
     return picture;
+}
+
+// How many pixels of the picture pass the test.
+inline int countPixels(const QImage &picture, const std::function<bool(const QColor &)> &test)
+{
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            count += test(picture.pixelColor(x, y)) ? 1 : 0;
+    }
+    return count;
 }
 
 inline QByteArray encoded(const QImage &picture, const char *format = "PNG")
