@@ -98,11 +98,6 @@ struct RecordingDelegate : VinScannerVCDelegate
         const QMutexLocker locker(&lock);
         return recorded;
     }
-    void clear()
-    {
-        const QMutexLocker locker(&lock);
-        recorded.clear();
-    }
 
 private:
     mutable QMutex lock;
