@@ -77,7 +77,7 @@ TEST_F(DeviceUtils, CameraUseNeedsAnOpenableCameraNotOnlyThePermission)
 
 // The question is asked of the device the capture screen would use: a picture or a video file
 // standing in for the camera counts, with the permission.
-TEST_F(DeviceUtils, CameraAndLocationUseAreAnsweredFromTheStatusesAndTheDefaultCaptureDevice)
+TEST_F(DeviceUtils, CameraAndLocationUseAreAnsweredFromTheStatusesAndTheDefaultCaptureDeviceAndAccessLaterOnTheGuiThread)
 {
     ASSERT_NE(CaptureDevice::addStandIn(TestData::filled(64, 48, Qt::darkCyan)), nullptr);
     const auto cleanUp = qScopeGuard([] { CaptureDevice::removeStandIns(); });
@@ -95,13 +95,10 @@ TEST_F(DeviceUtils, CameraAndLocationUseAreAnsweredFromTheStatusesAndTheDefaultC
         Authorization::setLocationStatus(LocationStatus(status));
         EXPECT_EQ(ZQTDeviceUtils::isLocationUsePermitted(), locationPermitted[status]) << status;
     }
-}
 
-TEST_F(DeviceUtils, CameraAccessIsAnsweredLaterOnTheGuiThread)
-{
+    // Camera access is answered later, on the GUI thread.
     const std::pair<CameraStatus, bool> cases[] = {
         {CameraStatus::Authorized, true}, {CameraStatus::Denied, false}, {CameraStatus::NotDetermined, true}};
-    Authorization::setHasConfiguredVideoSource(true);
     for (const auto &[status, granted] : cases) {
         Authorization::reset();
         Authorization::setCameraStatus(status);
