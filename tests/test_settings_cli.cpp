@@ -29,7 +29,7 @@ protected:
 
 } // namespace
 
-TEST_F(ZqtVinSettings, ValuesAreReadAsJsonAndPrintedAsJson)
+TEST_F(ZqtVinSettings, ValuesAreReadAndPrintedAsJsonWithClaimsTopLevelRemovalAndExitStatuses)
 {
     const struct { const char *value, *printed; QMetaType::Type stored; } cases[] = {
         {"12", "12", QMetaType::LongLong},
@@ -50,10 +50,9 @@ TEST_F(ZqtVinSettings, ValuesAreReadAsJsonAndPrintedAsJson)
         EXPECT_EQ(get.status, 0);
         EXPECT_EQ(get.out, QString::fromUtf8(c.printed) + "\n");
     }
-}
 
-TEST_F(ZqtVinSettings, ClaimsTopLevelRemovalAndExitStatuses)
-{
+    // Claims, the top level, removal and exit statuses.
+    ASSERT_EQ(settings({"clear", "--claim", "CLM-1"}).status, 0);
     ASSERT_EQ(settings({"set", "--claim", "CLM-1", "SAVE_IMAGE_COMPLETED", "true"}).status, 0);
     ASSERT_EQ(settings({"set", "--claim", "CLM-2", "SAVE_IMAGE_COMPLETED", "false"}).status, 0);
     ASSERT_EQ(settings({"set", "note", "top"}).status, 0);
