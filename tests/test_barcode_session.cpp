@@ -30,7 +30,6 @@ using BarcodeArt::Symbology;
 
 namespace {
 
-const QString validVin = QStringLiteral("1HGCM82633A004352");
 const QString claimId = QStringLiteral("CLM-SCAN");
 
 QImage labelScene(Symbology symbology, const QString &text)

@@ -26,8 +26,6 @@ using Constants = ZQTVINScanComponentConstants;
 
 namespace {
 
-const QString validVin = QStringLiteral("1HGCM82633A004352");
-
 class CaptureScreen : public ::testing::Test
 {
 protected:

@@ -21,8 +21,6 @@ using namespace ZQTPlatform;
 
 namespace {
 
-const QString validVin = QStringLiteral("1HGCM82633A004352");
-
 class ManualEntry : public ScreenSessionTest
 {
 protected:

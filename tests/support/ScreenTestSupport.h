@@ -25,6 +25,9 @@
 #include <QThread>
 #include <QVariantMap>
 
+// A VIN whose check digit is right, as the screens' tests read, type and report it.
+inline const QString validVin = QStringLiteral("1HGCM82633A004352");
+
 // A phone of that size in points with a 44-point status bar and a current system.
 inline ZQTPlatform::DeviceProfile phoneProfile(const QSizeF &bounds = QSizeF(375, 812))
 {
