@@ -1,23 +1,19 @@
 // Property lists: every value type survives a write and a read in both formats, dates count
 // from 2001, and damaged input is refused rather than half-read.
 #include "platform/foundation/PropertyList.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
-#include <QDateTime>
 #include <QPointF>
 
 #include <limits>
 
 using ZQTPlatform::PropertyList;
 using Format = PropertyList::Format;
+using TestData::utc;
 
 namespace {
-
-QDateTime utc(int y, int mo, int d, int h, int mi, int s, int ms = 0)
-{
-    return QDateTime(QDate(y, mo, d), QTime(h, mi, s, ms), Qt::UTC);
-}
 
 QVariantMap everyKind()
 {

@@ -5,11 +5,11 @@
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/TemporarySettingsStore.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
-#include <QDateTime>
-
+using TestData::utc;
 using ZQTPlatform::UserDefaults;
 
 namespace {
@@ -17,11 +17,6 @@ namespace {
 UserDefaults &defaults()
 {
     return UserDefaults::standardUserDefaults();
-}
-
-QDateTime utc(int y, int mo, int d, int h, int mi, int s, int ms = 0)
-{
-    return QDateTime(QDate(y, mo, d), QTime(h, mi, s, ms), Qt::UTC);
 }
 
 const QString kNul = QString(QChar(0));

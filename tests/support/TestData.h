@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QColor>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -61,6 +62,12 @@ inline QImage filled(int width, int height, const QColor &colour)
     QImage picture(width, height, QImage::Format_RGB32);
     picture.fill(colour);
     return picture;
+}
+
+// A moment in UTC.
+inline QDateTime utc(int year, int month, int day, int hour, int minute, int second, int millisecond = 0)
+{
+    return QDateTime(QDate(year, month, day), QTime(hour, minute, second, millisecond), Qt::UTC);
 }
 
 // How many pixels of the picture pass the test.
