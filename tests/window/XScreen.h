@@ -17,6 +17,7 @@
 
 namespace XScreen {
 
+// Whether the colours differ by at most the tolerance on each channel.
 inline bool near(QRgb a, QRgb b, int tolerance)
 {
     return std::abs(qRed(a) - qRed(b)) <= tolerance && std::abs(qGreen(a) - qGreen(b)) <= tolerance
