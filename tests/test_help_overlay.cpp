@@ -170,14 +170,10 @@ TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWhole)
 
 TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
 {
-    const QByteArray page = "<key>HelpOverlayDetailsDictionary</key><dict><key>overlays</key><array><dict>"
-                            "<key>imageName</key><string>still</string><key>header</key><string>%1</string>"
-                            "<key>title</key><string>T</string><key>descr</key><string>D</string>"
-                            "<key>autoDisplayFirstTime</key><false/></dict></array></dict>";
     for (const bool withHeader : {false, true}) {
         SCOPED_TRACE(withHeader ? "a slot without frames" : "no slot");
         TemporaryMainBundle settings;
-        settings.writeSettings(QByteArray(page).replace("%1", withHeader ? "H" : ""));
+        settings.writeSettings(helpPageSettings("<string>still</string>", withHeader ? "H" : ""));
         PhoneHost host;
         ZQTVINCaptureVC *screen = push(host);
         ASSERT_EQ(screen->vinScanItem() != nullptr, withHeader);
@@ -188,8 +184,8 @@ TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
         auto *card = qobject_cast<ZQTVINCaptureOverlayVC *>(screen->overlayView2());
         ASSERT_NE(card, nullptr);
         EXPECT_EQ(card->headerLbl()->text(), withHeader ? "H" : "<header>");
-        EXPECT_EQ(card->titleLbl()->text(), withHeader ? "T" : "<title>");
-        EXPECT_EQ(card->descrLbl()->text(), withHeader ? "D" : "<description>");
+        EXPECT_EQ(card->titleLbl()->text(), withHeader ? "Title" : "<title>");
+        EXPECT_EQ(card->descrLbl()->text(), withHeader ? "Description" : "<description>");
         EXPECT_FALSE(card->imageView()->isAnimating());
         EXPECT_TRUE(card->imageView()->displayedImage().isNull()) << "not even the still picture";
     }

@@ -37,16 +37,6 @@ QStringList colorsOf(const QList<Image> &frames)
     return colors;
 }
 
-// Help page 0 of a host configuration with the given "imageName" value.
-QByteArray helpPageWithImageName(const QByteArray &imageNameXml, const QByteArray &autoDisplayXml = "<false/>")
-{
-    return "<key>HelpOverlayDetailsDictionary</key><dict><key>overlays</key><array><dict>"
-           "<key>imageName</key>" + imageNameXml +
-           "<key>header</key><string>Header</string><key>title</key><string>Title</string>"
-           "<key>descr</key><string>Description</string><key>autoDisplayFirstTime</key>" + autoDisplayXml +
-           "</dict></array></dict>";
-}
-
 QByteArray stringArray(const QStringList &names)
 {
     QByteArray xml = "<array>";
@@ -122,7 +112,7 @@ TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
         host.writeFile("a.png", solidPng(Qt::red));
         host.writeFile("b.png", solidPng(Qt::green));
         host.writeFile("c.png", solidPng(Qt::blue));
-        host.writeSettings(helpPageWithImageName(stringArray(row.names)));
+        host.writeSettings(helpPageSettings(stringArray(row.names)));
 
         const auto screen = newScreen();
         ZQTVINPhotoCaptureEntity slot;
@@ -139,7 +129,7 @@ TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
             EXPECT_EQ(colorsOf(screen->vinScanItem()->animationOverlayImages()), row.frames);
         }
         // A frame list may name only existing pictures.
-        host.writeSettings(helpPageWithImageName(stringArray(row.names + QStringList{"no_such_picture"})));
+        host.writeSettings(helpPageSettings(stringArray(row.names + QStringList{"no_such_picture"})));
         EXPECT_THROW(screen->getAnimationImages(0, slot), Exception);
     }
 }
@@ -171,7 +161,7 @@ TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlotAHostPictureN
 
     // A single picture name means the built-in help picture; the host's pictures come first.
     TemporaryMainBundle host;
-    host.writeSettings(helpPageWithImageName("<string>a</string>"));
+    host.writeSettings(helpPageSettings("<string>a</string>"));
     host.writeFile("a.png", solidPng(Qt::red));
     host.writeFile("carousel_VIN.png", solidPng(Qt::green));
     screen->setVINPhotoCaptureEntity();
@@ -207,7 +197,7 @@ TEST(PhotoCatalogue, AutoDisplayTakesTheBooleanValueOfTextAndNumbers)
     TemporaryMainBundle host;
     const auto screen = newScreen();
     for (const auto &row : rows) {
-        host.writeSettings(helpPageWithImageName("<string>help_info_vin</string>", row.xml));
+        host.writeSettings(helpPageSettings("<string>help_info_vin</string>", "Header", row.xml));
         screen->setVINPhotoCaptureEntity();
         ASSERT_NE(screen->vinScanItem(), nullptr) << row.xml.constData();
         EXPECT_EQ(screen->vinScanItem()->autoDisplayFirstTime(), row.shows) << row.xml.constData();
