@@ -18,6 +18,7 @@
 #include <QImageReader>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -49,22 +50,6 @@ QByteArray nmeaFixes()
     }
     return all;
 }
-
-// Every test here reads positions from its own NMEA file and leaves no source or answer behind.
-class LocationStamp : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        LocationManager::setNmeaFile(writeTestFile(dir.filePath("fixes.nmea"), nmeaFixes()));
-    }
-    void TearDown() override
-    {
-        LocationManager::setNmeaFile(QString());
-        Authorization::reset();
-    }
-    QTemporaryDir dir;
-};
 
 QImage greyPicture(int width, int height)
 {
@@ -142,8 +127,15 @@ TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercentAtScaleO
     EXPECT_EQ(std::make_pair(scaled.scale(), scaled.bitmap().size()), std::make_pair(qreal(1.0), QSize(400, 200)));
 }
 
-TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStopsAndPhotosAreStampedWithIt)
+TEST(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStopsAndPhotosAreStampedWithIt)
 {
+    // Positions come from the test's own NMEA file; no source or answer is left behind.
+    const QTemporaryDir dir;
+    LocationManager::setNmeaFile(writeTestFile(dir.filePath("fixes.nmea"), nmeaFixes()));
+    const auto cleanUp = qScopeGuard([] {
+        LocationManager::setNmeaFile(QString());
+        Authorization::reset();
+    });
     Constants *constants = Constants::sharedInstance();
     QList<QPair<bool, QString>> replaced, answers;
     constants->getTextOverlayWithLatLongDate([&](bool ok, const QString &text) { replaced.append({ok, text}); });
