@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QScopeGuard>
 #include <QTest>
 
 #include <memory>
@@ -26,16 +27,11 @@ const Texts location{"Location permission needed",
 const Texts camera{"Camera permission needed",
                    "Access to your camera is needed in order to take pictures of your vehicle."};
 
-class PermissionsAnalytics : public ::testing::Test
-{
-protected:
-    void TearDown() override { Authorization::reset(); }
-};
-
 } // namespace
 
-TEST_F(PermissionsAnalytics, ForegroundCheckChoosesTextsOrAsksForTheCameraAndEachEventTypeHasItsOwnPayloadAndTheTimeSpentInMilliseconds)
+TEST(PermissionsAnalytics, ForegroundCheckChoosesTextsOrAsksForTheCameraAndEachEventTypeHasItsOwnPayloadAndTheTimeSpentInMilliseconds)
 {
+    const auto resetStatuses = qScopeGuard([] { Authorization::reset(); });
     const struct { CameraStatus camera; LocationStatus location; bool locationServices; Texts texts; bool asks; } rows[] = {
         {CameraStatus::Denied, LocationStatus::AuthorizedWhenInUse, true, camera, false},
         {CameraStatus::Restricted, LocationStatus::NotDetermined, true, camera, false},
