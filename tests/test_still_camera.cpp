@@ -78,37 +78,9 @@ protected:
 
 } // namespace
 
-TEST_F(StillCameraTest, TapFocusesThereAndShowsTheBoxAndPointsOfInterestFollowTheFillGravity)
-{
-    StillCamera *camera = startedCamera();
-    QWidget *box = camera->focusBoxLayer();
-    ASSERT_TRUE(box && camera->focusBoxAnimation());
-    EXPECT_EQ(box->size(), QSize(70, 60));
-    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::ContinuousAutoFocus);
-    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(60, 100));
-    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::AutoFocus);
-    EXPECT_EQ(back->focusPointOfInterest(), QPointF(0.25, 0.8));
-    EXPECT_EQ(box->geometry().center(), QPoint(60, 100) - QPoint(1, 1)); // QRect's centre rounds down
-    EXPECT_EQ(camera->focusBoxAnimation()->state(), QAbstractAnimation::Running);
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return static_cast<QGraphicsOpacityEffect *>(box->graphicsEffect())->opacity() == 0.0; }, 2000));
-
-    CaptureDevice::Capabilities unlockable;
-    unlockable.lockable = false;
-    back->setCapabilities(unlockable);
-    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(10, 10));
-    EXPECT_EQ(errors.size(), 1);
-
-    // Under the camera's own fill gravity the picture overflows at the sides above; in a square
-    // view, at the top and bottom.
-    ASSERT_EQ(camera->captureVideoPreviewLayer()->videoGravity(), VideoPreviewLayer::gravityResizeAspectFill);
-    camera->resize(400, 400);
-    const QPointF poi = camera->convertToPointOfInterestFromViewCoordinates(QPointF(100, 200));
-    EXPECT_NEAR(poi.x(), 0.5, 1e-9);
-    EXPECT_NEAR(poi.y(), 0.75, 1e-9);
-}
-
-TEST_F(StillCameraTest, CaptureCallsBackOffTheGuiThreadAndFreezesThePreviewUntilTheNextStart)
+// Capturing calls back off the GUI thread and freezes the preview until the next start; a tap
+// focuses there and shows the box; points of interest follow the fill gravity.
+TEST_F(StillCameraTest, CaptureCallsBackOffTheGuiThreadTapFocusesAndPointsOfInterestFollowTheFillGravity)
 {
     StillCamera *camera = startedCamera();
     for (const bool exactSeenImage : {false, true}) {
@@ -144,6 +116,32 @@ TEST_F(StillCameraTest, CaptureCallsBackOffTheGuiThreadAndFreezesThePreviewUntil
         camera->start();
         EXPECT_TRUE(preview->isEnabled());
     }
+
+    QWidget *box = camera->focusBoxLayer();
+    ASSERT_TRUE(box && camera->focusBoxAnimation());
+    EXPECT_EQ(box->size(), QSize(70, 60));
+    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::ContinuousAutoFocus);
+    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(60, 100));
+    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::AutoFocus);
+    EXPECT_EQ(back->focusPointOfInterest(), QPointF(0.25, 0.8));
+    EXPECT_EQ(box->geometry().center(), QPoint(60, 100) - QPoint(1, 1)); // QRect's centre rounds down
+    EXPECT_EQ(camera->focusBoxAnimation()->state(), QAbstractAnimation::Running);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return static_cast<QGraphicsOpacityEffect *>(box->graphicsEffect())->opacity() == 0.0; }, 2000));
+
+    CaptureDevice::Capabilities unlockable;
+    unlockable.lockable = false;
+    back->setCapabilities(unlockable);
+    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(10, 10));
+    EXPECT_EQ(errors.size(), 1);
+
+    // Under the camera's own fill gravity the picture overflows at the sides above; in a square
+    // view, at the top and bottom.
+    ASSERT_EQ(camera->captureVideoPreviewLayer()->videoGravity(), VideoPreviewLayer::gravityResizeAspectFill);
+    camera->resize(400, 400);
+    const QPointF poi = camera->convertToPointOfInterestFromViewCoordinates(QPointF(100, 200));
+    EXPECT_NEAR(poi.x(), 0.5, 1e-9);
+    EXPECT_NEAR(poi.y(), 0.75, 1e-9);
 }
 
 TEST_F(StillCameraTest, ScreenMakesItsCameraBehindTheOverlaysFocusesTheCentreDropsItAndLogsAStartWithoutInput)
