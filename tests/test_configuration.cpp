@@ -139,7 +139,7 @@ TEST(ConfigurationTypedValues, TextFloatAndBooleanReadingsOfEveryKindOfValue)
                             C::getGlobalBoolForKey);
 }
 
-TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFileAndEndTheGroupSearchAndDamagedFilesCountAsMissing)
+TEST(ConfigurationErrors, WrongKindsAndHelpPagesOutsideTheListThrowAfterOneLineNamingKeyAndFileAndDamagedFilesCountAsMissing)
 {
     TemporaryMainBundle host;
     host.writeSettings("<key>TextFlashButtonArray</key><string>Off</string>"
@@ -173,25 +173,8 @@ TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFileA
         ASSERT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
         EXPECT_TRUE(log.lines().first().contains(host.settingsPath()));
     }
-}
 
-TEST(ConfigurationFonts, InstalledNamesAsConfiguredUnknownNearMissOrEmptyOnesFallBackToHelvetica)
-{
-    TemporaryMainBundle host;
-    for (const auto &[bold, regular, expectedBold, expectedRegular] : QList<std::tuple<QByteArray, QByteArray, QString, QString>>{
-             {"DejaVuSans-Bold", "LiberationSans", "DejaVuSans-Bold", "LiberationSans"},
-             {"NoSuchFont-Bold", "DejaVuSans-Regula", "Helvetica-Bold", "Helvetica"},
-             {"", "", "Helvetica-Bold", "Helvetica"}}) {
-        host.writeSettings("<key>ApplicationBoldStyleFontName</key><string>" + bold + "</string>"
-                           "<key>ApplicationRegularStyleFontName</key><string>" + regular + "</string>");
-        EXPECT_EQ(C::getGlobalFontBold(), expectedBold);
-        EXPECT_EQ(C::getGlobalFontRegular(), expectedRegular);
-    }
-}
-
-TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLineAndNoPageListGivesNothing)
-{
-    TemporaryMainBundle host;
+    // A help page index outside the pages throws after one log line; no page list gives nothing.
     host.writeSettings("<key>HelpOverlay</key><dict><key>HelpOverlayDetailsDictionary</key><dict>"
                        "<key>overlays</key><array>"
                        "<dict><key>title</key><string>First</string></dict>"
@@ -206,6 +189,20 @@ TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLineAndNoP
 
     host.writeSettings("<key>HelpOverlayDetailsDictionary</key><dict><key>pages</key><array/></dict>");
     EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("title", 5).isValid());
+}
+
+TEST(ConfigurationFonts, InstalledNamesAsConfiguredUnknownNearMissOrEmptyOnesFallBackToHelvetica)
+{
+    TemporaryMainBundle host;
+    for (const auto &[bold, regular, expectedBold, expectedRegular] : QList<std::tuple<QByteArray, QByteArray, QString, QString>>{
+             {"DejaVuSans-Bold", "LiberationSans", "DejaVuSans-Bold", "LiberationSans"},
+             {"NoSuchFont-Bold", "DejaVuSans-Regula", "Helvetica-Bold", "Helvetica"},
+             {"", "", "Helvetica-Bold", "Helvetica"}}) {
+        host.writeSettings("<key>ApplicationBoldStyleFontName</key><string>" + bold + "</string>"
+                           "<key>ApplicationRegularStyleFontName</key><string>" + regular + "</string>");
+        EXPECT_EQ(C::getGlobalFontBold(), expectedBold);
+        EXPECT_EQ(C::getGlobalFontRegular(), expectedRegular);
+    }
 }
 
 TEST(ShippedTheme, GroupsOnlyUniqueKeysAndValuesOfTheKindTheirNamesSay)
