@@ -151,7 +151,7 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndHelpTapAndDismissTak
     EXPECT_EQ(screen->overlayView2()->parentWidget(), screen);
 }
 
-TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWhole)
+TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWholeAndWithoutAVinSlotPlaceholders)
 {
     for (const bool landscape : {true, false}) {
         SCOPED_TRACE(landscape ? "landscape" : "320x480");
@@ -166,10 +166,8 @@ TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWhole)
             EXPECT_GT(card->imageView()->height(), 80);
         }
     }
-}
 
-TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
-{
+    // Without a VIN slot the card shows placeholders; without frames, no picture.
     for (const bool withHeader : {false, true}) {
         SCOPED_TRACE(withHeader ? "a slot without frames" : "no slot");
         TemporaryMainBundle settings;
