@@ -42,11 +42,7 @@ protected:
         return screen->vinEntryAlertController();
     }
     TextField *field() { return screen->vinEntryAlertController()->textFields().first(); }
-    QWidget *okButton()
-    {
-        AlertController *alert = screen->vinEntryAlertController();
-        return alert->buttonForAction(screen->vinEntryAlertOKAction());
-    }
+    QWidget *okButton() { return screen->vinEntryAlertController()->buttonForAction(screen->vinEntryAlertOKAction()); }
 
 };
 
