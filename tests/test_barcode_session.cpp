@@ -20,9 +20,8 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstdio>
-#include <mutex>
+#include <future>
 #include <thread>
 
 using namespace ZQTPlatform;
@@ -200,28 +199,20 @@ TEST_F(BarcodeSession, TheDelegateCanDeleteTheScreenThroughABlockingCallToTheGui
             returned = true;
         }
     } closing;
+    ASSERT_TRUE(CaptureDevice::addStandIn(labelScene(Symbology::Code39, validVin)));
     // A deadlock stops the GUI thread for good; the watchdog turns it into a failure.
-    std::mutex watch;
-    std::condition_variable finished;
-    bool done = false;
-    std::thread watchdog([&] {
-        std::unique_lock<std::mutex> lock(watch);
-        if (!finished.wait_for(lock, std::chrono::seconds(20), [&] { return done; })) {
+    std::promise<void> finished;
+    std::thread watchdog([done = finished.get_future()] {
+        if (done.wait_for(std::chrono::seconds(20)) != std::future_status::ready) {
             std::fprintf(stderr, "the screen's deletion from its delegate never finished\n");
             std::abort();
         }
     });
-
-    ASSERT_TRUE(CaptureDevice::addStandIn(labelScene(Symbology::Code39, validVin)));
     closing.screen = ZQTVINCaptureVC::createVinScannerViewWithDelegate(&closing, claimId);
     host.navigation->pushViewController(closing.screen, false);
     host.window.makeKeyAndVisible();
     const bool closed = QTest::qWaitFor([&] { return closing.screen.isNull() && closing.returned; }, 10000);
-    {
-        std::lock_guard<std::mutex> lock(watch);
-        done = true;
-    }
-    finished.notify_one();
+    finished.set_value();
     watchdog.join();
     EXPECT_TRUE(closed);
     EXPECT_TRUE(host.navigation->viewControllers().isEmpty());
@@ -230,9 +221,7 @@ TEST_F(BarcodeSession, TheDelegateCanDeleteTheScreenThroughABlockingCallToTheGui
 // Frames of the field-conditions set (seed 18: keystone, turn, blur, low light, glare, JPEG loss)
 // streaming from a picture stand-in through the whole session: the VIN on the label is reported as
 // scanned, and its photo stored. Code 39 and Code 128 labels go through the session above.
-class FieldSetSession : public BarcodeSession, public ::testing::WithParamInterface<int>
-{
-};
+class FieldSetSession : public BarcodeSession, public ::testing::WithParamInterface<int> {};
 
 TEST_P(FieldSetSession, ReportsTheVinOnTheLabel)
 {
