@@ -25,11 +25,7 @@ const QString kNul = QString(QChar(0));
 
 TEST(SettingsValues, ReadBackEqualOrAreRefusedWithALogLine)
 {
-    const struct
-    {
-        const char *name;
-        QVariant value;
-    } values[] = {
+    const struct { const char *name; QVariant value; } values[] = {
         {"TextWithNul", QString("a" + kNul + "b")},
         {"KeysThatDifferAfterNul", QVariantMap{{"a" + kNul + "b", 1}, {"a" + kNul + "c", 2}}},
         {"ListWithNulText", QVariantList{"ok", kNul}},
