@@ -34,9 +34,7 @@ QVariant roundTrip(const QVariant &value, Format format)
     return back;
 }
 
-class PropertyListRoundTrip : public ::testing::TestWithParam<Format>
-{
-};
+class PropertyListRoundTrip : public ::testing::TestWithParam<Format> {};
 
 } // namespace
 

@@ -39,9 +39,7 @@ bool hasTextOutput(const ZQTVINCaptureVC *screen)
     return false;
 }
 
-class TextReadingSession : public ScreenSessionTest, public ::testing::WithParamInterface<bool>
-{
-};
+class TextReadingSession : public ScreenSessionTest, public ::testing::WithParamInterface<bool> {};
 
 } // namespace
 
