@@ -77,7 +77,7 @@ QGeoPositionInfo fixAt(double latitude, double longitude, int second)
 
 } // namespace
 
-TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
+TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExactAndTheBoxSpansJustOverAThirdOfTheWidth)
 {
     const QTimeZone pacific("America/Los_Angeles");
     EXPECT_EQ(Stamp::stampText(QDateTime(QDate(2024, 3, 5), QTime(9, 7, 3), pacific), pacific, 37.33233141f,
@@ -92,10 +92,8 @@ TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
     EXPECT_EQ(Stamp::stampText(noonUtc, QTimeZone("Asia/Kolkata"), -33.5f, 151.25f),
               "Jul 01, 2024  17:30:00 IST\nLat: -33.5  Long: 151.25");
     QLocale::setDefault(savedLocale);
-}
 
-TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercentAtScaleOne)
-{
+    // The box spans just over a third of the width plus five per cent, drawn at scale 1.
     // Too narrow for even the smallest size: 9 points, and the box overflows to the left.
     EXPECT_EQ(Stamp::stampFontSize(sampleText, 60), 9.0);
     EXPECT_EQ(Constants::getSuperImposedImage(Image(greyPicture(60, 600)), sampleText).bitmap().size(), QSize(60, 600));
