@@ -129,27 +129,14 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
         << "the manual-entry strip ends the screen";
 }
 
-TEST_F(CaptureScreen, IsModalOnlyWhenPresented)
-{
-    PhoneHost host;
-    host.window.makeKeyAndVisible();
-    auto *navigation = new NavigationController(new ViewController);
-    host.navigation->presentViewController(navigation, false);
-    ZQTVINCaptureVC *pushed = plainScreen();
-    navigation->pushViewController(pushed, false);
-    EXPECT_TRUE(pushed->isModal()) << "inside a presented navigation controller";
-    navigation->dismissViewControllerAnimated(false);
-    // Pushed on the host's stack or presented directly: the back button's test below.
-    std::unique_ptr<ZQTVINCaptureVC> alone(plainScreen());
-    EXPECT_FALSE(alone->isModal());
-}
-
 // The screen's answers: orientations by landscape mode (the device turned when it shows), the
-// status bar hidden except on phones with an 812-point side, light only for the exact text. (The
-// older rotation questions are asked by nothing in the platform.)
-TEST_F(CaptureScreen, OrientationAndStatusBarAnswersFollowLandscapeModeAndThePhone)
+// status bar hidden except on phones with an 812-point side, light only for the exact text, modal
+// only inside a presented navigation controller. (The older rotation questions are asked by
+// nothing in the platform.)
+TEST_F(CaptureScreen, OrientationStatusBarAndModalAnswersFollowLandscapeModeThePhoneAndThePresentation)
 {
     ZQTVINCaptureVC *screen = plainScreen();
+    EXPECT_FALSE(screen->isModal()) << "alone (pushed on the host's stack or presented directly: the back button's test)";
     for (const bool landscape : {false, true}) {
         screen->setEnableLandscapeMode(landscape);
         EXPECT_EQ(screen->supportedInterfaceOrientations(), landscape ? 24u : 2u);
@@ -177,6 +164,13 @@ TEST_F(CaptureScreen, OrientationAndStatusBarAnswersFollowLandscapeModeAndThePho
     PhoneHost host;
     push(host, screen);
     EXPECT_EQ(DeviceProfile::current().deviceOrientation, 3);
+
+    // Inside a presented navigation controller the screen is modal.
+    auto *navigation = new NavigationController(new ViewController);
+    host.navigation->presentViewController(navigation, false);
+    ZQTVINCaptureVC *pushed = plainScreen();
+    navigation->pushViewController(pushed, false);
+    EXPECT_TRUE(pushed->isModal());
 }
 
 TEST_F(CaptureScreen, TheBackButtonPopsAPushedScreenAndDismissesAPresentedOneWithoutReporting)
