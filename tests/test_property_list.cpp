@@ -72,7 +72,7 @@ TEST(PropertyListDates, CountFrom2001WithMillisecondsOnlyInBinary)
     EXPECT_TRUE(written.contains("<date>2023-03-09T08:07:06Z</date>")) << written.toStdString();
 }
 
-TEST(PropertyListRefusal, TruncatedDamagedAndForeignInputIsRefusedNotHalfRead)
+TEST(PropertyListRefusal, TruncatedDamagedAndForeignInputIsRefusedNotHalfReadAndOnlyPropertyListTypesAreWritten)
 {
     const QByteArray xml = PropertyList::toData(everyKind(), Format::Xml);
     const QByteArray binary = PropertyList::toData(everyKind(), Format::Binary);
@@ -86,11 +86,9 @@ TEST(PropertyListRefusal, TruncatedDamagedAndForeignInputIsRefusedNotHalfRead)
         EXPECT_FALSE(PropertyList::fromData(bytes, &error).isValid()) << bytes.left(60).toStdString();
         EXPECT_FALSE(error.isEmpty());
     }
-}
 
-// Reading files (missing, malformed, changed) is exercised by the configuration tests.
-TEST(PropertyListValues, OnlyPropertyListTypesCanBeWritten)
-{
+    // Only property-list types can be written. (Reading files, missing, malformed or changed: the
+    // configuration tests.)
     EXPECT_TRUE(PropertyList::isPropertyListValue(everyKind()));
     for (const QVariant &bad : {QVariant(), QVariant(QPointF(1, 2)), QVariant(QDateTime()),
                                 QVariant(std::numeric_limits<quint64>::max()),
