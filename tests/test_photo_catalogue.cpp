@@ -134,7 +134,7 @@ TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
     }
 }
 
-TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlotAHostPictureNameTheBuiltInOneAndTheHostListComesOnAPoolThread)
+TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlotAHostPictureNameTheBuiltInOneAutoDisplayReadsBooleansAndTheHostListComesOnAPoolThread)
 {
     const auto screen = newScreen();
     screen->setVINPhotoCaptureEntity();
@@ -172,6 +172,19 @@ TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlotAHostPictureN
     EXPECT_EQ(colorOf(single->thumbnailImage()), "#00ff00") << "the host's picture wins over the framework's";
     EXPECT_EQ(single->cameraOverlayImage().bitmap(), frameworkImage("cam_info_vin").bitmap());
 
+    // Hand-written settings often say "NO" or 0 where a boolean belongs; they read as the platform
+    // reads them, not as "any text is true".
+    const struct { QByteArray xml; bool shows; } rows[] = {
+        {"<string>NO</string>", false}, {"<integer>0</integer>", false}, {"<dict/>", false},
+        {"<string> true</string>", true}, {"<integer>2</integer>", true},
+    };
+    for (const auto &row : rows) {
+        host.writeSettings(helpPageSettings("<string>help_info_vin</string>", "Header", row.xml));
+        screen->setVINPhotoCaptureEntity();
+        ASSERT_NE(screen->vinScanItem(), nullptr) << row.xml.constData();
+        EXPECT_EQ(screen->vinScanItem()->autoDisplayFirstTime(), row.shows) << row.xml.constData();
+    }
+
     // The built-in slots are the host's list, handed over on a pool thread.
     const auto door = ZQTVINPhotoCaptureEntity::createWithTitle("Door", "H", "T", "D", false);
     screen->setThumbnailItems({door});
@@ -184,22 +197,4 @@ TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlotAHostPictureN
     });
     ASSERT_TRUE(QTest::qWaitFor([&] { return done.load(); }, 3000));
     EXPECT_TRUE(onPool && asSet);
-}
-
-// Hand-written settings often say "NO" or 0 where a boolean belongs; they read as the platform
-// reads them, not as "any text is true".
-TEST(PhotoCatalogue, AutoDisplayTakesTheBooleanValueOfTextAndNumbers)
-{
-    const struct { QByteArray xml; bool shows; } rows[] = {
-        {"<string>NO</string>", false}, {"<integer>0</integer>", false}, {"<dict/>", false},
-        {"<string> true</string>", true}, {"<integer>2</integer>", true},
-    };
-    TemporaryMainBundle host;
-    const auto screen = newScreen();
-    for (const auto &row : rows) {
-        host.writeSettings(helpPageSettings("<string>help_info_vin</string>", "Header", row.xml));
-        screen->setVINPhotoCaptureEntity();
-        ASSERT_NE(screen->vinScanItem(), nullptr) << row.xml.constData();
-        EXPECT_EQ(screen->vinScanItem()->autoDisplayFirstTime(), row.shows) << row.xml.constData();
-    }
 }
