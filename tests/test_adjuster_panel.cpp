@@ -120,12 +120,38 @@ protected:
 
 } // namespace
 
-TEST_F(AdjusterPanel, TrimsBlanksCollapsesEmptyRowsAndShowsRecordFieldsAsPlainText)
+TEST_F(AdjusterPanel, OnePanelBelowTheBarsDialsTheDigitsBeforeTheExtensionTrimsBlanksCollapsesEmptyRowsAndShowsPlainText)
 {
+    host.writeSettings(adjusterSettings("x", "", false, ""));
+    Panel::showInViewController(screen, dana());
+    EXPECT_EQ(Panel::shownPanel(), nullptr) << "the panel is made later on the main queue";
+    Panel *panel = show(dana());
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(phone.window.findChildren<Panel *>().size(), 1) << "the second request changes nothing";
+    EXPECT_EQ(panel->parentWidget(), &phone.window);
+    EXPECT_EQ(panel->geometry(), phone.window.rect());
+    EXPECT_EQ(panel->constraintAdjusterTop()->constant(), 44.0 + 44.0) << "status bar and navigation bar";
+    EXPECT_EQ(panel->viewAdjusterInfo()->mapTo(&phone.window, QPoint()).y(), 88);
+
+    click(panel, "callButton");
+    EXPECT_EQ(urls.requests, QStringList{"tel:5551234567"});
+    QTest::qWait(50);
+    EXPECT_EQ(Panel::shownPanel(), panel) << "the panel stays up while calling";
+    // Without a separator the extension's digits are dialled too.
+    host.writeSettings(adjusterSettings("", "", false, ""));
+    click(panel, "callButton");
+    EXPECT_EQ(urls.requests.value(1), "tel:555123456789");
+
+    click(panel, "closeButton");
+    EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
+    EXPECT_TRUE(phone.window.findChildren<Panel *>().isEmpty());
+    EXPECT_EQ(urls.requests.size(), 2) << "closing asks for nothing";
+
+    // Trimmed texts, collapsed rows, plain text.
     host.writeSettings(adjusterSettings("x", "", false, "")
                        + "<key>ApplicationHeaderColor</key><string>#204060</string>"
                          "<key>ApplicationBoldStyleFontName</key><string>DejaVuSans-Bold</string>");
-    Panel *panel = show(dana());
+    panel = show(dana());
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->labelClaim()->text(), "C-123");
     // The scene's labels take their colour and font from the keys it names, at the scene's size.
@@ -183,35 +209,7 @@ TEST_F(AdjusterPanel, TrimsBlanksCollapsesEmptyRowsAndShowsRecordFieldsAsPlainTe
     }
 }
 
-TEST_F(AdjusterPanel, OnePanelBelowTheBarsDialsTheDigitsBeforeTheExtensionAndCloses)
-{
-    host.writeSettings(adjusterSettings("x", "", false, ""));
-    Panel::showInViewController(screen, dana());
-    EXPECT_EQ(Panel::shownPanel(), nullptr) << "the panel is made later on the main queue";
-    Panel *panel = show(dana());
-    ASSERT_NE(panel, nullptr);
-    EXPECT_EQ(phone.window.findChildren<Panel *>().size(), 1) << "the second request changes nothing";
-    EXPECT_EQ(panel->parentWidget(), &phone.window);
-    EXPECT_EQ(panel->geometry(), phone.window.rect());
-    EXPECT_EQ(panel->constraintAdjusterTop()->constant(), 44.0 + 44.0) << "status bar and navigation bar";
-    EXPECT_EQ(panel->viewAdjusterInfo()->mapTo(&phone.window, QPoint()).y(), 88);
-
-    click(panel, "callButton");
-    EXPECT_EQ(urls.requests, QStringList{"tel:5551234567"});
-    QTest::qWait(50);
-    EXPECT_EQ(Panel::shownPanel(), panel) << "the panel stays up while calling";
-    // Without a separator the extension's digits are dialled too.
-    host.writeSettings(adjusterSettings("", "", false, ""));
-    click(panel, "callButton");
-    EXPECT_EQ(urls.requests.value(1), "tel:555123456789");
-
-    click(panel, "closeButton");
-    EXPECT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() == nullptr; }, 2000));
-    EXPECT_TRUE(phone.window.findChildren<Panel *>().isEmpty());
-    EXPECT_EQ(urls.requests.size(), 2) << "closing asks for nothing";
-}
-
-TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
+TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopyAndIsNotOpenedWhenItWouldGainRecipients)
 {
     const struct { QByteArray subject; bool appendClaim; QByteArray copy; QString request; } cases[] = {
         {"Claim %@", true, "claims@example.com",
@@ -235,24 +233,20 @@ TEST_F(AdjusterPanel, EmailRequestFollowsTheConfiguredSubjectAndCopy)
     EXPECT_EQ(emailRequests(adjusterSettings("x", "", false, ""), broken), "");
     EXPECT_FALSE(canOpenURL(QStringLiteral("mailto:a@b.org?subject=50%")));
     EXPECT_FALSE(canOpenURL(QStringLiteral("dana@example.com")));
-}
 
-TEST_F(AdjusterPanel, EmailThatWouldGainRecipientsOrHeadersIsNotOpened)
-{
-    const struct { const char *claim, *address; QByteArray copy; } cases[] = {
-        {"x&bcc=someone@y&body=Hello", "dana.reyes@example.com", ""},
-        {"C-123", "a@x.org,b@y.org", ""},
-        {"C-123", "a@x.org?bcc=b@y.org", ""},
-        {"C-123", "a@x.org;b@y.org", ""},
-        {"C-123", "dana.reyes@example.com", "claims@example.com&amp;bcc=b@y.org"},
+    // One that would gain recipients or headers is not opened, and says so.
+    // (One header value and one recipient: every header and every address pass one check each.)
+    const struct { const char *claim, *address; } hostile[] = {
+        {"x&bcc=someone@y&body=Hello", "dana.reyes@example.com"},
+        {"C-123", "a@x.org?bcc=b@y.org"},
     };
-    for (const auto &c : cases) {
+    for (const auto &c : hostile) {
         SCOPED_TRACE(std::string(c.claim) + " " + c.address);
         ZQTVINScanAdjuster adjuster = dana();
         adjuster.setCustClmRefID(QString::fromLatin1(c.claim));
         adjuster.setRecipientEmailAddress(QString::fromLatin1(c.address));
         LogCapture log;
-        EXPECT_EQ(emailRequests(adjusterSettings("x", "Claim %@", true, c.copy), adjuster), "");
+        EXPECT_EQ(emailRequests(adjusterSettings("x", "Claim %@", true, ""), adjuster), "");
         EXPECT_EQ(log.lines().filter("Not opening the e-mail request").size(), 1);
     }
 }

@@ -17,14 +17,7 @@ using namespace ZQTPlatform;
 
 namespace {
 
-struct Suite
-{
-    const char *name;
-    int images;
-    int required;
-    QList<int> rotations;
-    QStringList types;
-};
+struct Suite { const char *name; int images, required; QList<int> rotations; QStringList types; };
 
 const QList<int> linearTurns{0, 180};
 const QList<int> matrixTurns{0, 90, 180, 270};
@@ -35,9 +28,7 @@ void PrintTo(const Suite &suite, std::ostream *out)
     *out << suite.name;
 }
 
-class BarcodeRegression : public ::testing::TestWithParam<Suite>
-{
-};
+class BarcodeRegression : public ::testing::TestWithParam<Suite> {};
 
 // Whether some frame of one strategy cycle reads exactly the expected text.
 bool readsWithinCycle(const BarcodeReader &reader, const QImage &image, const QString &expected)

@@ -4,7 +4,6 @@
 #include "ZQTVINScanComponent.h"
 #include "platform/ui/AlertController.h"
 #include "platform/capture/CaptureDevice.h"
-#include "support/LogCapture.h"
 #include "support/ScreenTestSupport.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/TestData.h"
@@ -12,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -21,15 +19,9 @@ using namespace ZQTPlatform;
 
 namespace {
 
-class CameraUnavailable : public ::testing::Test
+class CameraUnavailable : public ScreenSessionTest
 {
 protected:
-    void TearDown() override
-    {
-        delete screen.data();
-        CaptureDevice::removeStandIns();
-    }
-
     void pushScreen(bool manualOption)
     {
         screen = manualOption ? ZQTVINCaptureVC::createVinScannerManualOptionViewWithDelegate(&delegate, "CLM-NOCAM")
@@ -38,11 +30,6 @@ protected:
     }
     QWidget *notice() const { return screen->findChild<QWidget *>("cameraUnavailableView"); }
     qsizetype failureLines() const { return capture.lines().filter("The camera cannot be used").size(); }
-
-    LogCapture capture;
-    RecordingDelegate delegate;
-    PhoneHost host;
-    QPointer<ZQTVINCaptureVC> screen;
 };
 
 } // namespace

@@ -26,8 +26,6 @@ using Constants = ZQTVINScanComponentConstants;
 
 namespace {
 
-const QString validVin = QStringLiteral("1HGCM82633A004352");
-
 class CaptureScreen : public ::testing::Test
 {
 protected:
@@ -131,27 +129,14 @@ TEST_F(CaptureScreen, PlainScreenCollapsesTheStripsAndRendersTheConfiguredLook)
         << "the manual-entry strip ends the screen";
 }
 
-TEST_F(CaptureScreen, IsModalOnlyWhenPresented)
-{
-    PhoneHost host;
-    host.window.makeKeyAndVisible();
-    auto *navigation = new NavigationController(new ViewController);
-    host.navigation->presentViewController(navigation, false);
-    ZQTVINCaptureVC *pushed = plainScreen();
-    navigation->pushViewController(pushed, false);
-    EXPECT_TRUE(pushed->isModal()) << "inside a presented navigation controller";
-    navigation->dismissViewControllerAnimated(false);
-    // Pushed on the host's stack or presented directly: the back button's test below.
-    std::unique_ptr<ZQTVINCaptureVC> alone(plainScreen());
-    EXPECT_FALSE(alone->isModal());
-}
-
 // The screen's answers: orientations by landscape mode (the device turned when it shows), the
-// status bar hidden except on phones with an 812-point side, light only for the exact text. (The
-// older rotation questions are asked by nothing in the platform.)
-TEST_F(CaptureScreen, OrientationAndStatusBarAnswersFollowLandscapeModeAndThePhone)
+// status bar hidden except on phones with an 812-point side, light only for the exact text, modal
+// only inside a presented navigation controller. (The older rotation questions are asked by
+// nothing in the platform.)
+TEST_F(CaptureScreen, OrientationStatusBarAndModalAnswersFollowLandscapeModeThePhoneAndThePresentation)
 {
     ZQTVINCaptureVC *screen = plainScreen();
+    EXPECT_FALSE(screen->isModal()) << "alone (pushed on the host's stack or presented directly: the back button's test)";
     for (const bool landscape : {false, true}) {
         screen->setEnableLandscapeMode(landscape);
         EXPECT_EQ(screen->supportedInterfaceOrientations(), landscape ? 24u : 2u);
@@ -179,6 +164,13 @@ TEST_F(CaptureScreen, OrientationAndStatusBarAnswersFollowLandscapeModeAndThePho
     PhoneHost host;
     push(host, screen);
     EXPECT_EQ(DeviceProfile::current().deviceOrientation, 3);
+
+    // Inside a presented navigation controller the screen is modal.
+    auto *navigation = new NavigationController(new ViewController);
+    host.navigation->presentViewController(navigation, false);
+    ZQTVINCaptureVC *pushed = plainScreen();
+    navigation->pushViewController(pushed, false);
+    EXPECT_TRUE(pushed->isModal());
 }
 
 TEST_F(CaptureScreen, TheBackButtonPopsAPushedScreenAndDismissesAPresentedOneWithoutReporting)
@@ -233,48 +225,38 @@ TEST_F(CaptureScreen, ApplicationAndKeyboardNotificationsReachTheScreenWhileObse
     EXPECT_TRUE(notify().isEmpty()) << "a destroyed screen observes nothing";
 }
 
-TEST_F(CaptureScreen, ValidateVINFollowsTheLeadingIAndSeventeenCharacterRules)
-{
-    std::unique_ptr<ZQTVINCaptureVC> screen(plainScreen());
-    const QList<std::tuple<QString, QString, bool>> cases = {
-        {validVin, validVin, true},
-        {"I" + validVin, validVin, true},
-        {"I" + validVin + "X", validVin, true},                  // the I goes before the first 17 are tried
-        {validVin + "XYZ", validVin, true},                      // first 17
-        {"XYZ" + validVin, validVin, true},                      // last 17
-        {"AB" + validVin + "CD", "AB" + validVin + "CD", false}, // neither
-        {validVin.left(16), validVin.left(16), false},
-        {"i" + validVin, validVin, true},                        // lower-case i stays, then last 17
-        {"1HGCM-82633A004352", "1HGCM-82633A004352", true},      // passes whole, hyphen kept
-        {"1HGCM82633A004353", "1HGCM82633A004353", false},       // wrong check digit
-        {QString(), QString(), false}};
-    for (const auto &[payload, vin, valid] : cases) {
-        const ZQTVINDetails details = screen->validateVIN(payload);
-        EXPECT_EQ(details.VIN(), vin) << payload.toStdString();
-        EXPECT_EQ(details.isValid(), valid) << payload.toStdString();
-        // The codes of a frame are put in order by the same rule.
-        EXPECT_EQ(VINPayload::rank(payload) == 0, valid) << payload.toStdString();
-    }
-}
-
-// A frame's codes are ranked on every frame: VIN-shaped texts (17 VIN characters, check digit
-// wrong or absent) before part numbers and paint codes, and never a log line.
-TEST(VINPayloadRank, PutsVinShapedTextsBeforeOtherCodesQuietly)
-{
-    LogCapture log;
-    EXPECT_EQ(VINPayload::rank("1HGCM82633A004353"), 1);         // wrong check digit
-    EXPECT_EQ(VINPayload::rank("WVWZZZ1JZXW000001"), 1);         // no check digit (a letter in its place)
-    EXPECT_EQ(VINPayload::rank("I1HGCM82633A004353-2"), 1);      // first 17 after the I
-    EXPECT_EQ(VINPayload::rank("PN 84512-33A07"), 2);
-    EXPECT_EQ(VINPayload::rank("1HGCM82633A0O4352"), 2);         // an O is no VIN character
-    EXPECT_EQ(VINPayload::rank("1HGCM82633A00435"), 2);          // 16 characters
-    EXPECT_EQ(VINPayload::rank(QString()), 2);
-    EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join('|').toStdString();
-}
-
-TEST_F(CaptureScreen, ManualEntryReportsAnInvalidVinTooAndPostsTheTimeOnScreenEachTime)
+// The codes of a frame are ranked on every frame by the same rule, quietly: a valid VIN first,
+// VIN-shaped texts (17 VIN characters, check digit wrong or absent) next, part numbers and paint
+// codes last.
+TEST_F(CaptureScreen, ValidateVINTheRankOfACodeAndTheManualReportFollowTheLeadingIAndSeventeenCharacterRules)
 {
     std::unique_ptr<ZQTVINCaptureVC> screen(manualScreen());
+    const QList<std::tuple<QString, QString, int>> cases = {
+        {validVin, validVin, 0},
+        {"I" + validVin, validVin, 0},
+        {"I" + validVin + "X", validVin, 0},                  // the I goes before the first 17 are tried
+        {validVin + "XYZ", validVin, 0},                      // first 17
+        {"XYZ" + validVin, validVin, 0},                      // last 17
+        {"AB" + validVin + "CD", "AB" + validVin + "CD", 1},  // neither
+        {validVin.left(16), validVin.left(16), 2},
+        {"i" + validVin, validVin, 0},                        // lower-case i stays, then last 17
+        {"1HGCM-82633A004352", "1HGCM-82633A004352", 0},      // passes whole, hyphen kept
+        {"1HGCM82633A004353", "1HGCM82633A004353", 1},       // wrong check digit
+        {"WVWZZZ1JZXW000001", "WVWZZZ1JZXW000001", 1},       // no check digit (a letter in its place)
+        {"I1HGCM82633A004353-2", "1HGCM82633A004353-2", 1},  // first 17 after the I
+        {"PN 84512-33A07", "PN 84512-33A07", 2},
+        {"1HGCM82633A0O4352", "1HGCM82633A0O4352", 2},       // an O is no VIN character
+        {QString(), QString(), 2}};
+    for (const auto &[payload, vin, rank] : cases) {
+        capture.clear();
+        EXPECT_EQ(VINPayload::rank(payload), rank) << payload.toStdString();
+        EXPECT_TRUE(capture.lines().isEmpty()) << capture.lines().join('|').toStdString();
+        const ZQTVINDetails details = screen->validateVIN(payload);
+        EXPECT_EQ(details.VIN(), vin) << payload.toStdString();
+        EXPECT_EQ(details.isValid(), rank == 0) << payload.toStdString();
+    }
+
+    // The manual entry reports an invalid VIN too, and posts the time on screen each time.
     screen->loadViewIfNeeded();
     AnalyticsRecorder analytics;
     screen->handleManualEntryOK("1HGCM82633A0O4352");

@@ -36,7 +36,7 @@ std::string describe(const Invocation &invocation)
 
 } // namespace
 
-TEST(CommandLineManners, EveryProgramAndSubcommandAnswersHelpOnStandardOutput)
+TEST(CommandLineManners, EveryProgramAndSubcommandAnswersHelpOnStandardOutputAndWrongInvocationsExitTwoWithTheUsage)
 {
     const Invocation helps[] = {
         {false, {"-h"}, "usage: zqt-vin <command>"},
@@ -55,10 +55,8 @@ TEST(CommandLineManners, EveryProgramAndSubcommandAnswersHelpOnStandardOutput)
         EXPECT_TRUE(done.out.contains(help.expected)) << describe(help) << " printed:\n" << done.out.toStdString();
         EXPECT_TRUE(done.err.isEmpty()) << describe(help) << "\n" << done.err.toStdString();
     }
-}
 
-TEST(CommandLineManners, WrongInvocationsSayWhatWasWrongWithTheUsageAndExitTwo)
-{
+    // Wrong invocations say what was wrong, with the usage, and exit with status 2.
     const Invocation wrongs[] = {
         {false, {}, "no command given"},
         {false, {"frobnicate"}, "unknown command \"frobnicate\""},

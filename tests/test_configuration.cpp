@@ -60,7 +60,7 @@ void expectGroupValues(const QList<std::pair<QByteArray, T>> &cases, Read read)
 } // namespace
 
 // Groups are searched one level deep, after the top level.
-TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyOtherKeysComeFromTheFrameworkMissingOnesAreNeutralAndTheBundleChoosesTheFile)
+TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyOtherKeysComeFromTheFrameworkMissingOnesAreNeutralChangedFilesAreReadAgainAndTheBundleChoosesTheFile)
 {
     TemporaryMainBundle host;
     host.writeSettings("<key>TextTitle</key><string>Host title</string>"
@@ -87,6 +87,21 @@ TEST(ConfigurationLookupOrder, HostValuesWinEvenWhenEmptyOtherKeysComeFromTheFra
     EXPECT_FALSE(C::getGlobalBoolForKey(key));
     EXPECT_TRUE(C::getConfigArrayForKey(key).isEmpty());
     EXPECT_TRUE(C::getGlobalDictionaryForKey(key).isEmpty());
+
+    // A file changed on disk is read again.
+    host.writeSettings("<key>TextTitle</key><string>Alpha</string>");
+    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Alpha");
+
+    // Same size, new content: only the file's times tell the versions apart.
+    host.writeSettings("<key>TextTitle</key><string>Bravo</string>");
+    QFile file(host.settingsPath());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(QFileInfo(file).lastModified().addSecs(5), QFileDevice::FileModificationTime));
+    file.close();
+    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Bravo");
+
+    host.writeSettings("<key>TextTitle</key><string>Charlie, longer</string>");
+    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Charlie, longer");
 
     // A host bundle is read through Default_Settings.plist only, never through ZQTConfig.plist.
     QFile::remove(host.settingsPath());
@@ -124,7 +139,7 @@ TEST(ConfigurationTypedValues, TextFloatAndBooleanReadingsOfEveryKindOfValue)
                             C::getGlobalBoolForKey);
 }
 
-TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFileAndEndTheGroupSearch)
+TEST(ConfigurationErrors, WrongKindsAndHelpPagesOutsideTheListThrowAfterOneLineNamingKeyAndFileAndDamagedFilesCountAsMissing)
 {
     TemporaryMainBundle host;
     host.writeSettings("<key>TextFlashButtonArray</key><string>Off</string>"
@@ -146,14 +161,11 @@ TEST(ConfigurationErrors, ValuesOfTheWrongKindThrowAfterOneLineNamingKeyAndFileA
     EXPECT_FLOAT_EQ(C::getGlobalFloatForKey("CornerRadius"), 4.0f) << "found before the group search starts";
     expectConfigurationError([] { C::getConfigStringForKey("TextTitle"); }, "NSInvalidArgumentException",
                              {"\"CornerRadius\"", host.settingsPath(), "is a number", "\"TextTitle\""});
-}
 
-TEST(ConfigurationErrors, AMalformedOrNonDictionaryHostFileCountsAsMissingWithOneLogLine)
-{
+    // A malformed or non-dictionary host file counts as missing, with one log line.
     const QByteArray whole = plistWithEntries("<key>TextTitle</key><string>Host title</string>");
     for (const QByteArray &bytes : {whole.left(whole.lastIndexOf("</plist>")),
                                     ZQTPlatform::PropertyList::toData(QVariantList{"TextTitle", "Host title"})}) {
-        TemporaryMainBundle host;
         host.writeFile("Default_Settings.plist", bytes);
         LogCapture log;
         EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
@@ -161,45 +173,8 @@ TEST(ConfigurationErrors, AMalformedOrNonDictionaryHostFileCountsAsMissingWithOn
         ASSERT_EQ(log.lines().size(), 1) << log.lines().join('\n').toStdString();
         EXPECT_TRUE(log.lines().first().contains(host.settingsPath()));
     }
-}
 
-TEST(ConfigurationFiles, AFileChangedOnDiskIsReadAgain)
-{
-    TemporaryMainBundle host;
-    host.writeSettings("<key>TextTitle</key><string>Alpha</string>");
-    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Alpha");
-
-    // Same size, new content: only the file's times tell the versions apart.
-    host.writeSettings("<key>TextTitle</key><string>Bravo</string>");
-    QFile file(host.settingsPath());
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.setFileTime(QFileInfo(file).lastModified().addSecs(5), QFileDevice::FileModificationTime));
-    file.close();
-    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Bravo");
-
-    host.writeSettings("<key>TextTitle</key><string>Charlie, longer</string>");
-    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Charlie, longer");
-    QFile::remove(host.settingsPath());
-    EXPECT_EQ(C::getConfigStringForKey("TextTitle"), "Scan VIN");
-}
-
-TEST(ConfigurationFonts, InstalledNamesAsConfiguredUnknownNearMissOrEmptyOnesFallBackToHelvetica)
-{
-    TemporaryMainBundle host;
-    for (const auto &[bold, regular, expectedBold, expectedRegular] : QList<std::tuple<QByteArray, QByteArray, QString, QString>>{
-             {"DejaVuSans-Bold", "LiberationSans", "DejaVuSans-Bold", "LiberationSans"},
-             {"NoSuchFont-Bold", "DejaVuSans-Regula", "Helvetica-Bold", "Helvetica"},
-             {"", "", "Helvetica-Bold", "Helvetica"}}) {
-        host.writeSettings("<key>ApplicationBoldStyleFontName</key><string>" + bold + "</string>"
-                           "<key>ApplicationRegularStyleFontName</key><string>" + regular + "</string>");
-        EXPECT_EQ(C::getGlobalFontBold(), expectedBold);
-        EXPECT_EQ(C::getGlobalFontRegular(), expectedRegular);
-    }
-}
-
-TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLineAndNoPageListGivesNothing)
-{
-    TemporaryMainBundle host;
+    // A help page index outside the pages throws after one log line; no page list gives nothing.
     host.writeSettings("<key>HelpOverlay</key><dict><key>HelpOverlayDetailsDictionary</key><dict>"
                        "<key>overlays</key><array>"
                        "<dict><key>title</key><string>First</string></dict>"
@@ -214,6 +189,20 @@ TEST(ConfigurationHelpOverlay, AnIndexOutsideThePagesThrowsAfterOneLogLineAndNoP
 
     host.writeSettings("<key>HelpOverlayDetailsDictionary</key><dict><key>pages</key><array/></dict>");
     EXPECT_FALSE(C::getConfigHelpOverlayValueForKey("title", 5).isValid());
+}
+
+TEST(ConfigurationFonts, InstalledNamesAsConfiguredUnknownNearMissOrEmptyOnesFallBackToHelvetica)
+{
+    TemporaryMainBundle host;
+    for (const auto &[bold, regular, expectedBold, expectedRegular] : QList<std::tuple<QByteArray, QByteArray, QString, QString>>{
+             {"DejaVuSans-Bold", "LiberationSans", "DejaVuSans-Bold", "LiberationSans"},
+             {"NoSuchFont-Bold", "DejaVuSans-Regula", "Helvetica-Bold", "Helvetica"},
+             {"", "", "Helvetica-Bold", "Helvetica"}}) {
+        host.writeSettings("<key>ApplicationBoldStyleFontName</key><string>" + bold + "</string>"
+                           "<key>ApplicationRegularStyleFontName</key><string>" + regular + "</string>");
+        EXPECT_EQ(C::getGlobalFontBold(), expectedBold);
+        EXPECT_EQ(C::getGlobalFontRegular(), expectedRegular);
+    }
 }
 
 TEST(ShippedTheme, GroupsOnlyUniqueKeysAndValuesOfTheKindTheirNamesSay)

@@ -77,35 +77,28 @@ TEST_F(DeviceUtils, CameraUseNeedsAnOpenableCameraNotOnlyThePermission)
 
 // The question is asked of the device the capture screen would use: a picture or a video file
 // standing in for the camera counts, with the permission.
-TEST_F(DeviceUtils, CameraAndLocationUseAreAnsweredFromTheStatusesAndTheDefaultCaptureDevice)
+TEST_F(DeviceUtils, CameraAndLocationUseAreAnsweredFromTheStatusesAndTheDefaultCaptureDeviceAndAccessLaterOnTheGuiThread)
 {
     ASSERT_NE(CaptureDevice::addStandIn(TestData::filled(64, 48, Qt::darkCyan)), nullptr);
     const auto cleanUp = qScopeGuard([] { CaptureDevice::removeStandIns(); });
     Authorization::setHasConfiguredVideoSource(true);
     Authorization::setLocationStatus(LocationStatus::AuthorizedWhenInUse);
 
-    const std::pair<CameraStatus, bool> cases[] = {{CameraStatus::Authorized, true},
-                                                   {CameraStatus::Denied, false},
-                                                   {CameraStatus::NotDetermined, false},
-                                                   {CameraStatus::Restricted, false}};
-    for (const auto &[status, permitted] : cases) {
+    // Only an authorised camera is permitted (a camera that cannot be opened: the test above).
+    for (const CameraStatus status : {CameraStatus::Denied, CameraStatus::NotDetermined, CameraStatus::Authorized}) {
         Authorization::setCameraStatus(status);
-        EXPECT_EQ(ZQTDeviceUtils::isCameraUsePermitted(), permitted) << int(status);
+        EXPECT_EQ(ZQTDeviceUtils::isCameraUsePermitted(), status == CameraStatus::Authorized) << int(status);
     }
     // Location use needs "always" or "when in use".
-    Authorization::setCameraStatus(CameraStatus::Authorized);
     const bool locationPermitted[] = {false, false, false, true, true};
     for (int status = 0; status <= 4; ++status) {
         Authorization::setLocationStatus(LocationStatus(status));
         EXPECT_EQ(ZQTDeviceUtils::isLocationUsePermitted(), locationPermitted[status]) << status;
     }
-}
 
-TEST_F(DeviceUtils, CameraAccessIsAnsweredLaterOnTheGuiThread)
-{
+    // Camera access is answered later, on the GUI thread.
     const std::pair<CameraStatus, bool> cases[] = {
         {CameraStatus::Authorized, true}, {CameraStatus::Denied, false}, {CameraStatus::NotDetermined, true}};
-    Authorization::setHasConfiguredVideoSource(true);
     for (const auto &[status, granted] : cases) {
         Authorization::reset();
         Authorization::setCameraStatus(status);

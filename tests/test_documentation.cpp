@@ -34,7 +34,7 @@ void collectKeys(const QVariant &value, QSet<QString> &keys)
 
 } // namespace
 
-TEST(Documentation, TheReadmeShowsTheHostExampleAsItIs)
+TEST(Documentation, TheReadmeShowsTheHostExampleAsItIsAndTheReferenceAndExampleSettingsAgreeWithTheShippedKeys)
 {
     const QString example = sourceFile(QStringLiteral("samples/host-example/main.cpp"));
     const QString readme = sourceFile(QStringLiteral("README.md"));
@@ -47,12 +47,9 @@ TEST(Documentation, TheReadmeShowsTheHostExampleAsItIs)
     ASSERT_GT(end, textStart);
     EXPECT_EQ(readme.mid(textStart, end + 1 - textStart).toStdString(), example.toStdString())
         << "copy samples/host-example/main.cpp into the README";
-}
 
-// The configuration reference covers every key the component ships, and the example host
-// settings use only such keys.
-TEST(Documentation, TheReferenceAndTheExampleSettingsAgreeWithTheShippedKeys)
-{
+    // The configuration reference covers every key the component ships, and the example host
+    // settings use only such keys.
     QString error;
     const QVariant shipped = ZQTPlatform::PropertyList::readFile(QStringLiteral(ZQT_SOURCE_DIR "/src/resources/ZQTConfig.plist"), &error);
     ASSERT_TRUE(error.isEmpty()) << error.toStdString();
@@ -68,11 +65,11 @@ TEST(Documentation, TheReferenceAndTheExampleSettingsAgreeWithTheShippedKeys)
     missing.sort();
     EXPECT_TRUE(missing.isEmpty()) << "not in docs/configuration.md: " << missing.join(", ").toStdString();
 
-    const QVariantMap example = ZQTPlatform::PropertyList::readFile(
+    const QVariantMap exampleSettings = ZQTPlatform::PropertyList::readFile(
         QStringLiteral(ZQT_SOURCE_DIR "/docs/Default_Settings.example.plist"), &error).toMap();
     ASSERT_TRUE(error.isEmpty()) << error.toStdString();
     int entries = 0;
-    for (const QVariant &group : example) {
+    for (const QVariant &group : exampleSettings) {
         for (const QString &key : group.toMap().keys()) {
             ++entries;
             EXPECT_TRUE(keys.contains(key)) << "the component has no key " << key.toStdString();

@@ -74,11 +74,7 @@ TEST(CodeRegionFinder, FindsTheCodeAndItsDirection)
 
 // ---- Each condition at its worst ----
 
-struct Condition
-{
-    const char *name;
-    std::function<void(FieldScene &)> apply;
-};
+struct Condition { const char *name; std::function<void(FieldScene &)> apply; };
 
 const Condition conditions[] = {
     {"Keystone35", [](FieldScene &scene) { scene.keystone = 0.35; }},
@@ -99,9 +95,7 @@ const Condition conditions[] = {
      }},
 };
 
-class FieldCondition : public ::testing::TestWithParam<std::tuple<Symbology, int>>
-{
-};
+class FieldCondition : public ::testing::TestWithParam<std::tuple<Symbology, int>> {};
 
 // Read within ten frames of a steady picture, with the exact VIN and nothing else.
 TEST_P(FieldCondition, IsReadWithinTenFrames)

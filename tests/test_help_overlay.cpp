@@ -151,7 +151,7 @@ TEST_F(HelpOverlay, ShowsByItselfWithTheConfiguredContentAndHelpTapAndDismissTak
     EXPECT_EQ(screen->overlayView2()->parentWidget(), screen);
 }
 
-TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWhole)
+TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWholeAndWithoutAVinSlotPlaceholders)
 {
     for (const bool landscape : {true, false}) {
         SCOPED_TRACE(landscape ? "landscape" : "320x480");
@@ -166,18 +166,12 @@ TEST_F(HelpOverlay, LandscapeSceneAndSmallPhoneShowEveryTextWhole)
             EXPECT_GT(card->imageView()->height(), 80);
         }
     }
-}
 
-TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
-{
-    const QByteArray page = "<key>HelpOverlayDetailsDictionary</key><dict><key>overlays</key><array><dict>"
-                            "<key>imageName</key><string>still</string><key>header</key><string>%1</string>"
-                            "<key>title</key><string>T</string><key>descr</key><string>D</string>"
-                            "<key>autoDisplayFirstTime</key><false/></dict></array></dict>";
+    // Without a VIN slot the card shows placeholders; without frames, no picture.
     for (const bool withHeader : {false, true}) {
         SCOPED_TRACE(withHeader ? "a slot without frames" : "no slot");
         TemporaryMainBundle settings;
-        settings.writeSettings(QByteArray(page).replace("%1", withHeader ? "H" : ""));
+        settings.writeSettings(helpPageSettings("<string>still</string>", withHeader ? "H" : ""));
         PhoneHost host;
         ZQTVINCaptureVC *screen = push(host);
         ASSERT_EQ(screen->vinScanItem() != nullptr, withHeader);
@@ -188,8 +182,8 @@ TEST_F(HelpOverlay, WithoutAVinSlotShowsPlaceholdersAndWithoutFramesNoPicture)
         auto *card = qobject_cast<ZQTVINCaptureOverlayVC *>(screen->overlayView2());
         ASSERT_NE(card, nullptr);
         EXPECT_EQ(card->headerLbl()->text(), withHeader ? "H" : "<header>");
-        EXPECT_EQ(card->titleLbl()->text(), withHeader ? "T" : "<title>");
-        EXPECT_EQ(card->descrLbl()->text(), withHeader ? "D" : "<description>");
+        EXPECT_EQ(card->titleLbl()->text(), withHeader ? "Title" : "<title>");
+        EXPECT_EQ(card->descrLbl()->text(), withHeader ? "Description" : "<description>");
         EXPECT_FALSE(card->imageView()->isAnimating());
         EXPECT_TRUE(card->imageView()->displayedImage().isNull()) << "not even the still picture";
     }

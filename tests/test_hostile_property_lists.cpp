@@ -32,11 +32,7 @@ QByteArray binaryDictionaryWithKey(const QByteArray &keyObject)
     return data;
 }
 
-struct HostileList
-{
-    const char *name;
-    QByteArray data;
-};
+struct HostileList { const char *name; QByteArray data; };
 
 std::vector<HostileList> hostileLists()
 {

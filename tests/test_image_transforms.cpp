@@ -44,17 +44,13 @@ char letter(const QColor &c)
     return "?BG?R?Y?"[rgb];
 }
 
-char at(const QImage &image, qreal x, qreal y)
-{
-    return letter(image.pixelColor(int(x), int(y)));
-}
-
 // The colours at the centres of the quadrants: top left, top right, bottom left, bottom right.
 std::string corners(const QImage &image)
 {
-    const qreal w = image.width(), h = image.height();
-    return {at(image, w / 4, h / 4), at(image, 3 * w / 4, h / 4), at(image, w / 4, 3 * h / 4),
-            at(image, 3 * w / 4, 3 * h / 4)};
+    std::string letters;
+    for (const auto &[x, y] : {std::pair(1, 1), std::pair(3, 1), std::pair(1, 3), std::pair(3, 3)})
+        letters += letter(image.pixelColor(x * image.width() / 4, y * image.height() / 4));
+    return letters;
 }
 
 // The corners of the upright picture of quadrants(), and whether it is shown turned (sides swapped).

@@ -58,7 +58,7 @@ TEST(ImageDecoding, ExifOrientationBecomesTheImageOrientationWithoutRotatingPixe
     EXPECT_TRUE(Image::imageWithContentsOfFile("/no/such/file.png").isNull());
 }
 
-TEST(ImageFiles, ScaleComesFromTheFileNameVectorsRenderAtNaturalSizeTimesScaleAndBareNamesFindFiles)
+TEST(ImageFiles, ScaleComesFromTheFileNameVectorsRenderAtNaturalSizeTimesScaleBareNamesFindFilesAndTheMediaBundleIsReadOnNewerSystems)
 {
     TemporaryMainBundle dir;
     const QByteArray svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"30\" height=\"10\">"
@@ -91,23 +91,21 @@ TEST(ImageFiles, ScaleComesFromTheFileNameVectorsRenderAtNaturalSizeTimesScaleAn
     EXPECT_FALSE(Image::imageNamed("photo").isNull());
     EXPECT_TRUE(Image::imageNamed("missing").isNull());
     EXPECT_TRUE(Image::imageNamed("badge", Bundle()).isNull());
-}
 
-TEST(MediaBundleImages, TheMediaFolderAndTheGivenBundleReadFirstOnlyOnSystemsNewerThanEight)
-{
+    // The media-bundle lookup: the media folder and the given bundle are read first only on
+    // systems newer than eight.
     QTemporaryDir given;
     writeTestFile(given.filePath("badge.png"), encoded(Qt::red));
     writeTestFile(given.filePath("onlyInGiven.png"), encoded(Qt::magenta));
-    TemporaryMainBundle host;
-    host.writeFile("ZQTMedia.bundle", "a file, not a folder");
+    dir.writeFile("ZQTMedia.bundle", "a file, not a folder");
     EXPECT_TRUE(MYBundle::MYBundle().isNull());
-    QFile::remove(host.path() + "/ZQTMedia.bundle");
-    host.writeFile("ZQTMedia.bundle/badge.png", encoded(Qt::blue));
-    EXPECT_EQ(MYBundle::MYBundle().bundlePath(), host.path() + "/ZQTMedia.bundle");
-    host.writeFile("ZQTMedia.bundle/extra.png", encoded(Qt::yellow));
-    host.writeFile("plain.png", encoded(Qt::green));
+    QFile::remove(dir.path() + "/ZQTMedia.bundle");
+    dir.writeFile("ZQTMedia.bundle/badge.png", encoded(Qt::blue));
+    EXPECT_EQ(MYBundle::MYBundle().bundlePath(), dir.path() + "/ZQTMedia.bundle");
+    dir.writeFile("ZQTMedia.bundle/extra.png", encoded(Qt::yellow));
+    dir.writeFile("plain.png", encoded(Qt::green));
 
-    const QList<std::tuple<QString, QString, QColor>> cases = {
+    const QList<std::tuple<QString, QString, QColor>> lookups = {
         {"16.4", "badge", Qt::red},        {"16.4", "onlyInGiven", Qt::magenta}, {"8.1", "badge", Qt::red},
         {"8.0.1", "badge", Qt::blue},      {"8.0", "badge", Qt::blue},          {"7.1", "badge", Qt::blue},
         {"8.0", "onlyInGiven", QColor()},  // older systems ignore the given bundle
@@ -115,7 +113,7 @@ TEST(MediaBundleImages, TheMediaFolderAndTheGivenBundleReadFirstOnlyOnSystemsNew
         {"16.4", "extra", QColor()},       // (that way takes the name as a file name)
         {"16.4", "plain", Qt::green},      // then the main bundle by bare name
         {"16.4", "nowhere", QColor()}};
-    for (const auto &[version, name, colour] : cases) {
+    for (const auto &[version, name, colour] : lookups) {
         DeviceProfile profile = DeviceProfile::current();
         profile.systemVersion = version;
         DeviceProfile::setCurrent(profile);

@@ -5,6 +5,7 @@
 #include "Model/ZQTVINScanComponentConstantsLocation_p.h"
 #include "platform/foundation/Authorization.h"
 #include "platform/location/LocationManager.h"
+#include "support/TemporaryMainBundle.h"
 #include "support/TestData.h"
 #include "support/ZqtVinRun.h"
 
@@ -17,6 +18,7 @@
 #include <QImageReader>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -49,31 +51,6 @@ QByteArray nmeaFixes()
     return all;
 }
 
-void writeNmea(const QString &path)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(nmeaFixes());
-}
-
-// Every test here reads positions from its own NMEA file and leaves no source or answer behind.
-class LocationStamp : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(dir.isValid());
-        writeNmea(dir.filePath("fixes.nmea"));
-        LocationManager::setNmeaFile(dir.filePath("fixes.nmea"));
-    }
-    void TearDown() override
-    {
-        LocationManager::setNmeaFile(QString());
-        Authorization::reset();
-    }
-    QTemporaryDir dir;
-};
-
 QImage greyPicture(int width, int height)
 {
     return TestData::filled(width, height, QColor(120, 130, 140));
@@ -100,7 +77,7 @@ QGeoPositionInfo fixAt(double latitude, double longitude, int second)
 
 } // namespace
 
-TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
+TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExactAndTheBoxSpansJustOverAThirdOfTheWidth)
 {
     const QTimeZone pacific("America/Los_Angeles");
     EXPECT_EQ(Stamp::stampText(QDateTime(QDate(2024, 3, 5), QTime(9, 7, 3), pacific), pacific, 37.33233141f,
@@ -115,10 +92,8 @@ TEST(LocationStampText, FloatCoordinatesDateLineAndZoneAreExact)
     EXPECT_EQ(Stamp::stampText(noonUtc, QTimeZone("Asia/Kolkata"), -33.5f, 151.25f),
               "Jul 01, 2024  17:30:00 IST\nLat: -33.5  Long: 151.25");
     QLocale::setDefault(savedLocale);
-}
 
-TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercentAtScaleOne)
-{
+    // The box spans just over a third of the width plus five per cent, drawn at scale 1.
     // Too narrow for even the smallest size: 9 points, and the box overflows to the left.
     EXPECT_EQ(Stamp::stampFontSize(sampleText, 60), 9.0);
     EXPECT_EQ(Constants::getSuperImposedImage(Image(greyPicture(60, 600)), sampleText).bitmap().size(), QSize(60, 600));
@@ -150,8 +125,15 @@ TEST(LocationStampImage, BoxSpansJustOverAThirdOfTheWidthPlusFivePercentAtScaleO
     EXPECT_EQ(std::make_pair(scaled.scale(), scaled.bitmap().size()), std::make_pair(qreal(1.0), QSize(400, 200)));
 }
 
-TEST_F(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStopsAndPhotosAreStampedWithIt)
+TEST(LocationStamp, TextRequestAnswersOnceWithTheFirstFixAndStopsAndPhotosAreStampedWithIt)
 {
+    // Positions come from the test's own NMEA file; no source or answer is left behind.
+    const QTemporaryDir dir;
+    LocationManager::setNmeaFile(writeTestFile(dir.filePath("fixes.nmea"), nmeaFixes()));
+    const auto cleanUp = qScopeGuard([] {
+        LocationManager::setNmeaFile(QString());
+        Authorization::reset();
+    });
     Constants *constants = Constants::sharedInstance();
     QList<QPair<bool, QString>> replaced, answers;
     constants->getTextOverlayWithLatLongDate([&](bool ok, const QString &text) { replaced.append({ok, text}); });
@@ -206,8 +188,8 @@ TEST(ZqtVinStamp, WritesAStampedCopyAsPngOrJpegAndFailuresHaveTheirOwnStatus)
     EXPECT_EQ(written.pixelColor(1199, 0), Qt::black);
     EXPECT_EQ(written.pixelColor(0, 499), QColor(120, 130, 140));
 
-    writeNmea(dir.filePath("fixes.nmea"));
-    ZqtVinRun jpeg = runZqtVin({"stamp", input, dir.filePath("out.JPG"), "--nmea", dir.filePath("fixes.nmea")});
+    const QString fixes = writeTestFile(dir.filePath("fixes.nmea"), nmeaFixes());
+    ZqtVinRun jpeg = runZqtVin({"stamp", input, dir.filePath("out.JPG"), "--nmea", fixes});
     ASSERT_EQ(jpeg.status, 0) << jpeg.err.toStdString();
     EXPECT_TRUE(jpeg.out.contains(coordinatesLine));
     EXPECT_EQ(QImageReader(dir.filePath("out.JPG")).format(), "jpeg");

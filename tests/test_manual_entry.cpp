@@ -5,7 +5,6 @@
 #include "UI/Views/DigitKeyboardView.h"
 #include "platform/ui/AlertController.h"
 #include "platform/ui/Application.h"
-#include "platform/capture/CaptureDevice.h"
 #include "platform/capture/CaptureSession.h"
 #include "support/ScreenTestSupport.h"
 
@@ -15,7 +14,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 
@@ -23,13 +21,10 @@ using namespace ZQTPlatform;
 
 namespace {
 
-const QString validVin = QStringLiteral("1HGCM82633A004352");
-
-class ManualEntry : public ::testing::Test
+class ManualEntry : public ScreenSessionTest
 {
 protected:
     void SetUp() override { addFlatCamera(QColor(70, 80, 90)); }
-    void TearDown() override { CaptureDevice::removeStandIns(); }
 
     // Pushes a screen of the manual-option factory and, with the prompt asked for, waits for it
     // and its digit row.
@@ -47,52 +42,21 @@ protected:
         return screen->vinEntryAlertController();
     }
     TextField *field() { return screen->vinEntryAlertController()->textFields().first(); }
-    QWidget *okButton()
-    {
-        AlertController *alert = screen->vinEntryAlertController();
-        return alert->buttonForAction(screen->vinEntryAlertOKAction());
-    }
+    QWidget *okButton() { return screen->vinEntryAlertController()->buttonForAction(screen->vinEntryAlertOKAction()); }
 
-    RecordingDelegate delegate;
-    PhoneHost host;
-    QPointer<ZQTVINCaptureVC> screen;
 };
 
 } // namespace
 
-// Typing through the X server, Return and Escape: tests/window/test_manual_prompt_on_screen.cpp.
-TEST_F(ManualEntry, TypedTextLosesBlanksStopsAtSeventeenPastedTextMayBeLongerAndOkReportsWithoutRestartingTheScanner)
+// The prompt over the dimmed screen with the digit row along its bottom. (The picture for a typed
+// VIN has no caller in the component or the apps; typing through the X server, Return and Escape:
+// tests/window/test_manual_prompt_on_screen.cpp.)
+TEST_F(ManualEntry, DigitRowTypedAndPastedTextFollowTheVinRulesAndOkReportsWithoutRestartingTheScanner)
 {
     AlertController *alert = showScreen();
     ASSERT_NE(alert, nullptr);
     EXPECT_FALSE(screen->session()->isRunning()) << "the prompt opens instead of the scanner";
     EXPECT_EQ(alert->alertTitle(), ZQTVINScanComponentConstants::getConfigStringForKey("ManualEntryAlertTitle"));
-
-    QTest::keyClicks(field(), "1h g-cm82633a0o4352");
-    EXPECT_EQ(field()->text(), "1HGCM82633A0O4352") << "blanks and hyphens go at once";
-    QTest::keyClicks(field(), "9");
-    EXPECT_EQ(field()->text(), "1HGCM82633A0O4352") << "an 18th character is refused";
-
-    // Pasted, twenty characters are taken; the last seventeen are reported (the O read as a zero:
-    // the capture screen's manual report test).
-    field()->clear();
-    QGuiApplication::clipboard()->setText("XY-Z" + validVin);
-    QTest::keyClick(field(), Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(field()->text(), "XYZ" + validVin);
-    EXPECT_TRUE(okButton()->isEnabled());
-    QTest::mouseClick(okButton(), Qt::LeftButton);
-    ASSERT_EQ(delegate.calls().size(), 1);
-    EXPECT_EQ(delegate.calls()[0].vin, validVin);
-    EXPECT_TRUE(delegate.calls()[0].valid);
-    QTest::qWait(50);
-    EXPECT_FALSE(screen->session()->isRunning()) << "OK never restarts the scanner";
-}
-
-// The prompt over the dimmed screen with the digit row along its bottom. (The picture for a typed
-// VIN has no caller in the component or the apps.)
-TEST_F(ManualEntry, DigitRowAppendsUpToAWholeVinAlongTheBottomOfThePromptOverTheDimmedScreen)
-{
-    AlertController *alert = showScreen();
     DigitKeyboardView *keys = screen->digitKeyboardView();
     ASSERT_EQ(keys->buttons().size(), 10);
     EXPECT_EQ(keys->parentWidget(), alert);
@@ -130,6 +94,27 @@ TEST_F(ManualEntry, DigitRowAppendsUpToAWholeVinAlongTheBottomOfThePromptOverThe
     keys->setInputTextField(nullptr);
     QTest::mouseClick(keys->buttons().at(3), Qt::LeftButton);
     EXPECT_EQ(field()->text().size(), 16) << "a key with no field types nothing";
+
+    // Typed text loses blanks and stops at seventeen characters.
+    field()->clear();
+    QTest::keyClicks(field(), "1h g-cm82633a0o4352");
+    EXPECT_EQ(field()->text(), "1HGCM82633A0O4352") << "blanks and hyphens go at once";
+    QTest::keyClicks(field(), "9");
+    EXPECT_EQ(field()->text(), "1HGCM82633A0O4352") << "an 18th character is refused";
+
+    // Pasted, twenty characters are taken; the last seventeen are reported (the O read as a zero:
+    // the capture screen's manual report test).
+    field()->clear();
+    QGuiApplication::clipboard()->setText("XY-Z" + validVin);
+    QTest::keyClick(field(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field()->text(), "XYZ" + validVin);
+    EXPECT_TRUE(okButton()->isEnabled());
+    QTest::mouseClick(okButton(), Qt::LeftButton);
+    ASSERT_EQ(delegate.calls().size(), 1);
+    EXPECT_EQ(delegate.calls()[0].vin, validVin);
+    EXPECT_TRUE(delegate.calls()[0].valid);
+    QTest::qWait(50);
+    EXPECT_FALSE(screen->session()->isRunning()) << "OK never restarts the scanner";
 }
 
 TEST_F(ManualEntry, ButtonStopsTheScannerAndHidingTheKeyboardTakesTheRowAway)

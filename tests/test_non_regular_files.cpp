@@ -55,9 +55,7 @@ const Reader kReaders[] = {
      3},
 };
 
-class NonRegularFiles : public ::testing::TestWithParam<std::tuple<Kind, Reader>>
-{
-};
+class NonRegularFiles : public ::testing::TestWithParam<std::tuple<Kind, Reader>> {};
 
 } // namespace
 

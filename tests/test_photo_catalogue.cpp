@@ -37,16 +37,6 @@ QStringList colorsOf(const QList<Image> &frames)
     return colors;
 }
 
-// Help page 0 of a host configuration with the given "imageName" value.
-QByteArray helpPageWithImageName(const QByteArray &imageNameXml, const QByteArray &autoDisplayXml = "<false/>")
-{
-    return "<key>HelpOverlayDetailsDictionary</key><dict><key>overlays</key><array><dict>"
-           "<key>imageName</key>" + imageNameXml +
-           "<key>header</key><string>Header</string><key>title</key><string>Title</string>"
-           "<key>descr</key><string>Description</string><key>autoDisplayFirstTime</key>" + autoDisplayXml +
-           "</dict></array></dict>";
-}
-
 QByteArray stringArray(const QStringList &names)
 {
     QByteArray xml = "<array>";
@@ -122,7 +112,7 @@ TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
         host.writeFile("a.png", solidPng(Qt::red));
         host.writeFile("b.png", solidPng(Qt::green));
         host.writeFile("c.png", solidPng(Qt::blue));
-        host.writeSettings(helpPageWithImageName(stringArray(row.names)));
+        host.writeSettings(helpPageSettings(stringArray(row.names)));
 
         const auto screen = newScreen();
         ZQTVINPhotoCaptureEntity slot;
@@ -139,29 +129,12 @@ TEST(PhotoCatalogue, HelpFramesPlayForwardThenBack)
             EXPECT_EQ(colorsOf(screen->vinScanItem()->animationOverlayImages()), row.frames);
         }
         // A frame list may name only existing pictures.
-        host.writeSettings(helpPageWithImageName(stringArray(row.names + QStringList{"no_such_picture"})));
+        host.writeSettings(helpPageSettings(stringArray(row.names + QStringList{"no_such_picture"})));
         EXPECT_THROW(screen->getAnimationImages(0, slot), Exception);
     }
 }
 
-TEST(PhotoCatalogue, SinglePictureNameMeansTheBuiltInHelpPictureAndHostPicturesComeFirst)
-{
-    TemporaryMainBundle host;
-    host.writeSettings(helpPageWithImageName("<string>a</string>"));
-    host.writeFile("a.png", solidPng(Qt::red));
-    host.writeFile("carousel_VIN.png", solidPng(Qt::green));
-
-    const auto screen = newScreen();
-    screen->setVINPhotoCaptureEntity();
-    const auto slot = screen->vinScanItem();
-    ASSERT_NE(slot, nullptr);
-    EXPECT_EQ(slot->overlayImage().bitmap(), frameworkImage("help_info_vin").bitmap());
-    EXPECT_TRUE(slot->animationOverlayImages().isEmpty());
-    EXPECT_EQ(colorOf(slot->thumbnailImage()), "#00ff00") << "the host's picture wins over the framework's";
-    EXPECT_EQ(slot->cameraOverlayImage().bitmap(), frameworkImage("cam_info_vin").bitmap());
-}
-
-TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlot)
+TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlotAHostPictureNameTheBuiltInOneAutoDisplayReadsBooleansAndTheHostListComesOnAPoolThread)
 {
     const auto screen = newScreen();
     screen->setVINPhotoCaptureEntity();
@@ -185,11 +158,34 @@ TEST(PhotoCatalogue, DefaultConfigurationGivesAValidAnimatedVinSlot)
     screen->setVINPhotoCaptureEntity();
     EXPECT_NE(screen->vinScanItem(), slot);
     EXPECT_TRUE(screen->vinScanItem()->hasBeenDisplayed());
-}
 
-TEST(PhotoCatalogue, BuiltinSlotsAreTheHostListHandedOverOnAPoolThread)
-{
-    const auto screen = newScreen();
+    // A single picture name means the built-in help picture; the host's pictures come first.
+    TemporaryMainBundle host;
+    host.writeSettings(helpPageSettings("<string>a</string>"));
+    host.writeFile("a.png", solidPng(Qt::red));
+    host.writeFile("carousel_VIN.png", solidPng(Qt::green));
+    screen->setVINPhotoCaptureEntity();
+    const auto single = screen->vinScanItem();
+    ASSERT_NE(single, nullptr);
+    EXPECT_EQ(single->overlayImage().bitmap(), frameworkImage("help_info_vin").bitmap());
+    EXPECT_TRUE(single->animationOverlayImages().isEmpty());
+    EXPECT_EQ(colorOf(single->thumbnailImage()), "#00ff00") << "the host's picture wins over the framework's";
+    EXPECT_EQ(single->cameraOverlayImage().bitmap(), frameworkImage("cam_info_vin").bitmap());
+
+    // Hand-written settings often say "NO" or 0 where a boolean belongs; they read as the platform
+    // reads them, not as "any text is true".
+    const struct { QByteArray xml; bool shows; } rows[] = {
+        {"<string>NO</string>", false}, {"<integer>0</integer>", false}, {"<dict/>", false},
+        {"<string> true</string>", true}, {"<integer>2</integer>", true},
+    };
+    for (const auto &row : rows) {
+        host.writeSettings(helpPageSettings("<string>help_info_vin</string>", "Header", row.xml));
+        screen->setVINPhotoCaptureEntity();
+        ASSERT_NE(screen->vinScanItem(), nullptr) << row.xml.constData();
+        EXPECT_EQ(screen->vinScanItem()->autoDisplayFirstTime(), row.shows) << row.xml.constData();
+    }
+
+    // The built-in slots are the host's list, handed over on a pool thread.
     const auto door = ZQTVINPhotoCaptureEntity::createWithTitle("Door", "H", "T", "D", false);
     screen->setThumbnailItems({door});
     std::atomic<bool> done{false};
@@ -201,22 +197,4 @@ TEST(PhotoCatalogue, BuiltinSlotsAreTheHostListHandedOverOnAPoolThread)
     });
     ASSERT_TRUE(QTest::qWaitFor([&] { return done.load(); }, 3000));
     EXPECT_TRUE(onPool && asSet);
-}
-
-// Hand-written settings often say "NO" or 0 where a boolean belongs; they read as the platform
-// reads them, not as "any text is true".
-TEST(PhotoCatalogue, AutoDisplayTakesTheBooleanValueOfTextAndNumbers)
-{
-    const struct { QByteArray xml; bool shows; } rows[] = {
-        {"<string>NO</string>", false}, {"<integer>0</integer>", false}, {"<dict/>", false},
-        {"<string> true</string>", true}, {"<integer>2</integer>", true},
-    };
-    for (const auto &row : rows) {
-        TemporaryMainBundle host;
-        host.writeSettings(helpPageWithImageName("<string>help_info_vin</string>", row.xml));
-        const auto screen = newScreen();
-        screen->setVINPhotoCaptureEntity();
-        ASSERT_NE(screen->vinScanItem(), nullptr) << row.xml.constData();
-        EXPECT_EQ(screen->vinScanItem()->autoDisplayFirstTime(), row.shows) << row.xml.constData();
-    }
 }

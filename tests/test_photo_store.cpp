@@ -43,7 +43,7 @@ void saveDoor(const QString &claim)
 
 } // namespace
 
-TEST(PhotoStore, PathsLiveUnderTheHomesDocumentsAndNeverDoubleTheExtension)
+TEST(PhotoStore, PathsLiveUnderTheHomesDocumentsNeverDoubleTheExtensionAndWritesAreQualityOneJpegsFlaggedForNoBackup)
 {
     EXPECT_EQ(ZQTVINScanUtils::createZQTPhotosDirAsNeeded(), QDir::homePath() + "/Documents/ZQTPhotos");
     const std::pair<const char *, const char *> titleAndFile[] = {
@@ -61,35 +61,10 @@ TEST(PhotoStore, PathsLiveUnderTheHomesDocumentsAndNeverDoubleTheExtension)
     EXPECT_TRUE(ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-1", QString("a") + QChar(0) + "b").isNull());
     EXPECT_EQ(log.lines(), QStringList({"Refusing claim id \"../x\": it cannot be one path component",
                                         "Refusing photo title \"a\\0b\": it cannot be one path component"}));
-}
 
-TEST(PhotoStore, StoredSizeFollowsTheLongSideRuleAndIsDrawnUpright)
-{
-    using O = Image::Orientation;
-    struct Case { int width, height; qreal scale; O orientation; QSize stored; };
-    const Case cases[] = {
-        {1600, 1200, 1, O::Up, {800, 600}},   {600, 1200, 1, O::Up, {400, 800}}, {1000, 1000, 1, O::Up, {800, 800}},
-        {640, 480, 1, O::Up, {640, 480}},     {3024, 4032, 1, O::Right, {800, 600}}, {1600, 1200, 2, O::Up, {800, 600}},
-        {2400, 1000, 1, O::Left, {334, 800}},
-    };
-    for (const Case &c : cases) {
-        const QImage stored = ZQTVINScanUtils::compressImage(picture(c.width, c.height, c.scale, c.orientation)).bitmap();
-        EXPECT_EQ(stored.size(), c.stored) << c.width << "x" << c.height << " at " << c.scale;
-        // The red quarter is at the top left, or where the orientation shows it.
-        const QPoint red = c.orientation == O::Right ? QPoint(stored.width() - 5, 5)
-                         : c.orientation == O::Left  ? QPoint(5, stored.height() - 5) : QPoint(5, 5);
-        EXPECT_GT(qRed(stored.pixel(red)), 180) << c.width << "x" << c.height;
-        EXPECT_LT(qRed(stored.pixel(stored.width() / 2 + 5, stored.height() / 2 + 5)), 60);
-    }
-    // An image that fits is still re-encoded.
-    const Image small = picture(640, 480);
-    EXPECT_NE(ZQTVINScanUtils::compressImage(small).bitmap().convertToFormat(QImage::Format_RGB32), small.bitmap());
-}
-
-TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndSaveWritesOnlyWithATitleAndAPicture)
-{
+    // Writing stores a quality-one JPEG flagged for no backup.
+    log.clear();
     const QString path = ZQTVINScanUtils::createPhotoPathWithClaimId("CLM-1", "door");
-    LogCapture log;
     ZQTVINScanUtils::writeFile(picture(1600, 1200), path);
     EXPECT_EQ(log.lines(), QStringList{"file writing: " + path});
 
@@ -121,6 +96,29 @@ TEST(PhotoStore, WriteStoresAQualityOneJpegFlaggedForNoBackupAndSaveWritesOnlyWi
     EXPECT_TRUE(log.lines().isEmpty());
     EXPECT_EQ(ZQTVINScanUtils::savePhotoWithClaimId("ignored", picture(64, 48), "door", path), path);
     EXPECT_EQ(log.lines(), QStringList({"save photo: " + path, "file writing: " + path}));
+}
+
+TEST(PhotoStore, StoredSizeFollowsTheLongSideRuleAndIsDrawnUpright)
+{
+    using O = Image::Orientation;
+    struct Case { int width, height; qreal scale; O orientation; QSize stored; };
+    const Case cases[] = {
+        {1600, 1200, 1, O::Up, {800, 600}},   {600, 1200, 1, O::Up, {400, 800}}, {1000, 1000, 1, O::Up, {800, 800}},
+        {640, 480, 1, O::Up, {640, 480}},     {3024, 4032, 1, O::Right, {800, 600}}, {1600, 1200, 2, O::Up, {800, 600}},
+        {2400, 1000, 1, O::Left, {334, 800}},
+    };
+    for (const Case &c : cases) {
+        const QImage stored = ZQTVINScanUtils::compressImage(picture(c.width, c.height, c.scale, c.orientation)).bitmap();
+        EXPECT_EQ(stored.size(), c.stored) << c.width << "x" << c.height << " at " << c.scale;
+        // The red quarter is at the top left, or where the orientation shows it.
+        const QPoint red = c.orientation == O::Right ? QPoint(stored.width() - 5, 5)
+                         : c.orientation == O::Left  ? QPoint(5, stored.height() - 5) : QPoint(5, 5);
+        EXPECT_GT(qRed(stored.pixel(red)), 180) << c.width << "x" << c.height;
+        EXPECT_LT(qRed(stored.pixel(stored.width() / 2 + 5, stored.height() / 2 + 5)), 60);
+    }
+    // An image that fits is still re-encoded.
+    const Image small = picture(640, 480);
+    EXPECT_NE(ZQTVINScanUtils::compressImage(small).bitmap().convertToFormat(QImage::Format_RGB32), small.bitmap());
 }
 
 TEST(PhotoStore, ListingsAndCaptureItemsTreatNamesAsTheyStand)

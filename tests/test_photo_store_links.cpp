@@ -42,9 +42,7 @@ QMap<QString, QByteArray> contents(const QString &folder)
     return files;
 }
 
-class PhotoStoreLinks : public ::testing::TestWithParam<Placement>
-{
-};
+class PhotoStoreLinks : public ::testing::TestWithParam<Placement> {};
 
 } // namespace
 

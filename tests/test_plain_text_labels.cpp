@@ -14,11 +14,7 @@
 namespace {
 
 // The labels below the widget that show the markup probe, and those of them that render it.
-struct ProbeLabels
-{
-    int showing = 0;
-    QStringList rendering;
-};
+struct ProbeLabels { int showing = 0; QStringList rendering; };
 
 ProbeLabels probeLabels(QWidget *root)
 {

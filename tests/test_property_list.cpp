@@ -1,23 +1,19 @@
 // Property lists: every value type survives a write and a read in both formats, dates count
 // from 2001, and damaged input is refused rather than half-read.
 #include "platform/foundation/PropertyList.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
-#include <QDateTime>
 #include <QPointF>
 
 #include <limits>
 
 using ZQTPlatform::PropertyList;
 using Format = PropertyList::Format;
+using TestData::utc;
 
 namespace {
-
-QDateTime utc(int y, int mo, int d, int h, int mi, int s, int ms = 0)
-{
-    return QDateTime(QDate(y, mo, d), QTime(h, mi, s, ms), Qt::UTC);
-}
 
 QVariantMap everyKind()
 {
@@ -38,9 +34,7 @@ QVariant roundTrip(const QVariant &value, Format format)
     return back;
 }
 
-class PropertyListRoundTrip : public ::testing::TestWithParam<Format>
-{
-};
+class PropertyListRoundTrip : public ::testing::TestWithParam<Format> {};
 
 } // namespace
 
@@ -78,7 +72,7 @@ TEST(PropertyListDates, CountFrom2001WithMillisecondsOnlyInBinary)
     EXPECT_TRUE(written.contains("<date>2023-03-09T08:07:06Z</date>")) << written.toStdString();
 }
 
-TEST(PropertyListRefusal, TruncatedDamagedAndForeignInputIsRefusedNotHalfRead)
+TEST(PropertyListRefusal, TruncatedDamagedAndForeignInputIsRefusedNotHalfReadAndOnlyPropertyListTypesAreWritten)
 {
     const QByteArray xml = PropertyList::toData(everyKind(), Format::Xml);
     const QByteArray binary = PropertyList::toData(everyKind(), Format::Binary);
@@ -92,11 +86,9 @@ TEST(PropertyListRefusal, TruncatedDamagedAndForeignInputIsRefusedNotHalfRead)
         EXPECT_FALSE(PropertyList::fromData(bytes, &error).isValid()) << bytes.left(60).toStdString();
         EXPECT_FALSE(error.isEmpty());
     }
-}
 
-// Reading files (missing, malformed, changed) is exercised by the configuration tests.
-TEST(PropertyListValues, OnlyPropertyListTypesCanBeWritten)
-{
+    // Only property-list types can be written. (Reading files, missing, malformed or changed: the
+    // configuration tests.)
     EXPECT_TRUE(PropertyList::isPropertyListValue(everyKind()));
     for (const QVariant &bad : {QVariant(), QVariant(QPointF(1, 2)), QVariant(QDateTime()),
                                 QVariant(std::numeric_limits<quint64>::max()),

@@ -19,8 +19,6 @@ using namespace ZQTPlatform;
 
 namespace {
 
-const QString validVin = QStringLiteral("1HGCM82633A004352");
-
 QString labelText(const QWidget *card, const char *name)
 {
     const auto *label = card->findChild<QLabel *>(name);

@@ -26,7 +26,7 @@ QJsonObject jsonLine(const QString &line)
 
 } // namespace
 
-TEST(CaptureApp, ScansTheSampleClipReportsOneJsonLineAndStoresTheVinPhoto)
+TEST(CaptureApp, ScansTheSampleClipReportsOneJsonLineStoresTheVinPhotoAndGivesUpOnOtherSources)
 {
     const ZqtVinRun run = runZqtVinCapture({"--claim", "CLM-APP", "--source", ZQT_SAMPLE_CLIP, "--exit-on-result",
                                             "--timeout", "50"});
@@ -41,10 +41,8 @@ TEST(CaptureApp, ScansTheSampleClipReportsOneJsonLineAndStoresTheVinPhoto)
     const QString photo = ZQTVINScanUtils::getPhotoPathWithClaimId("CLM-APP", "VIN");
     EXPECT_TRUE(QFileInfo(photo).isFile());
     EXPECT_TRUE(run.err.contains(photo));
-}
 
-TEST(CaptureApp, RefusesMissingClaimsAndUnreadableSourcesAndGivesUpAfterItsTimeout)
-{
+    // It refuses missing sources and gives up on one without a VIN after its timeout.
     const ZqtVinRun missing = runZqtVinCapture({"--claim", "C", "--source", "/nonexistent/clip.webm"});
     EXPECT_EQ(missing.status, 2);
     EXPECT_TRUE(missing.err.contains("/nonexistent/clip.webm"));
@@ -69,27 +67,7 @@ TEST(CaptureApp, ReadTextReadsThePrintedSampleClip)
     EXPECT_EQ(report.value("source").toString(), "text");
 }
 
-TEST(ZqtVinScan, ReadTextReadsAPrintedVinPhoto)
-{
-    QTemporaryDir dir;
-    const QString plate = dir.filePath("plate.jpg");
-    VinTextArt::Scene scene;
-    scene.vin = QStringLiteral("19XFC1F7XGE028370");
-    scene.carrier = VinTextArt::Carrier::EmbossedPlate;
-    scene.textHeight = 26;
-    scene.tiltDegrees = -2;
-    scene.noiseSigma = 3;
-    ASSERT_TRUE(VinTextArt::renderScene(scene).save(plate, nullptr, 85));
-    const ZqtVinRun run = runZqtVin({"scan", "--claim", "CLM-PLATE", "--json", "--read-text", plate});
-    ASSERT_EQ(run.status, 0) << run.out.toStdString() << run.err.toStdString();
-    const QJsonObject report = jsonLine(run.out.split('\n', Qt::SkipEmptyParts).value(0));
-    EXPECT_EQ(report.value("vin").toString(), scene.vin);
-    EXPECT_TRUE(report.value("isVINValid").toBool());
-    EXPECT_EQ(report.value("source").toString(), "text");
-    EXPECT_EQ(report.value("file").toString(), plate);
-}
-
-TEST(ZqtVinScan, OneLinePerFileAndSuccessOnlyWhenEveryFileGaveAVin)
+TEST(ZqtVinScan, OneLinePerFileSuccessOnlyWhenEveryFileGaveAVinAndReadTextReadsAPrintedVinPhoto)
 {
     QTemporaryDir dir;
     const QString label = dir.filePath("label.png");
@@ -118,4 +96,21 @@ TEST(ZqtVinScan, OneLinePerFileAndSuccessOnlyWhenEveryFileGaveAVin)
     EXPECT_EQ(jsonLine(jsonLines[1]).value("photo").toString(), photo);
     EXPECT_TRUE(jsonLine(jsonLines[2]).value("vin").isNull());
     EXPECT_EQ(jsonLine(jsonLines[2]).value("file").toString(), text);
+
+    // With --read-text a printed VIN is read from a photo.
+    const QString plate = dir.filePath("plate.jpg");
+    VinTextArt::Scene scene;
+    scene.vin = QStringLiteral("19XFC1F7XGE028370");
+    scene.carrier = VinTextArt::Carrier::EmbossedPlate;
+    scene.textHeight = 26;
+    scene.tiltDegrees = -2;
+    scene.noiseSigma = 3;
+    ASSERT_TRUE(VinTextArt::renderScene(scene).save(plate, nullptr, 85));
+    const ZqtVinRun run = runZqtVin({"scan", "--claim", "CLM-PLATE", "--json", "--read-text", plate});
+    ASSERT_EQ(run.status, 0) << run.out.toStdString() << run.err.toStdString();
+    const QJsonObject report = jsonLine(run.out.split('\n', Qt::SkipEmptyParts).value(0));
+    EXPECT_EQ(report.value("vin").toString(), scene.vin);
+    EXPECT_TRUE(report.value("isVINValid").toBool());
+    EXPECT_EQ(report.value("source").toString(), "text");
+    EXPECT_EQ(report.value("file").toString(), plate);
 }

@@ -10,27 +10,21 @@
 
 namespace {
 
-class ZqtVinSettings : public ::testing::Test
+// zqt-vin settings ACTION --store STORE ARGS...
+ZqtVinRun settingsIn(const QString &storePath, QStringList args)
 {
-protected:
-    // zqt-vin settings ACTION --store STORE ARGS...
-    static ZqtVinRun settingsIn(const QString &storePath, QStringList args)
-    {
-        args.insert(qMin(args.size(), qsizetype(1)), QStringLiteral("--store"));
-        args.insert(qMin(args.size(), qsizetype(2)), storePath);
-        args.prepend(QStringLiteral("settings"));
-        return runZqtVin(args);
-    }
-
-    ZqtVinRun settings(const QStringList &args) const { return settingsIn(store.path(), args); }
-
-    TemporarySettingsStore store;
-};
+    args.insert(qMin(args.size(), qsizetype(1)), QStringLiteral("--store"));
+    args.insert(qMin(args.size(), qsizetype(2)), storePath);
+    args.prepend(QStringLiteral("settings"));
+    return runZqtVin(args);
+}
 
 } // namespace
 
-TEST_F(ZqtVinSettings, ValuesAreReadAsJsonAndPrintedAsJson)
+TEST(ZqtVinSettings, ValuesAreReadAndPrintedAsJsonWithClaimsTopLevelRemovalAndExitStatuses)
 {
+    const TemporarySettingsStore store;
+    const auto settings = [&store](const QStringList &args) { return settingsIn(store.path(), args); };
     const struct { const char *value, *printed; QMetaType::Type stored; } cases[] = {
         {"12", "12", QMetaType::LongLong},
         {"2.5", "2.5", QMetaType::Double},
@@ -50,10 +44,9 @@ TEST_F(ZqtVinSettings, ValuesAreReadAsJsonAndPrintedAsJson)
         EXPECT_EQ(get.status, 0);
         EXPECT_EQ(get.out, QString::fromUtf8(c.printed) + "\n");
     }
-}
 
-TEST_F(ZqtVinSettings, ClaimsTopLevelRemovalAndExitStatuses)
-{
+    // Claims, the top level, removal and exit statuses.
+    ASSERT_EQ(settings({"clear", "--claim", "CLM-1"}).status, 0);
     ASSERT_EQ(settings({"set", "--claim", "CLM-1", "SAVE_IMAGE_COMPLETED", "true"}).status, 0);
     ASSERT_EQ(settings({"set", "--claim", "CLM-2", "SAVE_IMAGE_COMPLETED", "false"}).status, 0);
     ASSERT_EQ(settings({"set", "note", "top"}).status, 0);

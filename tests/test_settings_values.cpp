@@ -5,11 +5,11 @@
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 #include "support/TemporarySettingsStore.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
-#include <QDateTime>
-
+using TestData::utc;
 using ZQTPlatform::UserDefaults;
 
 namespace {
@@ -19,22 +19,13 @@ UserDefaults &defaults()
     return UserDefaults::standardUserDefaults();
 }
 
-QDateTime utc(int y, int mo, int d, int h, int mi, int s, int ms = 0)
-{
-    return QDateTime(QDate(y, mo, d), QTime(h, mi, s, ms), Qt::UTC);
-}
-
 const QString kNul = QString(QChar(0));
 
 } // namespace
 
 TEST(SettingsValues, ReadBackEqualOrAreRefusedWithALogLine)
 {
-    const struct
-    {
-        const char *name;
-        QVariant value;
-    } values[] = {
+    const struct { const char *name; QVariant value; } values[] = {
         {"TextWithNul", QString("a" + kNul + "b")},
         {"KeysThatDifferAfterNul", QVariantMap{{"a" + kNul + "b", 1}, {"a" + kNul + "c", 2}}},
         {"ListWithNulText", QVariantList{"ok", kNul}},

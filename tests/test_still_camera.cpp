@@ -48,89 +48,39 @@ QImage stripes()
 bool isGreen(QRgb pixel) { return qGreen(pixel) > 180 && qRed(pixel) < 80 && qBlue(pixel) < 80; }
 bool isRed(QRgb pixel) { return qRed(pixel) > 180 && qGreen(pixel) < 80 && qBlue(pixel) < 80; }
 
-CaptureDevice::Capabilities without(bool CaptureDevice::Capabilities::*capability)
-{
-    CaptureDevice::Capabilities capabilities;
-    capabilities.*capability = false;
-    return capabilities;
-}
-
 class StillCameraTest : public ::testing::Test
 {
 protected:
     void TearDown() override
     {
-        cameras.clear();
+        owned.reset();
         CaptureDevice::removeStandIns();
     }
 
-    // A camera shown at the size and started; waits for the preview's first picture.
-    StillCamera *startedCamera(QSize size = previewSize)
+    // A camera shown at the preview's size and started; waits for the preview's first picture.
+    StillCamera *startedCamera()
     {
         auto *camera = StillCamera::initWithQuality(Quality::Photo, Position::Back);
-        cameras.emplace_back(camera);
+        owned.reset(camera);
         camera->loadViewIfNeeded();
-        camera->resize(size);
+        camera->resize(previewSize);
         camera->show();
         camera->setOnError([this](StillCamera *, const Error &error) { errors << error; });
         camera->start();
-        if (camera->captureVideoPreviewLayer() && !camera->session()->inputs().isEmpty()) {
-            EXPECT_TRUE(QTest::qWaitFor([&] { return !camera->captureVideoPreviewLayer()->currentPicture().isNull(); }, 5000));
-        }
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !camera->captureVideoPreviewLayer()->currentPicture().isNull(); }, 5000));
         return camera;
     }
 
     CaptureDevice *back = CaptureDevice::addStandIn(stripes(), CaptureDevice::Position::Back);
-    std::vector<std::unique_ptr<StillCamera>> cameras;
+    std::unique_ptr<StillCamera> owned;
     QList<Error> errors;
 };
 
 } // namespace
 
-TEST_F(StillCameraTest, NoInputAtStartReportsTheErrorAndLeavesTheSessionStopped)
-{
-    CaptureDevice::removeStandIns();
-    CaptureDevice::addStandIn(QImage(1, 1, QImage::Format_RGB32), CaptureDevice::Position::Back);
-    StillCamera *camera = startedCamera();
-    ASSERT_EQ(errors.size(), 1);
-    EXPECT_FALSE(camera->session()->isRunning());
-    EXPECT_EQ(camera->stillImageOutput(), nullptr);
-    // Later starts do not retry: they run the session without an input.
-    camera->start();
-    EXPECT_TRUE(camera->session()->isRunning());
-    EXPECT_TRUE(camera->session()->inputs().isEmpty());
-    EXPECT_EQ(errors.size(), 1);
-}
-
-TEST_F(StillCameraTest, TapFocusesThereAndShowsTheBoxAndPointsOfInterestFollowTheFillGravity)
-{
-    StillCamera *camera = startedCamera();
-    QWidget *box = camera->focusBoxLayer();
-    ASSERT_TRUE(box && camera->focusBoxAnimation());
-    EXPECT_EQ(box->size(), QSize(70, 60));
-    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::ContinuousAutoFocus);
-    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(60, 100));
-    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::AutoFocus);
-    EXPECT_EQ(back->focusPointOfInterest(), QPointF(0.25, 0.8));
-    EXPECT_EQ(box->geometry().center(), QPoint(60, 100) - QPoint(1, 1)); // QRect's centre rounds down
-    EXPECT_EQ(camera->focusBoxAnimation()->state(), QAbstractAnimation::Running);
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return static_cast<QGraphicsOpacityEffect *>(box->graphicsEffect())->opacity() == 0.0; }, 2000));
-
-    back->setCapabilities(without(&CaptureDevice::Capabilities::lockable));
-    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(10, 10));
-    EXPECT_EQ(errors.size(), 1);
-
-    // Under the camera's own fill gravity the picture overflows at the sides above; in a square
-    // view, at the top and bottom.
-    ASSERT_EQ(camera->captureVideoPreviewLayer()->videoGravity(), VideoPreviewLayer::gravityResizeAspectFill);
-    camera->resize(400, 400);
-    const QPointF poi = camera->convertToPointOfInterestFromViewCoordinates(QPointF(100, 200));
-    EXPECT_NEAR(poi.x(), 0.5, 1e-9);
-    EXPECT_NEAR(poi.y(), 0.75, 1e-9);
-}
-
-TEST_F(StillCameraTest, CaptureCallsBackOffTheGuiThreadAndFreezesThePreviewUntilTheNextStart)
+// Capturing calls back off the GUI thread and freezes the preview until the next start; a tap
+// focuses there and shows the box; points of interest follow the fill gravity.
+TEST_F(StillCameraTest, CaptureCallsBackOffTheGuiThreadTapFocusesAndPointsOfInterestFollowTheFillGravity)
 {
     StillCamera *camera = startedCamera();
     for (const bool exactSeenImage : {false, true}) {
@@ -166,9 +116,35 @@ TEST_F(StillCameraTest, CaptureCallsBackOffTheGuiThreadAndFreezesThePreviewUntil
         camera->start();
         EXPECT_TRUE(preview->isEnabled());
     }
+
+    QWidget *box = camera->focusBoxLayer();
+    ASSERT_TRUE(box && camera->focusBoxAnimation());
+    EXPECT_EQ(box->size(), QSize(70, 60));
+    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::ContinuousAutoFocus);
+    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(60, 100));
+    EXPECT_EQ(back->focusMode(), CaptureDevice::FocusMode::AutoFocus);
+    EXPECT_EQ(back->focusPointOfInterest(), QPointF(0.25, 0.8));
+    EXPECT_EQ(box->geometry().center(), QPoint(60, 100) - QPoint(1, 1)); // QRect's centre rounds down
+    EXPECT_EQ(camera->focusBoxAnimation()->state(), QAbstractAnimation::Running);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return static_cast<QGraphicsOpacityEffect *>(box->graphicsEffect())->opacity() == 0.0; }, 2000));
+
+    CaptureDevice::Capabilities unlockable;
+    unlockable.lockable = false;
+    back->setCapabilities(unlockable);
+    QTest::mouseClick(camera->preview(), Qt::LeftButton, {}, QPoint(10, 10));
+    EXPECT_EQ(errors.size(), 1);
+
+    // Under the camera's own fill gravity the picture overflows at the sides above; in a square
+    // view, at the top and bottom.
+    ASSERT_EQ(camera->captureVideoPreviewLayer()->videoGravity(), VideoPreviewLayer::gravityResizeAspectFill);
+    camera->resize(400, 400);
+    const QPointF poi = camera->convertToPointOfInterestFromViewCoordinates(QPointF(100, 200));
+    EXPECT_NEAR(poi.x(), 0.5, 1e-9);
+    EXPECT_NEAR(poi.y(), 0.75, 1e-9);
 }
 
-TEST_F(StillCameraTest, ScreenMakesItsCameraBehindTheOverlaysFocusesTheCentreAndDropsIt)
+TEST_F(StillCameraTest, ScreenMakesItsCameraBehindTheOverlaysFocusesTheCentreDropsItAndLogsAStartWithoutInput)
 {
     LogCapture log;
     // On screen, so that the views have their sizes.
@@ -205,13 +181,20 @@ TEST_F(StillCameraTest, ScreenMakesItsCameraBehindTheOverlaysFocusesTheCentreAnd
     EXPECT_TRUE(camera.isNull());
     EXPECT_TRUE(screen->childViewControllers().isEmpty());
 
-    // Errors are logged.
+    // No input at the start: the error is logged once and the session stays stopped; later starts
+    // do not retry, they run the session without an input.
     CaptureDevice::removeStandIns();
     CaptureDevice::addStandIn(QImage(1, 1, QImage::Format_RGB32), CaptureDevice::Position::Back);
     screen->initCamera();
     screen->camera()->start();
-    EXPECT_TRUE(log.lines().contains("Camera error: Error Domain=AVFoundationErrorDomain Code=-11814 "
-                                     "\"The picture is too small to stream.\" "
-                                     "UserInfo={NSLocalizedDescription=The picture is too small to stream.}"))
-        << log.lines().join('\n').toStdString();
+    const QString error = "Camera error: Error Domain=AVFoundationErrorDomain Code=-11814 "
+                          "\"The picture is too small to stream.\" "
+                          "UserInfo={NSLocalizedDescription=The picture is too small to stream.}";
+    EXPECT_EQ(log.lines().count(error), 1) << log.lines().join('\n').toStdString();
+    EXPECT_FALSE(screen->camera()->session()->isRunning());
+    EXPECT_EQ(screen->camera()->stillImageOutput(), nullptr);
+    screen->camera()->start();
+    EXPECT_TRUE(screen->camera()->session()->isRunning());
+    EXPECT_TRUE(screen->camera()->session()->inputs().isEmpty());
+    EXPECT_EQ(log.lines().count(error), 1);
 }

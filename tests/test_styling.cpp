@@ -4,6 +4,7 @@
 #include "platform/ui/ButtonStyle.h"
 #include "platform/foundation/Exception.h"
 #include "platform/ui/Font.h"
+#include "platform/ui/View.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryMainBundle.h"
 
@@ -17,16 +18,7 @@ using ZQTPlatform::ButtonStyle;
 using ZQTPlatform::Image;
 using State = ButtonStyle::State;
 
-namespace {
-
-QColor textColour(const QLabel &label)
-{
-    return label.palette().color(QPalette::WindowText);
-}
-
-} // namespace
-
-TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoesAndKeysMayBeEmptyOrMissing)
+TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoesKeysMayBeEmptyOrMissingAndImagesAreRecolouredOrNamedFromTheHostFirst)
 {
     const QList<std::pair<QString, QColor>> cases = {
         {"#FF8800", QColor(0xFF, 0x88, 0x00)},   {"#00ff00", QColor(0, 255, 0)},
@@ -56,11 +48,9 @@ TEST(StylingColours, ColourTextIsScannedAsThePlatformScannerDoesAndKeysMayBeEmpt
     EXPECT_EQ(C::getGlobalColorForKey("ManualVINButtonBorderColor").rgba(), qRgba(0, 0, 0, 0));
     EXPECT_EQ(C::getGlobalColorForKey("NoSuchColorAnywhere").rgba(), qRgb(0, 0, 0));
     EXPECT_EQ(C::getGlobalColorForKey("OwnColor").rgba(), qRgb(0x33, 0x66, 0x99));
-}
 
-TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndNamedOnesComeFromTheHostFirst)
-{
-    // Columns of different colours and alphas, at scale 2 and turned a quarter.
+    // A recoloured image keeps its size, scale and alpha: columns of different colours and
+    // alphas, at scale 2 and turned a quarter.
     QImage bitmap(4, 2, QImage::Format_ARGB32);
     const QColor colours[] = {QColor(255, 0, 0, 255), QColor(0, 255, 0, 200), QColor(255, 255, 255, 100), QColor(0, 0, 0, 0)};
     for (int i = 0; i < 8; ++i)
@@ -84,7 +74,6 @@ TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndNamedOnesComeFromTh
     EXPECT_TRUE(C::getGlobalImageFrom(Image(), Qt::red).isNull());
 
     // Named images come from the host first, then the framework, or nowhere.
-    TemporaryMainBundle host;
     const Image framework = C::getGlobalImageWithName("help_info_vin", Qt::blue);
     ASSERT_FALSE(framework.isNull());
     EXPECT_EQ(framework.size(), Image::imageNamed("help_info_vin", ZQTPlatform::Bundle::frameworkBundle()).size());
@@ -99,7 +88,7 @@ TEST(StylingImages, ARecolouredImageKeepsSizeScaleAndAlphaAndNamedOnesComeFromTh
     EXPECT_TRUE(C::getGlobalImageWithName("no_such_icon", Qt::blue).isNull());
 }
 
-TEST(StylingButton, EachArgumentReachesItsLookAndTheBackgroundOfItsStateIsDrawnCutToTheCorners)
+TEST(StylingWidgets, EachButtonArgumentReachesItsLookItsStatesBackgroundIsCutToTheCornersAndLabelsTakeKnownFonts)
 {
     QPushButton button;
     QFont font = button.font();
@@ -132,19 +121,17 @@ TEST(StylingButton, EachArgumentReachesItsLookAndTheBackgroundOfItsStateIsDrawnC
 
     ButtonStyle::setClipsToBounds(drawn, false);
     EXPECT_EQ(container.grab().toImage().pixelColor(0, 0), QColor(0, 128, 0));
-}
 
-TEST(StylingLabel, AKnownFontKeepsTheLabelsSizeAndAnUnknownOneGivesTheDefaultLabelFont)
-{
+    // A label: a known font keeps the label's size, an unknown one gives the default label font.
     QLabel label;
     label.setFont(*ZQTPlatform::Font::fontWithName("DejaVuSans", 13.0));
     C::configLabel(&label, Qt::magenta, "DejaVuSans-Bold");
     EXPECT_EQ(label.font().family(), "DejaVu Sans");
     EXPECT_TRUE(label.font().bold());
     EXPECT_EQ(label.font().pixelSize(), 13);
-    EXPECT_EQ(textColour(label), QColor(Qt::magenta));
+    EXPECT_EQ(ZQTPlatform::textColor(&label), QColor(Qt::magenta));
 
     C::configLabel(&label, Qt::cyan, "NoSuchFont-Regular");
     EXPECT_EQ(label.font(), ZQTPlatform::Font::systemFontOfSize(17.0));
-    EXPECT_EQ(textColour(label), QColor(Qt::cyan));
+    EXPECT_EQ(ZQTPlatform::textColor(&label), QColor(Qt::cyan));
 }

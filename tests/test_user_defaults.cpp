@@ -33,7 +33,7 @@ protected:
 
 } // namespace
 
-TEST_F(ZQTUserDefaultsTest, ScopedValuesOfEveryKindAreFlushedUnderClaimListAndSurviveARestart)
+TEST_F(ZQTUserDefaultsTest, ScopedValuesOfEveryKindAreFlushedUnderClaimListAndSurviveARestartAndOthersAreRefusedAndLogged)
 {
     const QDateTime when = QDateTime(QDate(2024, 5, 17), QTime(9, 30, 12, 250), Qt::UTC);
     const QVariantMap photos{{"VIN", true}, {"Front", false}};
@@ -56,6 +56,28 @@ TEST_F(ZQTUserDefaultsTest, ScopedValuesOfEveryKindAreFlushedUnderClaimListAndSu
         EXPECT_EQ(U::objectForKey("PHOTOS_NAMES_TO_BE_SAVED", kClaim), QVariant(photos));
         EXPECT_EQ(U::objectForKey("date", kClaim).toDateTime(), when);
         store.restart();
+    }
+
+    // Values that are not property lists are refused and logged.
+    U::setObject("old", "key", kClaim);
+    U::setObject("old", "key");
+    const QVariantMap before = store.onDisk();
+    const QList<QPair<const char *, QVariant>> refused{
+        {"a point", QPoint(1, 2)},
+        {"a dictionary holding a null", QVariantMap{{"a", QVariant::fromValue(nullptr)}}},
+    };
+    for (const auto &[name, value] : refused) {
+        SCOPED_TRACE(name);
+        LogCapture log;
+        U::setObject(value, "key", kClaim);
+        U::setObject(value, "key");
+        U::setObject(value, "key", kNil);
+        EXPECT_EQ(log.lines().size(), 3);
+        for (const QString &line : log.lines())
+            EXPECT_TRUE(line.contains("\"key\"") && line.contains("not a property-list type")) << line.toStdString();
+        EXPECT_EQ(U::objectForKey("key", kClaim).toString(), "old");
+        EXPECT_EQ(U::objectForKey("key").toString(), "old");
+        EXPECT_EQ(store.onDisk(), before);
     }
 }
 
@@ -109,30 +131,6 @@ TEST_F(ZQTUserDefaultsTest, RemovingAKeyTheClaimDoesNotHoldWritesNothing)
     EXPECT_TRUE(QFileInfo::exists(store.path()));
     EXPECT_TRUE(claimListOnDisk().contains(kClaim));
     EXPECT_TRUE(claimOnDisk(kClaim).isEmpty());
-}
-
-TEST_F(ZQTUserDefaultsTest, ValuesThatAreNotPropertyListsAreRefusedAndLogged)
-{
-    U::setObject("old", "key", kClaim);
-    U::setObject("old", "key");
-    const QVariantMap before = store.onDisk();
-    const QList<QPair<const char *, QVariant>> refused{
-        {"a point", QPoint(1, 2)},
-        {"a dictionary holding a null", QVariantMap{{"a", QVariant::fromValue(nullptr)}}},
-    };
-    for (const auto &[name, value] : refused) {
-        SCOPED_TRACE(name);
-        LogCapture log;
-        U::setObject(value, "key", kClaim);
-        U::setObject(value, "key");
-        U::setObject(value, "key", kNil);
-        EXPECT_EQ(log.lines().size(), 3);
-        for (const QString &line : log.lines())
-            EXPECT_TRUE(line.contains("\"key\"") && line.contains("not a property-list type")) << line.toStdString();
-        EXPECT_EQ(U::objectForKey("key", kClaim).toString(), "old");
-        EXPECT_EQ(U::objectForKey("key").toString(), "old");
-        EXPECT_EQ(store.onDisk(), before);
-    }
 }
 
 TEST_F(ZQTUserDefaultsTest, ADamagedStoreFileIsKeptAsideAndTheStoreStartsEmpty)

@@ -115,14 +115,9 @@ TEST_F(PrintedVinFrames, SliversAndTinyPicturesGiveNothing)
 
 TEST(PrintedVinLookAlikes, AreResolvedByTheCheckDigit)
 {
-    const struct
-    {
-        const char *name;
-        QString read; // as the engine read it
-        float confidence;
-        QList<std::pair<int, QChar>> alternatives;
-        std::optional<QString> expected; // nullopt: no VIN passes
-    } cases[] = {
+    // read: as the engine read it; expected: nullopt when no VIN passes.
+    const struct { const char *name; QString read; float confidence; QList<std::pair<int, QChar>> alternatives;
+                   std::optional<QString> expected; } cases[] = {
         {"ValidAsRead", hondaVin, 95, {}, hondaVin},
         // The engine's second choice at the place is the right one.
         {"EnginesAlternative", "1HGCM8Z633A004352", 60, {{6, '2'}}, hondaVin},
@@ -146,12 +141,7 @@ TEST(PrintedVinLookAlikes, AreResolvedByTheCheckDigit)
 
 TEST(PrintedVinLineRuns, AreTakenFromWholeWords)
 {
-    const struct
-    {
-        const char *name;
-        QString line;
-        QStringList expected;
-    } cases[] = {
+    const struct { const char *name; QString line; QStringList expected; } cases[] = {
         {"LabelBeforeTheVin", "VN " + hondaVin, {hondaVin}},
         {"GlueLabel", "VN" + hondaVin, {hondaVin}},
         // One glyph read as two characters: the last 17 ("9VDE2ZE5XEE644230") would pass the
@@ -175,12 +165,8 @@ TEST(PrintedVinLineRuns, AreTakenFromWholeWords)
     // weigh the other; otherwise the weighed reading is the candidate's rival.
     const QString readAsA = QStringLiteral("AHGCM82633A004352");
     const QList<ReadCharacter> tied = line(readAsA, 95, {{0, '1'}});
-    const struct
-    {
-        const char *name;
-        QList<ReadCharacter::Choice> alone; // empty: no second look
-        QString vin, rival;
-    } ties[] = {
+    // alone: what the glyph read on its own gives, empty for no second look.
+    const struct { const char *name; QList<ReadCharacter::Choice> alone; QString vin, rival; } ties[] = {
         {"NoSecondLook", {}, readAsA, hondaVin},
         {"AloneReadsTheOne", {{'1', 99}, {'L', 40}}, hondaVin, QString()},
         {"AloneReadsTheA", {{'A', 97}}, readAsA, QString()},
@@ -213,12 +199,8 @@ TEST(PrintedVinConsensus, DecidesWhenAVinIsRead)
     const VINTextCandidate toyotaUnsure = candidate(QStringLiteral("JTMW53FV60D023016"), false, 60);
     VINTextCandidate hondaReadAsA = candidate(QStringLiteral("AHGCM82633A004352"), true);
     hondaReadAsA.sameValueRival = hondaVin;
-    const struct
-    {
-        const char *name;
-        QList<QList<VINTextCandidate>> frames;
-        std::optional<QString> expected; // what the last frame makes read
-    } cases[] = {
+    // expected: what the last frame makes read.
+    const struct { const char *name; QList<QList<VINTextCandidate>> frames; std::optional<QString> expected; } cases[] = {
         {"ValidTwice", {{honda}, {honda}}, std::nullopt},
         {"ValidThrice", {{honda}, {honda}, {honda}}, hondaVin},
         {"ValidOnceAmongOthers", {{wrongButValid}, {}, {honda}}, std::nullopt},

@@ -5,14 +5,12 @@
 #include "ZQTVINScanComponent.h"
 #include "platform/capture/CaptureDevice.h"
 #include "platform/capture/VINTextOutput.h"
-#include "support/LogCapture.h"
 #include "support/ScreenTestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <QFileInfo>
 #include <QLabel>
-#include <QPointer>
 #include <QTest>
 
 using namespace ZQTPlatform;
@@ -41,20 +39,7 @@ bool hasTextOutput(const ZQTVINCaptureVC *screen)
     return false;
 }
 
-class TextReadingSession : public ::testing::TestWithParam<bool>
-{
-protected:
-    void TearDown() override
-    {
-        delete screen.data();
-        CaptureDevice::removeStandIns();
-    }
-
-    LogCapture capture;
-    RecordingDelegate delegate;
-    PhoneHost host;
-    QPointer<ZQTVINCaptureVC> screen;
-};
+class TextReadingSession : public ScreenSessionTest, public ::testing::WithParamInterface<bool> {};
 
 } // namespace
 

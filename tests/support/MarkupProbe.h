@@ -2,8 +2,8 @@
 // rich text, and a look at the label's pixels.
 #pragma once
 
-#include <QColor>
-#include <QImage>
+#include "support/TestData.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -15,13 +15,6 @@ inline QString greenMarkup()
 // True when the widget, drawn now, shows pure green anywhere.
 inline bool drawsGreen(QWidget *widget)
 {
-    const QImage image = widget->grab().toImage();
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor c = image.pixelColor(x, y);
-            if (c.green() > 200 && c.red() < 60 && c.blue() < 60)
-                return true;
-        }
-    }
-    return false;
+    return TestData::countPixels(widget->grab().toImage(),
+                                 [](const QColor &c) { return c.green() > 200 && c.red() < 60 && c.blue() < 60; }) > 0;
 }

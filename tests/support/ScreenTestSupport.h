@@ -1,6 +1,7 @@
 // What the tests of the capture screen share: a phone profile, a window with a navigation
 // controller, pushing a screen and waiting for its start-up, a camera stand-in of one colour, a
-// delegate that records its calls from any thread, and a recorder of the analytics notifications.
+// delegate that records its calls from any thread, a recorder of the analytics notifications, and
+// the fixture of a test that runs one screen on such a window.
 #pragma once
 
 #include "ZQTVINScanComponent.h"
@@ -18,10 +19,14 @@
 
 #include <QCoreApplication>
 #include <QMutex>
+#include <QPointer>
 #include <QSizeF>
 #include <QTest>
 #include <QThread>
 #include <QVariantMap>
+
+// A VIN whose check digit is right, as the screens' tests read, type and report it.
+inline const QString validVin = QStringLiteral("1HGCM82633A004352");
 
 // A phone of that size in points with a 44-point status bar and a current system.
 inline ZQTPlatform::DeviceProfile phoneProfile(const QSizeF &bounds = QSizeF(375, 812))
@@ -96,11 +101,6 @@ struct RecordingDelegate : VinScannerVCDelegate
         const QMutexLocker locker(&lock);
         return recorded;
     }
-    void clear()
-    {
-        const QMutexLocker locker(&lock);
-        recorded.clear();
-    }
 
 private:
     mutable QMutex lock;
@@ -117,4 +117,21 @@ struct AnalyticsRecorder
     }
     ~AnalyticsRecorder() { ZQTPlatform::NotificationCenter::defaultCenter().removeObserver(this); }
     QList<QVariantMap> events;
+};
+
+// A test that runs one capture screen on a phone host with a recording delegate; the screen and
+// the camera stand-ins go at its end.
+class ScreenSessionTest : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        delete screen.data();
+        ZQTPlatform::CaptureDevice::removeStandIns();
+    }
+
+    LogCapture capture;
+    RecordingDelegate delegate;
+    PhoneHost host;
+    QPointer<ZQTVINCaptureVC> screen;
 };

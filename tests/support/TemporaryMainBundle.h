@@ -18,6 +18,17 @@ inline QByteArray plistWithEntries(const QByteArray &entries)
            "<plist version=\"1.0\"><dict>" + entries + "</dict></plist>\n";
 }
 
+// Host settings whose only help page has the given "imageName" value, header and
+// "autoDisplayFirstTime" value, the title "Title" and the description "Description".
+inline QByteArray helpPageSettings(const QByteArray &imageNameXml, const QByteArray &header = "Header",
+                                   const QByteArray &autoDisplayXml = "<false/>")
+{
+    return "<key>HelpOverlayDetailsDictionary</key><dict><key>overlays</key><array><dict>"
+           "<key>imageName</key>" + imageNameXml + "<key>header</key><string>" + header + "</string>"
+           "<key>title</key><string>Title</string><key>descr</key><string>Description</string>"
+           "<key>autoDisplayFirstTime</key>" + autoDisplayXml + "</dict></array></dict>";
+}
+
 // Writes a file, making its folders; returns its path.
 inline QString writeTestFile(const QString &path, const QByteArray &bytes)
 {

@@ -2,6 +2,7 @@
 // use them. They share the test's home and standard folders.
 #pragma once
 
+#include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
@@ -13,6 +14,31 @@ struct ZqtVinRun
     QString err;
 };
 
-ZqtVinRun runZqtVin(const QStringList &args);
-// environment: the process's own by default.
-ZqtVinRun runZqtVinCapture(const QStringList &args, const QProcessEnvironment &environment = {});
+// environment: the process's own when empty.
+inline ZqtVinRun runProgram(const QString &program, const QStringList &args, const QProcessEnvironment &environment = {})
+{
+    QProcess process;
+    if (!environment.isEmpty())
+        process.setProcessEnvironment(environment);
+    process.start(program, args);
+    ZqtVinRun run;
+    if (!process.waitForFinished(60000)) {
+        process.kill();
+        process.waitForFinished();
+        return run;
+    }
+    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+inline ZqtVinRun runZqtVin(const QStringList &args)
+{
+    return runProgram(QStringLiteral(ZQT_ZQTVIN_BINARY), args);
+}
+
+inline ZqtVinRun runZqtVinCapture(const QStringList &args, const QProcessEnvironment &environment = {})
+{
+    return runProgram(QStringLiteral(ZQT_CAPTURE_BINARY), args, environment);
+}

@@ -3,17 +3,14 @@
 #pragma once
 
 #include "ZQTVINScanComponent.h"
-#include "platform/capture/CaptureDevice.h"
-#include "support/LogCapture.h"
 #include "support/ScreenTestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <QPainter>
-#include <QPointer>
 #include <QTest>
 
-class RealWindow : public ::testing::Test
+class RealWindow : public ScreenSessionTest
 {
 public:
     static inline const QColor cameraLeftHalf = QColor(70, 120, 90);
@@ -27,7 +24,6 @@ protected:
         QPainter(&street).fillRect(320, 0, 320, 480, cameraRightHalf);
         ASSERT_TRUE(ZQTPlatform::CaptureDevice::addStandIn(street));
     }
-    void TearDown() override { ZQTPlatform::CaptureDevice::removeStandIns(); }
 
     // Pushes the screen, shows the window on the X server and waits until the screen scans or
     // prompts.
@@ -43,9 +39,4 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([&] { return startUps(capture) > starts; }, 5000));
         return pushed;
     }
-
-    LogCapture capture;
-    RecordingDelegate delegate;
-    PhoneHost host;
-    QPointer<ZQTVINCaptureVC> screen;
 };

@@ -26,16 +26,11 @@ const QColor rightHalf = RealWindow::cameraRightHalf;
 // Width over height of the box around the guide's bracket pixels.
 double bracketsAspectIn(const QPixmap &guide)
 {
-    QImage image = guide.toImage().convertToFormat(QImage::Format_ARGB32);
-    // Opaque bracket pixels become the colour on black; the rest black.
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, y, qAlpha(image.pixel(x, y)) > 200 ? image.pixel(x, y) | 0xff000000 : 0xff000000);
-    }
-    QRect box;
+    const QImage image = guide.toImage().convertToFormat(QImage::Format_ARGB32);
+    QRect box; // around the opaque pixels of the brackets' colour
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            if (XScreen::pixelsNear(image, QRect(x, y, 1, 1), bracketColour) == 1)
+            if (qAlpha(image.pixel(x, y)) > 200 && XScreen::near(image.pixel(x, y), bracketColour.rgb(), 24))
                 box |= QRect(x, y, 1, 1);
         }
     }
