@@ -517,7 +517,7 @@ QList<DecodedBarcode> BarcodeReader::read(const QImage &image, quint64 frameNumb
     }
     if (const auto layout = pictureLayout(image))
         return decode(imageView(*layout), frameNumber, m_formats, m_types);
-    const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
+    const QImage grey = greyOfPicture(image);
     return decode(imageView(*pictureLayout(grey)), frameNumber, m_formats, m_types);
 }
 

@@ -119,16 +119,21 @@ std::optional<PixelLayout> pictureLayout(const QImage &picture)
     }
 }
 
+QImage greyOfPicture(const QImage &picture)
+{
+    if (picture.format() == QImage::Format_Grayscale8)
+        return picture;
+    if (const std::optional<PixelLayout> layout = pictureLayout(picture))
+        return greyCopy(*layout);
+    return picture.convertToFormat(QImage::Format_Grayscale8);
+}
+
 QImage greyOfVideoFrame(const QVideoFrame &frame)
 {
     if (!frame.isValid())
         return {};
-    if (!readsInPlace(frame.pixelFormat())) {
-        // Qt's own conversion gives RGB32.
-        const QImage picture = frame.toImage();
-        const std::optional<PixelLayout> layout = pictureLayout(picture);
-        return layout ? greyCopy(*layout) : QImage();
-    }
+    if (!readsInPlace(frame.pixelFormat()))
+        return greyOfPicture(frame.toImage());
     QVideoFrame mapped = frame;
     if (!mapped.map(QVideoFrame::ReadOnly))
         return {};

@@ -23,8 +23,13 @@ std::optional<PixelLayout> frameLayout(const QVideoFrame &mapped);
 // BGR888); the alpha of other formats is for the caller to deal with.
 std::optional<PixelLayout> pictureLayout(const QImage &picture);
 
+// The picture's luminance as a grey picture (Format_Grayscale8): copied by hand from the layouts
+// above, without Qt's shared thread pool; the rarer formats (palettes, 16-bit colour, alpha) go
+// through Qt's conversion. Safe on any thread.
+QImage greyOfPicture(const QImage &picture);
+
 // The frame's luminance as a grey picture of its own (Format_Grayscale8); null when the frame
-// cannot be mapped or converted. Safe on any thread, and done without Qt's shared thread pool.
+// cannot be mapped or converted. Safe on any thread.
 ZQT_EXPORT QImage greyOfVideoFrame(const QVideoFrame &frame);
 
 } // namespace ZQTPlatform

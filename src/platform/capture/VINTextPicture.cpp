@@ -3,6 +3,8 @@
 // from the strokes.
 #include "platform/capture/VINTextPicture_p.h"
 
+#include "platform/capture/FrameLayout_p.h"
+
 #include <QtMath>
 
 #include <opencv2/imgproc.hpp>
@@ -71,17 +73,8 @@ cv::Mat ruledLines(const cv::Mat &depth)
 
 QImage smoothGrey(const QImage &picture, double scale)
 {
-    cv::Mat grey;
-    if (picture.format() == QImage::Format_Grayscale8) {
-        grey = pixelsOf(picture);
-    } else {
-        // RGB32 pixels lie in memory as blue, green, red, unused on the little-endian machines
-        // this runs on.
-        const QImage bgra = picture.format() == QImage::Format_RGB32 ? picture : picture.convertToFormat(QImage::Format_RGB32);
-        cv::cvtColor(cv::Mat(bgra.height(), bgra.width(), CV_8UC4, const_cast<uchar *>(bgra.constBits()),
-                             size_t(bgra.bytesPerLine())),
-                     grey, cv::COLOR_BGRA2GRAY);
-    }
+    const QImage luminance = greyOfPicture(picture);
+    cv::Mat grey = pixelsOf(luminance);
     if (scale < 1.0)
         grey = shrunk(grey, cv::Size(qRound(grey.cols * scale), qRound(grey.rows * scale)));
     // Half the size and back again.
