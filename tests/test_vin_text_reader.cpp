@@ -182,6 +182,23 @@ TEST(PrintedVinLineRuns, AreTakenFromWholeWords)
         EXPECT_EQ(candidate.vin, t.vin) << t.name;
         EXPECT_EQ(candidate.sameValueRival, t.rival) << t.name;
     }
+    // The second look is cut to the line's band when the engine's box reaches far out of it (to a
+    // rule of the form); a box a little taller than the others is looked at as it is.
+    const struct { QRect box, looked; } boxes[] = {
+        {QRect(0, -30, 9, 60), QRect(0, 0, 9, 14)},
+        {QRect(0, -2, 9, 18), QRect(0, -2, 9, 18)},
+    };
+    for (const auto &b : boxes) {
+        QList<ReadCharacter> outOfLine = tied;
+        outOfLine[0].box = b.box;
+        QRect looked;
+        const GlyphReader readGlyph = [&](const QRect &box) {
+            looked = box;
+            return QList<ReadCharacter::Choice>{{'1', 99}};
+        };
+        EXPECT_EQ(vinCandidates(outOfLine, readGlyph).value(0).vin, hondaVin);
+        EXPECT_EQ(looked, b.looked);
+    }
     // Weighed too faintly, the other character is noise.
     QList<ReadCharacter> faint = line(readAsA, 95, {{0, '1'}});
     faint[0].choices[1].confidence = 5;

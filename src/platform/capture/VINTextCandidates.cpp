@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <vector>
 
 namespace ZQTPlatform {
 
@@ -169,6 +170,31 @@ std::optional<QChar> settledAlone(const QList<ReadCharacter::Choice> &alone, QCh
     return weighed ? std::nullopt : std::optional<QChar>(read);
 }
 
+// The glyph's box cut to the band the run's glyphs stand in. The engine's box for a glyph
+// sometimes reaches far above or below the line (to a rule of the form, or print beside it), and
+// a glyph read with all that in its box is read as another. The quarter of the run's boxes that
+// are least tall hold their glyphs alone; the band runs from the median of their tops to the
+// median of their bottoms. A box no taller than one and a half bands is left as it is.
+QRect withinBand(const QRect &glyph, const QList<ReadCharacter> &run)
+{
+    std::vector<QRect> boxes;
+    for (const ReadCharacter &character : run)
+        boxes.push_back(character.box);
+    std::sort(boxes.begin(), boxes.end(), [](const QRect &a, const QRect &b) { return a.height() < b.height(); });
+    boxes.resize(std::max<size_t>(1, boxes.size() / 4));
+    std::vector<int> tops;
+    std::vector<int> bottoms;
+    for (const QRect &box : boxes) {
+        tops.push_back(box.top());
+        bottoms.push_back(box.bottom());
+    }
+    const size_t middle = tops.size() / 2;
+    std::nth_element(tops.begin(), tops.begin() + middle, tops.end());
+    std::nth_element(bottoms.begin(), bottoms.begin() + middle, bottoms.end());
+    const QRect band(QPoint(glyph.left(), tops[middle]), QPoint(glyph.right(), bottoms[middle]));
+    return band.intersects(glyph) && glyph.height() > 3 * band.height() / 2 ? band : glyph;
+}
+
 // Settles the places of a candidate that passes the check digit where the engine weighed another
 // character that passes it too (see vinCandidates); keeps the first unsettled one as the rival.
 void settleSameValueTies(VINTextCandidate &candidate, const QList<ReadCharacter> &run, const GlyphReader &readGlyph)
@@ -183,7 +209,7 @@ void settleSameValueTies(VINTextCandidate &candidate, const QList<ReadCharacter>
             if (!isValid(rival))
                 continue;
             const std::optional<QChar> settled =
-                readGlyph ? settledAlone(readGlyph(run[index].box), chosen, choice.character) : std::nullopt;
+                readGlyph ? settledAlone(readGlyph(withinBand(run[index].box, run)), chosen, choice.character) : std::nullopt;
             if (!settled) {
                 candidate.sameValueRival = rival;
                 return;
