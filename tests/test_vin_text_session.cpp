@@ -3,6 +3,7 @@
 // option off no text reader exists at all.
 #include "VinTextArt.h"
 #include "ZQTVINScanComponent.h"
+#include "ViewControllers/ZQTVINCaptureOverlayVC.h"
 #include "platform/capture/CaptureDevice.h"
 #include "platform/capture/VINTextOutput.h"
 #include "support/ScreenTestSupport.h"
@@ -39,6 +40,16 @@ bool hasTextOutput(const ZQTVINCaptureVC *screen)
     return false;
 }
 
+// The help card tells what the screen reads.
+void expectHelpCardFor(ZQTVINCaptureVC *screen, bool readText)
+{
+    screen->showOverlay();
+    const auto *card = qobject_cast<ZQTVINCaptureOverlayVC *>(screen->overlayView2());
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(card->titleLbl()->text(), readText ? "Find the VIN" : "Find the VIN barcode");
+    EXPECT_EQ(card->descrLbl()->text().contains("printed VIN"), readText);
+}
+
 class TextReadingSession : public ScreenSessionTest, public ::testing::WithParamInterface<bool> {};
 
 } // namespace
@@ -62,6 +73,7 @@ TEST_P(TextReadingSession, APrintedVinIsReadOnlyWithTheOption)
         QTest::qWait(3000);
         EXPECT_TRUE(delegate.calls().isEmpty());
         EXPECT_TRUE(screen->session()->isRunning());
+        expectHelpCardFor(screen, readText);
         return;
     }
     ASSERT_TRUE(QTest::qWaitFor([&] { return !delegate.calls().isEmpty(); }, 20000));
@@ -76,6 +88,7 @@ TEST_P(TextReadingSession, APrintedVinIsReadOnlyWithTheOption)
     EXPECT_TRUE(QFileInfo(ZQTVINScanUtils::getPhotoPathWithClaimId(claimId, "VIN")).isFile());
     EXPECT_FALSE(screen->session()->isRunning());
     EXPECT_TRUE(capture.steps().contains("textOutput"));
+    expectHelpCardFor(screen, readText);
 }
 
 INSTANTIATE_TEST_SUITE_P(Option, TextReadingSession, ::testing::Values(false, true),

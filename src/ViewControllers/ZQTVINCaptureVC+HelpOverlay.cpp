@@ -44,6 +44,20 @@ void styleLabel(QLabel *label, const QString &text, const char *colorKey, const 
                            Constants::getConfigStringForKey(QLatin1String(fontKey)));
 }
 
+// On a screen that also reads printed VINs, the card says so: its title and description are the
+// configured printed-VIN texts, where they are configured (a configuration without them keeps the
+// slot's own).
+void withPrintedVIN(OverlayTexts &texts)
+{
+    const QString title = Constants::getConfigurableValueForKey(QStringLiteral("HelpOverlayTitlePrintedVIN")).toString();
+    const QString description =
+        Constants::getConfigurableValueForKey(QStringLiteral("HelpOverlayDescrPrintedVIN")).toString();
+    if (!title.isEmpty())
+        texts.title = title;
+    if (!description.isEmpty())
+        texts.description = description;
+}
+
 // A view that the screen keeps out of its view tree goes when the screen goes.
 void deleteWithScreen(QWidget *view, QObject *screen)
 {
@@ -66,9 +80,11 @@ void ZQTVINCaptureVC::showOverlayWithForce(bool)
         return;
 
     const std::shared_ptr<ZQTVINPhotoCaptureEntity> item = d->vinScanItem;
-    const OverlayTexts texts = item ? OverlayTexts{item->overlayHeader(), item->overlayTitle(), item->overlayDesc()}
-                                    : OverlayTexts{QStringLiteral("<header>"), QStringLiteral("<title>"),
-                                                   QStringLiteral("<description>")};
+    OverlayTexts texts = item ? OverlayTexts{item->overlayHeader(), item->overlayTitle(), item->overlayDesc()}
+                              : OverlayTexts{QStringLiteral("<header>"), QStringLiteral("<title>"),
+                                             QStringLiteral("<description>")};
+    if (d->enableVINTextReading)
+        withPrintedVIN(texts);
     if (item)
         item->setHasBeenDisplayed(true);
 
