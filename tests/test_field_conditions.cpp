@@ -72,31 +72,6 @@ TEST(CodeRegionFinder, FindsTheCodeAndItsDirection)
     }
 }
 
-// A Data Matrix smeared by a little over a module (scene 107 of the set) shows streaks that the
-// region finder takes for bars; it is read all the same.
-TEST(CodeRegionFinder, ASmearedDataMatrixThatLooksLikeBarsIsRead)
-{
-    const FieldScene scene =
-        FieldConditions::sceneAt(107, 18, FieldConditions::realVins(QStringLiteral(ZQT_REAL_VINS_CSV)));
-    ASSERT_EQ(scene.symbology, Symbology::DataMatrix);
-    const FieldConditions::SteadyCamera camera(scene);
-    const QImage first = camera.frame(0);
-    const PixelLayout layout{first.constBits(), first.width(), first.height(), int(first.bytesPerLine())};
-    const QList<CodeRegion> regions = findCodeRegions(greyMatrix(layout), 3);
-    ASSERT_FALSE(regions.isEmpty());
-    EXPECT_TRUE(regions.first().linear);
-
-    const BarcodeReader reader({MetadataObject::typeCode39, MetadataObject::typeDataMatrix});
-    bool read = false;
-    for (int frame = 0; frame < 10 && !read; ++frame) {
-        for (const DecodedBarcode &code : reader.read(camera.frame(frame), quint64(frame))) {
-            EXPECT_EQ(code.text, scene.vin);
-            read = read || code.text == scene.vin;
-        }
-    }
-    EXPECT_TRUE(read);
-}
-
 // ---- Each condition at its worst ----
 
 struct Condition { const char *name; std::function<void(FieldScene &)> apply; };

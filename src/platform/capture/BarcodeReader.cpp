@@ -386,15 +386,10 @@ QList<DecodedBarcode> decodeRegions(const ZXing::ImageView &frame, int formats, 
     QList<DecodedBarcode> codes;
     try {
         for (const CodeRegion &region : findCodeRegions(grey, maxRegions)) {
-            QList<DecodedBarcode> linearCodes;
-            if (region.linear && (formats & linear))
-                linearCodes = decodeLinearRegion(grey, region, formats & linear, wanted);
-            for (const DecodedBarcode &code : std::as_const(linearCodes))
-                addNew(codes, code);
-            // A Data Matrix smeared by motion shows streaks that look like bars: a region of bars
-            // that gives no 1-D code is read as a matrix too (about 1 ms for its view, a few for
-            // ZXing's thorough read of it).
-            if (linearCodes.isEmpty() && (formats & ~linear)) {
+            if (region.linear && (formats & linear)) {
+                for (const DecodedBarcode &code : decodeLinearRegion(grey, region, formats & linear, wanted))
+                    addNew(codes, code);
+            } else if (!region.linear && (formats & ~linear)) {
                 if (const auto code = decodeMatrixRegion(grey, region, formats & ~linear, wanted))
                     addNew(codes, *code);
             }
