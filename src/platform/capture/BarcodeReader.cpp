@@ -494,13 +494,10 @@ QList<DecodedBarcode> BarcodeReader::read(const QVideoFrame &frame, quint64 fram
     // Compressed frames and the rare layouts not read in place go through Qt's conversion.
     if (!readsInPlace(frame.pixelFormat()))
         return read(frame.toImage(), frameNumber);
-    QVideoFrame mapped = frame;
-    if (!mapped.map(QVideoFrame::ReadOnly))
-        return {};
     QList<DecodedBarcode> codes;
-    if (const auto layout = frameLayout(mapped))
-        codes = decode(imageView(*layout), frameNumber, m_formats, m_types);
-    mapped.unmap();
+    useMappedFrame(frame, [&](const PixelLayout &layout) {
+        codes = decode(imageView(layout), frameNumber, m_formats, m_types);
+    });
     return codes;
 }
 

@@ -80,18 +80,21 @@ bool readsInPlace(QVideoFrameFormat::PixelFormat format)
     return formatLayout(format).has_value();
 }
 
-std::optional<PixelLayout> frameLayout(const QVideoFrame &mapped)
+void useMappedFrame(const QVideoFrame &frame, const std::function<void(const PixelLayout &)> &use)
 {
-    const std::optional<FormatLayout> format = formatLayout(mapped.pixelFormat());
+    const std::optional<FormatLayout> format = formatLayout(frame.pixelFormat());
+    QVideoFrame mapped = frame;
+    if (!format || !mapped.map(QVideoFrame::ReadOnly))
+        return;
     const uchar *bits = mapped.bits(0);
     const int width = mapped.width();
     const int height = mapped.height();
     const int rowStride = mapped.bytesPerLine(0);
-    if (!format || !bits || width <= 0 || height <= 0 || rowStride < width * format->pixelStride
-        || qint64(mapped.mappedBytes(0)) < qint64(rowStride) * (height - 1) + qint64(width) * format->pixelStride)
-        return std::nullopt;
-    return PixelLayout{bits + format->offset, width, height, rowStride, format->pixelStride,
-                       format->red, format->green, format->blue};
+    if (bits && width > 0 && height > 0 && rowStride >= width * format->pixelStride
+        && qint64(mapped.mappedBytes(0)) >= qint64(rowStride) * (height - 1) + qint64(width) * format->pixelStride)
+        use(PixelLayout{bits + format->offset, width, height, rowStride, format->pixelStride, format->red,
+                        format->green, format->blue});
+    mapped.unmap();
 }
 
 std::optional<PixelLayout> pictureLayout(const QImage &picture)
@@ -134,12 +137,8 @@ QImage greyOfVideoFrame(const QVideoFrame &frame)
         return {};
     if (!readsInPlace(frame.pixelFormat()))
         return greyOfPicture(frame.toImage());
-    QVideoFrame mapped = frame;
-    if (!mapped.map(QVideoFrame::ReadOnly))
-        return {};
-    const std::optional<PixelLayout> layout = frameLayout(mapped);
-    QImage grey = layout ? greyCopy(*layout) : QImage();
-    mapped.unmap();
+    QImage grey;
+    useMappedFrame(frame, [&grey](const PixelLayout &layout) { grey = greyCopy(layout); });
     return grey;
 }
 

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QVideoFrame>
 
+#include <functional>
 #include <optional>
 
 namespace ZQTPlatform {
@@ -16,8 +17,9 @@ namespace ZQTPlatform {
 // packed YUV or packed RGB. Others (compressed, 10-bit planar) go through Qt's conversion.
 bool readsInPlace(QVideoFrameFormat::PixelFormat format);
 
-// The first plane of a mapped frame read in place, if the plane is as large as the frame says.
-std::optional<PixelLayout> frameLayout(const QVideoFrame &mapped);
+// Maps a frame of a format read in place and calls use with its first plane, if the plane is as
+// large as the frame says; use is not called when the frame cannot be mapped or its plane is short.
+void useMappedFrame(const QVideoFrame &frame, const std::function<void(const PixelLayout &)> &use);
 
 // A picture in one of the layouts read in place (8- and 16-bit grey, RGB32, RGBX8888, RGB888,
 // BGR888); the alpha of other formats is for the caller to deal with.

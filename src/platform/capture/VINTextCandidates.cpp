@@ -209,7 +209,8 @@ void settleSameValueTies(VINTextCandidate &candidate, const QList<ReadCharacter>
             if (!isValid(rival))
                 continue;
             const std::optional<QChar> settled =
-                readGlyph ? settledAlone(readGlyph(withinBand(run[index].box, run)), chosen, choice.character) : std::nullopt;
+                readGlyph ? settledAlone(readGlyph(withinBand(run[index].box, run)), chosen, choice.character)
+                          : std::nullopt;
             if (!settled) {
                 candidate.sameValueRival = rival;
                 return;
