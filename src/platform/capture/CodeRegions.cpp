@@ -193,7 +193,15 @@ QList<CodeRegion> findCodeRegions(const cv::Mat &grey, int maxRegions)
     for (const Piece &piece : pieces) {
         if (regions.size() >= maxRegions)
             break;
-        regions.append(piece.region);
+        // A VIN's bars are shorter than its code is long. A region of bars that is thicker than long
+        // has its direction turned by a quarter: a hand's motion across the bars smears their edges
+        // until the bars' ends and the streaks along them hold most of the gradient.
+        CodeRegion region = piece.region;
+        if (region.linear && region.thickness > region.length) {
+            region.axisDegrees += region.axisDegrees > 0 ? -90 : 90;
+            std::swap(region.length, region.thickness);
+        }
+        regions.append(region);
     }
     return regions;
 }

@@ -11,7 +11,9 @@ namespace {
 
 constexpr double samplesPerPixel = 2;   // along a 1-D code
 constexpr double endMargin = 0.12;      // beyond each end of a 1-D region, a share of its length: the quiet zones
-constexpr double matrixMargin = 0.25;   // around a 2-D region, a share of its side
+// Around a 2-D region, a share of its side: a glare spot or a dark corner can hide part of a
+// symbol from the region finder, and a rectangular symbol's region may be its shorter part only.
+constexpr double matrixMargin = 0.5;
 constexpr int profileRows = 4;
 // The windows that follow paper and ink along a line, as parts of its length: 5 to 8 modules of a
 // VIN code (more than its widest bar or space; what a glare spot needs), and 15 to 25 (steadier
