@@ -4,10 +4,13 @@
 #include "platform/capture/BarcodeReader_p.h"
 #include "platform/capture/CodeRegions_p.h"
 #include "platform/capture/MetadataOutput.h"
+#include "platform/capture/RegionViews_p.h"
 
 #include <FieldConditions.h>
 
 #include <gtest/gtest.h>
+
+#include <opencv2/imgproc.hpp>
 
 #include <cmath>
 #include <functional>
@@ -100,6 +103,25 @@ TEST(CodeRegionFinder, AMatrixFoundInPartIsReadWhole)
             read = read || code.text == scene.vin;
     }
     EXPECT_TRUE(read);
+}
+
+// ---- Paper and ink along a line ----
+
+// The running extreme is the dilation (erosion) with a centred window of the same size, for odd
+// and even windows, a window of one, and windows longer than the line.
+TEST(LineLevels, RunningExtremeIsTheCentredDilationAndErosion)
+{
+    cv::Mat line(1, 301, CV_32F);
+    cv::RNG(7).fill(line, cv::RNG::UNIFORM, 0, 255);
+    for (int window : {1, 2, 3, 8, 9, 40, 151, 300, 301, 640}) {
+        SCOPED_TRACE("window " + std::to_string(window));
+        const cv::Mat kernel = cv::Mat::ones(1, window, CV_8U);
+        cv::Mat dilated, eroded;
+        cv::dilate(line, dilated, kernel);
+        cv::erode(line, eroded, kernel);
+        EXPECT_EQ(cv::norm(runningExtreme(line, window, true), dilated, cv::NORM_INF), 0);
+        EXPECT_EQ(cv::norm(runningExtreme(line, window, false), eroded, cv::NORM_INF), 0);
+    }
 }
 
 // ---- Each condition at its worst ----

@@ -328,7 +328,9 @@ QList<DecodedBarcode> decodeWith(const ZXing::ImageView &frame, const ReadStrate
 // that carries no check character of its own (Code 39) counts only when two bands read it alike.
 QList<DecodedBarcode> decodeLinearRegion(const cv::Mat &grey, const CodeRegion &region, int formats, const QStringList &wanted)
 {
-    const ZXing::DecodeHints hints = hintsFor(ReadStrategy{ReadStrategy::Binarizer::GlobalHistogram}, formats, 1);
+    ZXing::DecodeHints hints = hintsFor(ReadStrategy{ReadStrategy::Binarizer::GlobalHistogram}, formats, 1);
+    // A picture is the band's one line: there is no second row to agree with.
+    hints.setMinLineCount(1);
     const std::vector<std::vector<TurnedLuminance>> bands = barProfiles(grey, region);
     // Per text, the bands that read it.
     QList<QPair<DecodedBarcode, QSet<size_t>>> reads;
