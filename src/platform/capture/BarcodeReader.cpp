@@ -326,12 +326,13 @@ QList<DecodedBarcode> decodeWith(const ZXing::ImageView &frame, const ReadStrate
 
 // The 1-D code of a region: each band's pictures are read in turn until one gives a code. A text
 // that carries no check character of its own (Code 39) counts only when two bands read it alike.
-QList<DecodedBarcode> decodeLinearRegion(const cv::Mat &grey, const CodeRegion &region, int formats, const QStringList &wanted)
+QList<DecodedBarcode> decodeLinearRegion(const cv::Mat &grey, const CodeRegion &region, LineReach reach, int formats,
+                                         const QStringList &wanted)
 {
     ZXing::DecodeHints hints = hintsFor(ReadStrategy{ReadStrategy::Binarizer::GlobalHistogram}, formats, 1);
     // A picture is the band's one line: there is no second row to agree with.
     hints.setMinLineCount(1);
-    const std::vector<std::vector<TurnedLuminance>> bands = barProfiles(grey, region);
+    const std::vector<std::vector<TurnedLuminance>> bands = barProfiles(grey, region, reach);
     // Per text, the bands that read it.
     QList<QPair<DecodedBarcode, QSet<size_t>>> reads;
     for (size_t band = 0; band < bands.size(); ++band) {
@@ -378,10 +379,14 @@ std::optional<DecodedBarcode> decodeMatrixRegion(const cv::Mat &grey, const Code
 // (band averaging, flattening and sharpening). Everything it reports is ZXing's own decode, with
 // the symbology's check characters verified where it has them (Code 93, Code 128, Data Matrix);
 // a Code 39 text, which carries no check character of its own, counts only when two bands of the
-// region read it alike. Cost at 1920 x 1080: 3-5 ms to find the regions, about 1 ms per region;
-// the 1-D reads are on single lines and cost next to nothing.
-QList<DecodedBarcode> decodeRegions(const ZXing::ImageView &frame, int formats, const QStringList &wanted)
+// region read it alike. Its 1-D lines reach to the region's quiet zones in even frames and half
+// the region's length past it in odd ones (RegionViews_p.h): the longer line reads codes that the
+// region finder saw in part only, and spoils some that the shorter line reads. Cost at
+// 1920 x 1080: 2-4 ms to find the regions, 2-4 ms per 1-D region (most of it zbar's and ZXing's
+// reads of some forty lines), 2 ms per 2-D region.
+QList<DecodedBarcode> decodeRegions(const ZXing::ImageView &frame, quint64 frameNumber, int formats, const QStringList &wanted)
 {
+    const LineReach reach = frameNumber % 2 == 0 ? LineReach::ToTheQuietZones : LineReach::PastTheRegion;
     constexpr int maxRegions = 3;
     constexpr int linear = formatBits(ZXing::BarcodeFormat::LinearCodes);
     const cv::Mat grey = greyMatrix(pixelLayout(frame));
@@ -389,7 +394,7 @@ QList<DecodedBarcode> decodeRegions(const ZXing::ImageView &frame, int formats, 
     try {
         for (const CodeRegion &region : findCodeRegions(grey, maxRegions)) {
             if (region.linear && (formats & linear)) {
-                for (const DecodedBarcode &code : decodeLinearRegion(grey, region, formats & linear, wanted))
+                for (const DecodedBarcode &code : decodeLinearRegion(grey, region, reach, formats & linear, wanted))
                     addNew(codes, code);
             } else if (!region.linear && (formats & ~linear)) {
                 if (const auto code = decodeMatrixRegion(grey, region, formats & ~linear, wanted))
@@ -414,7 +419,7 @@ QList<DecodedBarcode> decode(const ZXing::ImageView &frame, quint64 frameNumber,
     QList<DecodedBarcode> codes = decodeWith(frame, ReadStrategy::forFrame(frameNumber), formats, wanted);
     const bool byStrategy = !codes.isEmpty();
     if (!byStrategy)
-        codes = decodeRegions(frame, formats, wanted);
+        codes = decodeRegions(frame, frameNumber, formats, wanted);
     for (int step = 1; byStrategy && step < ReadStrategy::cycleLength(); ++step) {
         const ReadStrategy strategy = ReadStrategy::forFrame(frameNumber + step);
         for (const DecodedBarcode &code : decodeWith(frame, strategy, formats, wanted))

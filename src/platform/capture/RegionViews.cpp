@@ -10,10 +10,9 @@ namespace ZQTPlatform {
 namespace {
 
 constexpr double samplesPerPixel = 2;   // along a 1-D code
-// Beyond each end of a 1-D region, shares of its length: its quiet zones; then, when the band's
-// pictures so far gave no code, the rest of a code whose part under a glare spot or in a dark
-// corner the region finder missed (a line that far takes in the label's edge and what lies
-// beyond, which can spoil the read of a code that the shorter line reads).
+// Beyond each end of a 1-D region, shares of its length: its quiet zones (LineReach::ToTheQuietZones),
+// or (LineReach::PastTheRegion) the rest of a code whose part under a glare spot or in a dark
+// corner the region finder missed.
 constexpr double quietMargin = 0.12;
 constexpr double farMargin = 0.5;
 // Around a 2-D region, a share of its side: a glare spot or a dark corner can hide part of a
@@ -136,14 +135,13 @@ cv::Mat runningExtreme(const cv::Mat &line, int window, bool largest)
     return extreme;
 }
 
-std::vector<std::vector<TurnedLuminance>> barProfiles(const cv::Mat &grey, const CodeRegion &region)
+std::vector<std::vector<TurnedLuminance>> barProfiles(const cv::Mat &grey, const CodeRegion &region, LineReach reach)
 {
     std::vector<std::vector<TurnedLuminance>> bands;
     // The windows along a line are shares of the code's own length, however far the line reaches.
     const int codeSamples = int(region.length * samplesPerPixel);
-    const int inner = int(region.length * (1 + 2 * quietMargin) * samplesPerPixel);
-    const int reach = int(region.length * (farMargin - quietMargin) * samplesPerPixel);
-    const int width = inner + 2 * reach;
+    const double margin = reach == LineReach::PastTheRegion ? farMargin : quietMargin;
+    const int width = int(region.length * (1 + 2 * margin) * samplesPerPixel);
     const int rows = std::max(1, int(region.thickness * bandHeight));
     if (codeSamples < 16)
         return bands;
@@ -159,11 +157,6 @@ std::vector<std::vector<TurnedLuminance>> barProfiles(const cv::Mat &grey, const
         // The pictures' rows all sit on the band's middle line.
         const QTransform pictureToFrame = QTransform(1, 0, 0, 0, 0, 0, 0, rows / 2.0, 1) * toFrame;
         std::vector<TurnedLuminance> views;
-        // The line just past the region's ends, then the whole line.
-        const cv::Mat innerLine = line.colRange(reach, reach + inner);
-        const QTransform innerToFrame = QTransform::fromTranslate(reach, 0) * pictureToFrame;
-        for (int flatteningParts : flatteningWindows)
-            addPictures(flattened(innerLine, std::max(9, codeSamples / flatteningParts)), codeSamples, innerToFrame, views);
         for (int flatteningParts : flatteningWindows)
             addPictures(flattened(line, std::max(9, codeSamples / flatteningParts)), codeSamples, pictureToFrame, views);
         bands.push_back(std::move(views));
