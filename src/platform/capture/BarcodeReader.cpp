@@ -379,9 +379,10 @@ std::optional<DecodedBarcode> decodeMatrixRegion(const cv::Mat &grey, const Code
 // (band averaging, flattening and sharpening). Everything it reports is ZXing's own decode, with
 // the symbology's check characters verified where it has them (Code 93, Code 128, Data Matrix);
 // a Code 39 text, which carries no check character of its own, counts only when two bands of the
-// region read it alike. Its 1-D lines reach to the region's quiet zones in even frames and half
+// region read it alike. Its 1-D lines reach to the region's quiet zones in even frames and 0.8 of
 // the region's length past it in odd ones (RegionViews_p.h): the longer line reads codes that the
-// region finder saw in part only, and spoils some that the shorter line reads. Cost at
+// region finder saw in part only (a glare spot over one end), and spoils some that the shorter
+// line reads. Cost at
 // 1920 x 1080: 2-4 ms to find the regions, 2-4 ms per 1-D region (most of it zbar's and ZXing's
 // reads of some forty lines), 2 ms per 2-D region.
 QList<DecodedBarcode> decodeRegions(const ZXing::ImageView &frame, quint64 frameNumber, int formats, const QStringList &wanted)

@@ -14,7 +14,7 @@ constexpr double samplesPerPixel = 2;   // along a 1-D code
 // or (LineReach::PastTheRegion) the rest of a code whose part under a glare spot or in a dark
 // corner the region finder missed.
 constexpr double quietMargin = 0.12;
-constexpr double farMargin = 0.5;
+constexpr double farMargin = 0.8;
 // Around a 2-D region, a share of its side: a glare spot or a dark corner can hide part of a
 // symbol from the region finder, and a rectangular symbol's region may be its shorter part only.
 constexpr double matrixMargin = 0.5;

@@ -14,7 +14,7 @@ namespace ZQTPlatform {
 // not grow with the window: a window of a few hundred samples costs what one of ten does.
 cv::Mat runningExtreme(const cv::Mat &line, int window, bool largest);
 
-// How far a 1-D region's lines reach beyond its ends: to its quiet zones, or half the region's
+// How far a 1-D region's lines reach beyond its ends: to its quiet zones, or 0.8 of the region's
 // length, where a glare spot or a dark corner may have hidden the rest of the code from the region
 // finder (a line that far takes in the label's edge and what lies beyond, which can spoil the read
 // of a code that the shorter line reads).
