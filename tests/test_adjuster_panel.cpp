@@ -1,11 +1,13 @@
 // The adjuster contact panel: one panel at a time over the key window, trimmed texts and
-// collapsed rows, the "tel:" and "mailto:" requests it makes, the capture screen's menu, and the
-// office number's layout. (The one-call alert, which nothing in the component or the apps
-// calls, has no test of its own.)
+// collapsed rows, the "tel:" and "mailto:" requests it makes, the capture screen's menu, the
+// office number's layout, and the configuration keys its scene's labels name. (The one-call
+// alert, which nothing in the component or the apps calls, has no test of its own.)
 #include "UI/Views/ZQTVINScanAdjusterInfo.h"
 #include "ZQTVINScanComponent.h"
 #include "platform/capture/CaptureDevice.h"
+#include "platform/foundation/Bundle.h"
 #include "platform/ui/LayoutConstraint.h"
+#include "platform/ui/Storyboard.h"
 #include "platform/ui/View.h"
 #include "platform/foundation/URLOpening.h"
 #include "support/LogCapture.h"
@@ -22,6 +24,8 @@
 #include <QPushButton>
 #include <QTest>
 #include <QUrl>
+
+#include <memory>
 
 using namespace ZQTPlatform;
 using Panel = ZQTVINScanAdjusterInfo;
@@ -303,6 +307,32 @@ TEST(AdjusterPanelHost, ShowsOverTheHostsOwnWindowAndLogsWhenNoWindowIsOnScreen)
     ASSERT_TRUE(QTest::qWaitFor([] { return Panel::shownPanel() != nullptr; }, 2000));
     EXPECT_EQ(Panel::shownPanel()->window(), &hostWindow);
     EXPECT_EQ(Panel::shownPanel()->geometry(), hostWindow.rect());
+}
+
+// A scene's label that names a text key shows the key's configured text (the host's value, else the
+// component's); a key the configuration lacks shows "(null)", as every missing text does; an empty
+// key leaves the scene's own text. (Colour and font keys: the panel's labels above.)
+TEST(LabelAttributes, SceneLabelsShowTheTextOfTheKeyTheyName)
+{
+    TemporaryMainBundle host;
+    host.writeSettings("<key>ManualEntryAlertTitle</key><string>Type the VIN</string>");
+    const auto label = [](const char *name, const char *key) {
+        return QByteArray("<widget class=\"QLabel\" name=\"") + name
+            + "\"><property name=\"text\"><string>scene</string></property>"
+              "<property name=\"TextConfigKey\" stdset=\"0\"><string>" + key + "</string></property></widget>";
+    };
+    host.writeFile("Labels.ui", "<ui version=\"4.0\"><widget class=\"QWidget\" name=\"root\">"
+                                    + label("hosts", "ManualEntryAlertTitle")
+                                    + label("components", "ManualEntryAlertOkButtonText")
+                                    + label("missing", "NoSuchLabelText") + label("unnamed", "")
+                                    + "</widget></ui>");
+    const std::unique_ptr<QWidget> scene(Storyboard::loadNibNamed("Labels", Bundle::mainBundle()));
+    ASSERT_NE(scene, nullptr);
+    const auto text = [&scene](const char *name) { return scene->findChild<QLabel *>(name)->text(); };
+    EXPECT_EQ(text("hosts"), "Type the VIN");
+    EXPECT_EQ(text("components"), "OK");
+    EXPECT_EQ(text("missing"), "(null)");
+    EXPECT_EQ(text("unnamed"), "scene");
 }
 
 // The office number's display layout.

@@ -1,5 +1,6 @@
-// The platform's text field (every edit asked of its delegate first) and alert (one row of
-// buttons, cancel first, disabled actions inert, handler run while presented, then dismissal).
+// The platform's text field (every edit asked of its delegate first, entered text filtered as it
+// goes in) and alert (one row of buttons, cancel first, disabled actions inert, handler run while
+// presented, then dismissal).
 #include "platform/ui/AlertController.h"
 #include "platform/ui/TextField.h"
 #include "support/ScreenTestSupport.h"
@@ -12,6 +13,7 @@
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QToolButton>
 #include <QPointer>
 #include <QPushButton>
@@ -108,6 +110,56 @@ TEST(TextField, EveryEditIsAskedAboutWithItsRangeAndARefusedOneChangesNothing)
     field.setDelegate(nullptr);
     QTest::keyClicks(&field, "AB");
     EXPECT_EQ(field.text(), "SETAB") << "no delegate allows every edit";
+}
+
+namespace {
+
+// Drops the text at the field's right end, as a drag from another program would. (The application
+// passes a drop on only while a drag is under way, so the event goes to the field itself.)
+void dropAtEnd(TextField &field, const QString &text)
+{
+    QMimeData data;
+    data.setText(text);
+    QDropEvent drop(QPointF(field.width() - 2, field.height() / 2), Qt::CopyAction, &data, Qt::LeftButton, {});
+    static_cast<QObject &>(field).event(&drop);
+}
+
+} // namespace
+
+// Text entered any way goes through the field's filter before the delegate is asked about it and
+// before it goes in, so the undo history holds the filtered entry: undo takes it back whole, redo
+// brings it back filtered.
+TEST(TextField, EnteredTextIsFilteredAsItGoesInAndUndoneWhole)
+{
+    using Edit = std::function<void(TextField &)>;
+    const QList<std::tuple<const char *, Edit, QString, QString>> entries = {
+        {"typing", [](TextField &f) { QTest::keyClicks(&f, "x"); }, "3+0:X", "VINX"},
+        {"shortcut paste", [](TextField &f) { QTest::keyClick(&f, Qt::Key_V, Qt::ControlModifier); }, "3+0:PQ", "VINPQ"},
+        {"context menu paste", pasteFromMenu, "3+0:PQ", "VINPQ"},
+        {"input method", [](TextField &f) {
+             QInputMethodEvent commit(QString(), {});
+             commit.setCommitString("z-");
+             QCoreApplication::sendEvent(&f, &commit);
+         }, "3+0:Z", "VINZ"},
+        {"drop", [](TextField &f) { dropAtEnd(f, "d-e"); }, "3+0:DE", "VINDE"},
+    };
+    QGuiApplication::clipboard()->setText("p-q");
+    for (const auto &[what, edit, question, entered] : entries) {
+        SCOPED_TRACE(what);
+        TextField field;
+        field.show();
+        field.setText("VIN");
+        AskingDelegate delegate;
+        field.setDelegate(&delegate);
+        field.setInputFilter([](const QString &text) { return text.toUpper().remove(QLatin1Char('-')); });
+        edit(field);
+        EXPECT_EQ(delegate.questions.value(0), question);
+        EXPECT_EQ(field.text(), entered);
+        field.undo();
+        EXPECT_EQ(field.text(), "VIN");
+        field.redo();
+        EXPECT_EQ(field.text(), entered);
+    }
 }
 
 namespace {

@@ -1,7 +1,7 @@
 // Images: EXIF orientation kept as the image's orientation, scale from "@2x"/"@3x" names,
 // vector images at their natural size, lookup by name in a bundle, and the media-bundle
 // lookup of imageWithBundle with its branch on the system version; an image view fitting its
-// picture as the view and the picture change.
+// picture as the view and the picture change, from a copy that a worker scales smoothly.
 #include "lib/Categories/Bundle+MYBundle.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/DeviceProfile.h"
@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <QPainter>
+#include <QTest>
 
 
 using ZQTPlatform::Bundle;
@@ -139,4 +140,80 @@ TEST(ImageViews, FitThePictureAfterEachResizeAndPictureChange)
     EXPECT_EQ(shown(10, 50), QColor(Qt::red));
     view.setImage(Image(TestData::filled(400, 200, Qt::green)));
     EXPECT_EQ(shown(190, 50), QColor(Qt::green));
+}
+
+// The view draws a picture from a copy that a worker scales smoothly to where it is drawn; until
+// the event loop brings that copy, it draws the picture unsmoothed, at the same place, size and
+// orientation. A resize brings a new copy; views that go away while their copies are being made
+// leave the next view's copy to come as usual.
+TEST(ImageViews, DrawTheWorkersSmoothCopyOnceTheEventLoopBringsItAndThePictureUnsmoothedUntilThen)
+{
+    // The bitmap's left half is one-pixel red and blue stripes, its right half green; shown
+    // turned a quarter clockwise, the stripes are on top. Smoothed to half its size or less, a
+    // stripe is purple; unsmoothed, red or blue.
+    QImage bitmap = TestData::filled(400, 200, Qt::green);
+    for (int x = 0; x < 200; ++x) {
+        for (int y = 0; y < 200; ++y)
+            bitmap.setPixelColor(x, y, x % 2 ? Qt::red : Qt::blue);
+    }
+    const Image turned(bitmap, 1.0, Image::Orientation::Right);
+    ZQTPlatform::ImageView view;
+    view.setImage(turned);
+    view.resize(100, 240); // the picture at half its size, 20 points from the top
+    view.show();
+    const QColor background = view.palette().color(QPalette::Window);
+    QImage shown = view.grab().toImage();
+    const auto at = [&shown](int x, int y) { return shown.pixelColor(x, y); };
+    const auto unsmoothed = [](const QColor &c) { return c == QColor(Qt::red) || c == QColor(Qt::blue); };
+    const auto smoothed = [](const QColor &c) {
+        return qAbs(c.red() - 128) < 16 && c.green() < 16 && qAbs(c.blue() - 128) < 16;
+    };
+    const auto stripesOnceSmoothed = [&](int x, int y) {
+        return QTest::qWaitFor([&] {
+            shown = view.grab().toImage();
+            return smoothed(at(x, y));
+        }, 3000);
+    };
+
+    EXPECT_TRUE(unsmoothed(at(50, 20))) << "drawn at once, before any event";
+    EXPECT_TRUE(unsmoothed(at(50, 119)));
+    EXPECT_EQ(at(50, 120), QColor(Qt::green));
+    EXPECT_EQ(at(50, 219), QColor(Qt::green));
+    EXPECT_EQ(at(50, 19), background);
+    EXPECT_EQ(at(50, 220), background);
+    ASSERT_TRUE(stripesOnceSmoothed(50, 20));
+    EXPECT_TRUE(smoothed(at(50, 119)));
+    EXPECT_EQ(at(50, 121), QColor(Qt::green));
+    EXPECT_EQ(at(50, 219), QColor(Qt::green));
+    EXPECT_EQ(at(50, 19), background);
+    EXPECT_EQ(at(50, 220), background);
+
+    view.resize(50, 240); // a quarter of its size, 70 points from the top
+    shown = view.grab().toImage();
+    EXPECT_TRUE(unsmoothed(at(25, 70))) << "the copy for the old size is not stretched";
+    EXPECT_EQ(at(25, 69), background);
+    EXPECT_EQ(at(25, 169), QColor(Qt::green));
+    EXPECT_EQ(at(25, 170), background);
+    ASSERT_TRUE(stripesOnceSmoothed(25, 70));
+    EXPECT_TRUE(smoothed(at(25, 119)));
+    EXPECT_EQ(at(25, 69), background);
+    EXPECT_EQ(at(25, 170), background);
+
+    for (int gone = 0; gone < 4; ++gone) {
+        ZQTPlatform::ImageView doomed;
+        doomed.setImage(Image(TestData::filled(1920, 1080, QColor::fromHsv(gone * 60, 255, 255))));
+        doomed.resize(320, 180);
+        doomed.show();
+        doomed.grab();
+    }
+    ZQTPlatform::ImageView next;
+    next.setImage(Image(bitmap));
+    next.resize(200, 50);
+    next.show();
+    shown = next.grab().toImage();
+    EXPECT_TRUE(unsmoothed(at(50, 25)));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        shown = next.grab().toImage();
+        return smoothed(at(50, 25));
+    }, 3000));
 }

@@ -1,5 +1,5 @@
-// Manual VIN entry on the capture screen, driven by real key and mouse input: the filtered field,
-// the OK rule, the digit row, Cancel and the keyboard hiding; rendered to
+// Manual VIN entry on the capture screen, driven by real key and mouse input: the filtered field
+// and its undo history, the OK rule, the digit row, Cancel and the keyboard hiding; rendered to
 // <build>/test-artifacts/manual_prompt.png.
 #include "ZQTVINScanComponent.h"
 #include "UI/Views/DigitKeyboardView.h"
@@ -115,6 +115,34 @@ TEST_F(ManualEntry, DigitRowTypedAndPastedTextFollowTheVinRulesAndOkReportsWitho
     EXPECT_TRUE(delegate.calls()[0].valid);
     QTest::qWait(50);
     EXPECT_FALSE(screen->session()->isRunning()) << "OK never restarts the scanner";
+}
+
+// Text goes into the field upper-cased and filtered as it is typed or pasted, so the field's undo
+// history holds what went in: undo takes back the last edit (the typing since the cursor last
+// moved, or one paste), redo brings it back as it went in, and OK follows both.
+TEST_F(ManualEntry, TextGoesInUpperCasedAndUndoTakesBackTheLastEdit)
+{
+    showScreen();
+    QTest::keyClicks(field(), "1hg");
+    EXPECT_EQ(field()->text(), "1HG");
+    QTest::keyClick(field(), Qt::Key_Left);
+    QTest::keyClick(field(), Qt::Key_End);
+    QTest::keyClicks(field(), "cm-82 633");
+    EXPECT_EQ(field()->text(), "1HGCM82633");
+    QGuiApplication::clipboard()->setText("a0o4-352");
+    QTest::keyClick(field(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field()->text(), "1HGCM82633A0O4352");
+    EXPECT_TRUE(okButton()->isEnabled());
+
+    QTest::keySequence(field(), QKeySequence::Undo);
+    EXPECT_EQ(field()->text(), "1HGCM82633") << "undo takes back the paste";
+    EXPECT_FALSE(okButton()->isEnabled());
+    QTest::keySequence(field(), QKeySequence::Undo);
+    EXPECT_EQ(field()->text(), "1HG") << "then the typing since the cursor moved";
+    QTest::keySequence(field(), QKeySequence::Redo);
+    QTest::keySequence(field(), QKeySequence::Redo);
+    EXPECT_EQ(field()->text(), "1HGCM82633A0O4352");
+    EXPECT_TRUE(okButton()->isEnabled());
 }
 
 TEST_F(ManualEntry, ButtonStopsTheScannerAndHidingTheKeyboardTakesTheRowAway)

@@ -57,7 +57,8 @@ void ZQTVINCaptureVC::promptForVin()
         // The name-and-phone pad, every character capitalised.
         field->setInputMethodHints(Qt::ImhPreferNumbers | Qt::ImhPreferUppercase | Qt::ImhNoPredictiveText);
         field->setDelegate(this);
-        connect(field, &TextField::editingChanged, this, &ZQTVINCaptureVC::uppercaseTextField);
+        field->setInputFilter(upperAlphanumerics);
+        connect(field, &TextField::editingChanged, this, &ZQTVINCaptureVC::vinTextFieldChanged);
     });
     const QPointer<ZQTVINCaptureVC> self(this);
     alert->addAction(new AlertAction(
@@ -110,13 +111,10 @@ void ZQTVINCaptureVC::handleManualEntryOK(const QString &fieldText)
         d->delegate->didCompleteScanning(details.VIN(), false, details.isValid(), Error());
 }
 
-void ZQTVINCaptureVC::uppercaseTextField(TextField *textField)
+void ZQTVINCaptureVC::vinTextFieldChanged(TextField *textField)
 {
-    const QString filtered = upperAlphanumerics(textField->text());
-    if (filtered != textField->text())
-        textField->setText(filtered);
     if (d->vinEntryAlertOKAction)
-        d->vinEntryAlertOKAction->setEnabled(filtered.size() >= vinLength);
+        d->vinEntryAlertOKAction->setEnabled(textField->text().size() >= vinLength);
 }
 
 void ZQTVINCaptureVC::keyboardWillHide(const Notification &)

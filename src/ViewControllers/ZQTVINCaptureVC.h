@@ -272,9 +272,9 @@ public:
     // The prompt's OK action with the text of its field: normalises, validates and reports it
     // as typed (not scanned).
     void handleManualEntryOK(const QString &fieldText);
-    // The prompt field's editing-changed action: upper-cases, keeps letters and digits only and
-    // enables OK at 17 characters or more.
-    void uppercaseTextField(ZQTPlatform::TextField *textField);
+    // The prompt field's editing-changed action: enables OK at 17 characters or more. (The field
+    // itself keeps letters and digits only, upper-cased, as they are entered.)
+    void vinTextFieldChanged(ZQTPlatform::TextField *textField);
     // The prompt field's edit filter: an edit ending below position 17, or a deletion.
     bool textFieldShouldChangeCharactersInRange(ZQTPlatform::TextField *textField, int location, int length,
                                                 const QString &replacement) override;

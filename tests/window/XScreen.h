@@ -50,7 +50,9 @@ struct Comparison
 inline Comparison compareWindow(const QWidget *widget)
 {
     QWidget *window = widget->window();
-    // Widgets ask for their paints with posted update requests.
+    // Widgets ask for their paints with posted update requests, also while the events posted
+    // before are delivered (a picture from a worker thread that arrives): a second pass paints those.
+    QCoreApplication::sendPostedEvents();
     QCoreApplication::sendPostedEvents();
     const QRect area(window->mapToGlobal(QPoint(0, 0)), window->size());
     Comparison comparison;

@@ -1,7 +1,8 @@
 // The manual VIN prompt driven through the X server (xdotool): the field has the focus when the
-// prompt opens; typed text is filtered and upper-cased; Return presses OK only while it is
-// enabled; the clear button and a middle-click paste of the X selection go through the same
-// filter and OK follows them; Escape presses Cancel, which goes back to scanning.
+// prompt opens; typed text is filtered and upper-cased as it goes in, so that the undo and redo
+// keys take it back and bring it back; Return presses OK only while it is enabled; the clear
+// button and a middle-click paste of the X selection go through the same filter and OK follows
+// them; Escape presses Cancel, which goes back to scanning.
 #include "platform/ui/AlertController.h"
 #include "platform/ui/TextField.h"
 #include "window/WindowTestSupport.h"
@@ -44,6 +45,15 @@ TEST_F(RealWindow, PromptTakesKeysReturnPressesAnEnabledOkEscapePressesCancelAnd
     ASSERT_TRUE(XScreen::xdotool({"key", "Return", "type", "2"}));
     ASSERT_TRUE(QTest::qWaitFor([&] { return field->text().size() == 17; }, 5000));
     EXPECT_TRUE(delegate.calls().isEmpty()) << "Return with OK disabled presses nothing";
+    EXPECT_TRUE(ok->isEnabled());
+
+    // The typing is one undo step: undo empties the field, redo brings the VIN back.
+    ASSERT_TRUE(XScreen::xdotool({"key", "ctrl+z"}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return field->text().isEmpty(); }, 5000)) << field->text().toStdString();
+    EXPECT_FALSE(ok->isEnabled());
+    ASSERT_TRUE(XScreen::xdotool({"key", "ctrl+shift+z"}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !field->text().isEmpty(); }, 5000));
+    EXPECT_EQ(field->text(), "1HGCM82633A0O4352");
     EXPECT_TRUE(ok->isEnabled());
 
     // The clear button empties the field, and OK with it.

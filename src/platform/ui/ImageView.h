@@ -2,6 +2,10 @@
 // its background), or, while animating, cycles through its animation frames so that one full
 // cycle takes the animation duration. Its layer may carry a border. Scenes name it as the
 // custom widget class "ImageView". GUI thread only.
+//
+// Each picture is scaled smoothly to the size it is drawn at off the GUI thread, again after a
+// resize; until that copy is there, the view draws the picture unsmoothed at the same place and
+// size, so that a large picture (a camera still) never holds the GUI thread up.
 #pragma once
 
 #include "ZQTGlobal.h"

@@ -2,10 +2,13 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
+#include <QMouseEvent>
 
 #include <optional>
 
@@ -41,9 +44,9 @@ bool isTyping(const QKeyEvent *event)
         && !(event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
 }
 
-QString clipboardText()
+QString clipboardText(QClipboard::Mode mode = QClipboard::Clipboard)
 {
-    return QGuiApplication::clipboard()->text();
+    return QGuiApplication::clipboard()->text(mode);
 }
 
 const char *styleSheetFor(TextField::BorderStyle style)
@@ -78,6 +81,16 @@ void TextField::setDelegate(TextFieldDelegate *delegate)
     m_delegate = delegate;
 }
 
+void TextField::setInputFilter(InputFilter filter)
+{
+    m_inputFilter = std::move(filter);
+}
+
+QString TextField::filtered(const QString &text) const
+{
+    return m_inputFilter ? m_inputFilter(text) : text;
+}
+
 TextField::BorderStyle TextField::borderStyle() const
 {
     return m_borderStyle;
@@ -101,6 +114,41 @@ bool TextField::mayReplaceSelectionWith(const QString &replacement)
     const Range range = hasSelectedText() ? Range{selectionStart(), int(selectedText().size())}
                                           : Range{cursorPosition(), 0};
     return m_delegate->textFieldShouldChangeCharactersInRange(this, range.location, range.length, replacement);
+}
+
+bool TextField::enter(const QString &text, const std::function<void()> &edit, Entry entry)
+{
+    const QString entered = filtered(text);
+    if (!mayReplaceSelectionWith(entered))
+        return false;
+    if (entered == text) {
+        runAsked(edit);
+        return true;
+    }
+    runAsked([this, &entered, entry] {
+        if (entry == Entry::Pasted)
+            endUndoStep();
+        insert(entered);
+        if (entry == Entry::Pasted)
+            endUndoStep();
+    });
+    return true;
+}
+
+void TextField::endUndoStep()
+{
+    // The line edit ends its undo step when the cursor moves: one place over and back, with the
+    // selection as it was.
+    const int cursor = cursorPosition();
+    const int start = hasSelectedText() ? selectionStart() : cursor;
+    const int length = int(selectedText().size());
+    setCursorPosition(cursor > 0 ? cursor - 1 : cursor + 1);
+    if (length == 0)
+        setCursorPosition(cursor);
+    else if (cursor == start)
+        setSelection(start + length, -length);
+    else
+        setSelection(start, length);
 }
 
 void TextField::runAsked(const std::function<void()> &edit)
@@ -163,29 +211,29 @@ void TextField::keyPressEvent(QKeyEvent *event)
         QLineEdit::keyPressEvent(event);
         return;
     }
-    if (!mayReplaceSelectionWith(*replacement)) {
+    const Entry entry = event->matches(QKeySequence::Paste) ? Entry::Pasted : Entry::Typed;
+    if (!enter(*replacement, [this, event] { QLineEdit::keyPressEvent(event); }, entry))
         event->accept();
-        return;
-    }
-    runAsked([this, event] { QLineEdit::keyPressEvent(event); });
 }
 
 void TextField::inputMethodEvent(QInputMethodEvent *event)
 {
     const bool commits = !event->commitString().isEmpty() || event->replacementLength() > 0;
-    if (!commits || isReadOnly() || !m_delegate) {
+    if (!commits || isReadOnly() || (!m_delegate && !m_inputFilter)) {
         QLineEdit::inputMethodEvent(event);
         return;
     }
+    QInputMethodEvent entered(event->preeditString(), event->attributes());
+    entered.setCommitString(filtered(event->commitString()), event->replacementStart(), event->replacementLength());
     bool allowed;
-    if (event->replacementLength() > 0) {
+    if (event->replacementLength() > 0 && m_delegate) {
         allowed = m_delegate->textFieldShouldChangeCharactersInRange(
-            this, cursorPosition() + event->replacementStart(), event->replacementLength(), event->commitString());
+            this, cursorPosition() + event->replacementStart(), event->replacementLength(), entered.commitString());
     } else {
-        allowed = mayReplaceSelectionWith(event->commitString());
+        allowed = mayReplaceSelectionWith(entered.commitString());
     }
     if (allowed) {
-        runAsked([this, event] { QLineEdit::inputMethodEvent(event); });
+        runAsked([this, &entered] { QLineEdit::inputMethodEvent(&entered); });
     } else {
         // The composition goes on; only the refused commit is dropped.
         QInputMethodEvent composing(event->preeditString(), event->attributes());
@@ -198,6 +246,38 @@ void TextField::contextMenuEvent(QContextMenuEvent *event)
     QMenu menu(this);
     fillContextMenu(&menu);
     menu.exec(event->globalPos());
+}
+
+void TextField::mouseReleaseEvent(QMouseEvent *event)
+{
+    // Where there is a selection clipboard (X11), a middle click pastes it at the cursor.
+    const bool pastesSelection = event->button() == Qt::MiddleButton && !isReadOnly()
+        && QGuiApplication::clipboard()->supportsSelection();
+    if (!pastesSelection) {
+        QLineEdit::mouseReleaseEvent(event);
+        return;
+    }
+    deselect();
+    enter(clipboardText(QClipboard::Selection), [this, event] { QLineEdit::mouseReleaseEvent(event); }, Entry::Pasted);
+}
+
+void TextField::dropEvent(QDropEvent *event)
+{
+    const QString text = event->mimeData()->text();
+    const QString entered = filtered(text);
+    if (entered == text) {
+        QLineEdit::dropEvent(event);
+        return;
+    }
+    // The line edit drops the filtered text where the text would have gone.
+    QMimeData filteredData;
+    filteredData.setText(entered);
+    QDropEvent filteredDrop(event->position(), event->possibleActions(), &filteredData, event->buttons(),
+                            event->modifiers());
+    filteredDrop.setDropAction(event->dropAction());
+    QLineEdit::dropEvent(&filteredDrop);
+    event->setDropAction(filteredDrop.dropAction());
+    event->setAccepted(filteredDrop.isAccepted());
 }
 
 void TextField::fillContextMenu(QMenu *menu)
@@ -222,10 +302,8 @@ void TextField::fillContextMenu(QMenu *menu)
     copyAction->setShortcut(QKeySequence::Copy);
     copyAction->setEnabled(selected);
     connect(copyAction, &QAction::triggered, this, &QLineEdit::copy);
-    addEdit(tr("&Paste"), QKeySequence::Paste, editable && !clipboardText().isEmpty(), [this] {
-        if (mayReplaceSelectionWith(clipboardText()))
-            runAsked([this] { paste(); });
-    });
+    addEdit(tr("&Paste"), QKeySequence::Paste, editable && !clipboardText().isEmpty(),
+            [this] { enter(clipboardText(), [this] { paste(); }, Entry::Pasted); });
     addEdit(tr("Delete"), QKeySequence(), editable && hasSelectedText(), [this] {
         if (mayReplaceSelectionWith(QString()))
             runAsked([this] { del(); });
