@@ -382,9 +382,8 @@ std::optional<DecodedBarcode> decodeMatrixRegion(const cv::Mat &grey, const Code
 // region read it alike. Its 1-D lines reach to the region's quiet zones in even frames and 0.8 of
 // the region's length past it in odd ones (RegionViews_p.h): the longer line reads codes that the
 // region finder saw in part only (a glare spot over one end), and spoils some that the shorter
-// line reads. Cost at
-// 1920 x 1080: 2-4 ms to find the regions, 2-4 ms per 1-D region (most of it zbar's and ZXing's
-// reads of some forty lines), 2 ms per 2-D region.
+// line reads. Cost at 1920 x 1080: 2-4 ms to find the regions, 2-4 ms per 1-D region (most of it
+// zbar's and ZXing's reads of some forty lines), 2 ms per 2-D region.
 QList<DecodedBarcode> decodeRegions(const ZXing::ImageView &frame, quint64 frameNumber, int formats, const QStringList &wanted)
 {
     const LineReach reach = frameNumber % 2 == 0 ? LineReach::ToTheQuietZones : LineReach::PastTheRegion;

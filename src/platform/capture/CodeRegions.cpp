@@ -92,6 +92,19 @@ CodeRegion regionOf(const std::vector<cv::Point> &cells, const TensorMaps &maps)
     return region;
 }
 
+// A VIN's bars are shorter than its code is long. A region of bars that is thicker than long has
+// its direction turned by a quarter: a hand's motion across the bars smears their edges until the
+// bars' ends and the streaks along them hold most of the gradient. Done on whole regions only, once
+// their pieces are joined: a short piece of a code is thicker than long and has its direction right.
+CodeRegion lengthwise(CodeRegion region)
+{
+    if (region.linear && region.thickness > region.length) {
+        region.axisDegrees += region.axisDegrees > 0 ? -90 : 90;
+        std::swap(region.length, region.thickness);
+    }
+    return region;
+}
+
 // Connected strong cells and the region they make.
 struct Piece
 {
@@ -193,15 +206,7 @@ QList<CodeRegion> findCodeRegions(const cv::Mat &grey, int maxRegions)
     for (const Piece &piece : pieces) {
         if (regions.size() >= maxRegions)
             break;
-        // A VIN's bars are shorter than its code is long. A region of bars that is thicker than long
-        // has its direction turned by a quarter: a hand's motion across the bars smears their edges
-        // until the bars' ends and the streaks along them hold most of the gradient.
-        CodeRegion region = piece.region;
-        if (region.linear && region.thickness > region.length) {
-            region.axisDegrees += region.axisDegrees > 0 ? -90 : 90;
-            std::swap(region.length, region.thickness);
-        }
-        regions.append(region);
+        regions.append(lengthwise(piece.region));
     }
     return regions;
 }

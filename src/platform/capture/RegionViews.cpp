@@ -56,7 +56,6 @@ cv::Mat resampled(const cv::Mat &grey, const QTransform &toFrame, const cv::Size
     return level;
 }
 
-
 // Paper and ink followed along a line (windows of a few modules: the light of a glare spot or a
 // dark corner changes little within one), the line scaled between them. Where the two are closer
 // than a tenth of the line's whole range (the quiet zones, paper only) the line counts as paper.

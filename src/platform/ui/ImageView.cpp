@@ -68,8 +68,7 @@ struct Picture
     explicit Picture(const Image &source = Image()) : source(source) {}
 
     Image source;
-    QPixmap fitted; // the scaled copy, null until the worker has made one
-    QSize fittedTo; // the device pixel size it was made for
+    QPixmap fitted; // the scaled copy (its size in device pixels), null until the worker has made one
     Scaling scaling;
     QSize scalingTo; // the device pixel size of the scaling on its way
 };
@@ -117,7 +116,6 @@ void ImageView::Private::fit(ImageView *view, Picture &picture, const QSize &pix
             return;
         scaled->fitted = QPixmap::fromImage(scaling->future().result());
         scaled->fitted.setDevicePixelRatio(ratio);
-        scaled->fittedTo = scaled->scalingTo;
         scaled->scaling.release()->deleteLater();
         view->update();
     });
@@ -277,7 +275,7 @@ void ImageView::paintEvent(QPaintEvent *)
     const QRectF target(QPointF((width() - fitted.width()) / 2.0, (height() - fitted.height()) / 2.0), fitted);
     const QSize pixels = (target.size() * devicePixelRatioF()).toSize();
     if (!shown.source.isNull() && !pixels.isEmpty()) {
-        if (shown.fittedTo == pixels) {
+        if (shown.fitted.size() == pixels) {
             painter.drawPixmap(target, shown.fitted, QRectF(shown.fitted.rect()));
         } else {
             drawUnsmoothed(painter, shown.source, target);
